@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <array>
+
+namespace sim {
+
+constexpr int kPenCount = 20;
+
+/// Slowest head speed the card executes, mm/s. A speed below it, or one that is not a number, is raised to it, so that
+/// no pen can keep the head on one vector for ever.
+constexpr double kMinSpeed = 0.1;
+/// Fastest head speed, mm/s; higher values are cut to it.
+constexpr double kMaxSpeed = 100000.0;
+/// Limits of the wobble diameter and spacing, mm; values outside, or not a number, are moved to the nearer limit.
+constexpr double kMinWobble = 0.01;
+constexpr double kMaxWobble = 100.0;
+
+/// The parameters of one pen as the card keeps them. Raw values as downloaded: sanitized() gives the executed ones.
+struct PenParams {
+    int markCount = 1;             ///< how often an object is marked
+    double markSpeed = 500.0;      ///< mm/s
+    double redSpeed = 2000.0;      ///< mm/s, pilot beam
+    double power = 50.0;           ///< percent
+    int waveNumber = 0;            ///< pulse shape number of the laser
+    double frequency = 20.0;       ///< Hz or kHz by laser type
+    double pwm = 50.0;             ///< percent, or µs in pulse-width mode
+    int openLaserDelay = 0;        ///< µs, signed
+    int closeLaserDelay = 0;       ///< µs, signed
+    int endDelay = 0;              ///< µs, signed
+    int turnDelay = 0;             ///< µs, signed
+    double jumpSpeed = 4000.0;     ///< mm/s
+    int maxJumpDelay = 0;          ///< µs
+    int minJumpDelay = 0;          ///< µs
+    double maxJumpDelayDist = 0.0; ///< mm, jump length from which maxJumpDelay applies
+    int markDelay = 0;             ///< µs
+    int pointTime = 1000;          ///< µs
+    bool wobbleEnable = false;
+    double wobbleDiameter = 0.5; ///< mm
+    double wobbleSpacing = 0.5;  ///< mm of path per turn
+};
+
+using PenTable = std::array<PenParams, kPenCount>;
+
+/// The values that the card executes: speeds within kMinSpeed to kMaxSpeed, mark count at least 1, wobble within
+/// kMinWobble to kMaxWobble, negative delays 0 (see docs/simulator.md for the signed ones), a jump delay distance
+/// that is negative or not a number 0, a power that is not a number 0 and otherwise within 0 to 100.
+PenParams sanitized(const PenParams& pen);
+
+} // namespace sim
