@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "engine/engineapi.h"
+
+/// C functions of the card library. Any thread. With the card closed they change nothing; the functions that fill a
+/// value write 0.
+extern "C" {
+
+/// Signature of the function that shows a message of the card library: text in UTF-8, kind 0 information, 1 error.
+typedef void (*VZMessageFunction)(char const* text, int kind);
+
+/// Hardware word: bit 7 and bits 5 and 6 tell the laser type, bit 12 and bits 22 and 23 the card variant.
+ENGINE_API void VZ_GetHdVer(unsigned int* word);
+/// Gives the card library its message function; `context` is handed back by engines that need it and may be null.
+ENGINE_API void VZ_SetFuncMessageDisp(VZMessageFunction function, void* context);
+/// Drives the card's error output, 0 or 1.
+ENGINE_API void VZ_OutputError(int on);
+/// Puts a waveform number, 0 to 15, on the waveform outputs for a test.
+ENGINE_API void VZ_OutputWaveNo(int number);
+/// Runs the switching-time test of the beam splitter.
+ENGINE_API void VZ_TestOssSwitchSpeed();
+/// The card takes over the fly-marking values that SystemParam holds.
+ENGINE_API void VZ_SetFlyPara();
+/// Sets the count of the fly-marking encoder.
+ENGINE_API void VZ_SetFlyEncInitPos(int position);
+/// Reads the encoder count.
+ENGINE_API void VZ_GetEncPos(int* position);
+/// Writes up to 2048 bytes of firmware at an address; 0 on success.
+ENGINE_API int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size);
+/// Restarts the card after a firmware update, or resets its flash.
+ENGINE_API void VZ_ResetCardFlash();
+/// The card rereads its parameter file; `path` is in Latin-1.
+ENGINE_API void VZ_SetCardParaFile(char const* path);
+}
+
+/// Message function of the engine: shows a message to the operator, or logs it when no window is up.
+ENGINE_API void MessageBox(char const* text, int kind);

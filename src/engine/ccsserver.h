@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "engine/ccscmd.h"
+#include "engine/engineapi.h"
+
+#include <QObject>
+#include <memory>
+
+/// The command server for a controlling station. Commands come as signals on the main thread; WriteTcpMsg may be called
+/// from any thread.
+class ENGINE_API CCSServer : public QObject {
+    Q_OBJECT
+public:
+    static CCSServer* Instance();
+    /// Sends one answer; `tag` is what came with the command.
+    void WriteTcpMsg(CCSCmd cmd, int tag);
+
+signals:
+    void SendSignals(CCSCmd cmd, int tag);
+
+private:
+    CCSServer();
+    ~CCSServer() override;
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+/// Start and stop of the command server. InitServer() is false when it could not listen. Main thread.
+ENGINE_API bool InitServer();
+ENGINE_API void CloseServer();

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "engine/engineapi.h"
+
+/// The serial laser as the engine sees it: the front end's laser form implements it and registers itself in
+/// `m_hInstance`; the engine sets waveform parameters per pen through it during a run. Null while there is none.
+/// The operations are called on the engine's run thread. The slot order is part of the boundary.
+class ENGINE_API IModbusLaser {
+public:
+    /// Pulse width of the selected waveform, us.
+    virtual double QCWWPulse() = 0;
+    virtual bool IsConnected() = 0;
+    /// Frequency and duty are derived from the waveform instead of the pen.
+    virtual bool IsAutoCalcPWM() = 0;
+    /// Gives that frequency in Hz and duty in percent.
+    virtual void AutoCalcPWM(double& freq, double& duty) = 0;
+    /// Peak in W, pulse in ms, for waveform `model` (0 to 15).
+    virtual void SetQCWParam(int model, double peak, double pulse) = 0;
+    virtual void SetQCWParam(int mode, int model, double qcwPeak, double qcwPulse, double pwmPeak, double pwmFreq,
+                             double pwmDuty, double blowDelay, double shutterDelay) = 0;
+    virtual ~IModbusLaser();
+
+    static IModbusLaser* Instance();
+    static IModbusLaser* m_hInstance;
+};

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "engine/engineapi.h"
+#include "engine/imovecardbase.h"
+
+#include <memory>
+
+/// Access to the axes. Every operation may be called from any thread; with the motion card closed it does nothing.
+/// Positions in the axis's unit (mm or degrees), speeds in unit/s, accelerations in unit/s^2.
+class ENGINE_API MoveCardManager {
+public:
+    static MoveCardManager* Instance();
+
+    /// Takes ownership of the motion card object.
+    void SetMoveCardInstance(IMoveCardBase* card);
+    IMoveCardBase* GetMoveCardInstance() const;
+    /// Opens the motion card; its success is told by IsCardOpened().
+    void InitMoveCard();
+    void CloseMoveCard();
+    bool IsCardOpened() const;
+    /// Motion is switched on in the parameters.
+    bool IsEnableMoveCard() const;
+
+    /// Starts a move to the absolute position `pos`; false when the axis does not exist or is not free.
+    bool AxisMove2(int axis, double pos, double speed, double acc);
+    /// Starts a jog in the direction of the sign of `signedSpeed`; it runs until it is stopped or meets a limit.
+    bool AxisMove2Jog(int axis, double signedSpeed, double acc);
+    /// Gives the position counted since homing.
+    bool AxisGetAltPos(int axis, double& pos) const;
+    /// Gives position and state word.
+    bool AxisGetInfo(int axis, double& pos, int& state) const;
+    /// Puts the axis back into point-to-point mode after a jog.
+    bool AxisChangeToT(int axis);
+    /// Declares the present place of the axis to be `pos`.
+    bool SetCurPos(int axis, double pos);
+    /// Blocks until the axis stands still.
+    void WaiAxisStop(int axis);
+    /// Stops all axes with their acceleration.
+    void StopAll();
+
+private:
+    MoveCardManager();
+    ~MoveCardManager();
+    struct Private;
+    std::unique_ptr<Private> d;
+};

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "engine/basepoint.h"
+#include "engine/dissimilationparam.h"
+#include "engine/engineapi.h"
+#include "engine/fillparam.h"
+#include "engine/layerparamex.h"
+#include "engine/marktypes.h"
+
+#include <QList>
+#include <QMutex>
+#include <QPointF>
+#include <QString>
+#include <QVector>
+#include <QWidget>
+#include <atomic>
+#include <memory>
+
+class MarkShapeContainer;
+class MarkTool;
+class VZListViewEx;
+
+/// Draws and owns one mark document. Main thread, but for GetLayerParams, GetMarkTools, GetFileName and
+/// OnKeyUpDonwEvent, which worker threads call too. Deleting the widget ends the document.
+/// Coordinates in mm, origin in the field centre, x to the right and y upwards. Indices count the top-level objects in
+/// marking order from 0. An editing operation is one step of undo; with the document read-only it does nothing.
+class ENGINE_API QRulerView : public QWidget {
+    Q_OBJECT
+public:
+    explicit QRulerView(QWidget* parent);
+    ~QRulerView() override;
+    /// Once before the first view.
+    static void Init();
+
+    // File
+    /// Sets the document's path; a bare name is completed to /MarkFile/<name>.mkf below the application directory.
+    void SetFileName(QString const& name);
+    QString GetFileName() const;
+    /// Reads the set file; false when it is missing, damaged or of a newer format, and the document stays as it was.
+    bool ReadDoc();
+    /// Takes a document pushed by a controlling station: name and content.
+    bool ReadDoc(QString const& first, QString const& second);
+    /// Writes the set file: after a power cut it is the old or the new one. False when it could not be written.
+    bool SaveDoc();
+
+    // Marking
+    LayerParamEx* GetLayerParams();
+    MarkShapeContainer* GetMarkTools();
+    /// Called with the place of a press while teaching; null takes it back.
+    void SetCallBackMirrorPt(void (*callback)(QPointF));
+
+    // Object list
+    /// Widget for the left panel, owned by the view until it is re-parented.
+    QWidget* GetShowObjList();
+    VZListViewEx* GetObjListView();
+
+    // Operator
+    void SetOperatorOnView(OperatorOnView op);
+    OperatorOnView GetOperatorOnView() const;
+    /// Object that the next presses place; takes ownership.
+    void SetCurAddMarkTool(MarkTool* tool);
+    /// Confirms a taught point.
+    void F6Pressed();
+
+    // Editing
+    void Undo();
+    void Redo();
+    void RedoUndoStatus(bool& redo, bool& undo) const;
+    void SetReadOnly(bool readOnly);
+    /// Orders the objects by shortest jumps.
+    void Sort();
+    void Combine();
+    void UnCombine();
+    void CombineCurve();
+    void CombineCurve(bool closed);
+    void UnCombineLine();
+    bool CanSplit() const;
+    bool CanCombineCurve() const;
+    bool CanUnCombine() const;
+    void AlignLeft();
+    void AlignCenterH();
+    void AlignRight();
+    void AlignTop();
+    void AlignCenterV();
+    void AlignBottom();
+    void SameSelectedSize();
+    void SameSelectedWidth();
+    void SameSelectedHeight();
+    void MirrorSelectObj(MirrorType type);
+    void ArraySelectObj();
+    void DissimilationSelectObj(DissimilationParam* param);
+    /// Asks for a vector file and imports it.
+    void ImportVectorFile();
+    void AddMarkPoint(QPointF const& point);
+
+    // Selection
+    int GetSelectedToolCnt() const;
+    /// -1 when nothing is selected.
+    int GetFirstSelectedToolIndex() const;
+    /// Pen of object `index`, -1 outside.
+    int GetToolLayer(int index) const;
+    /// Base point, size and angle of the selection; false when nothing is selected. An angle below -180 means that the
+    /// objects have different angles.
+    bool GetSelectObjPos(double& x, double& y, double& width, double& height, double& angle) const;
+    /// 0 not marked, 1 marked, -1 mixed or nothing selected.
+    int GetSelectObjWorkType() const;
+    void SetSelectObjWorkType(int type);
+    /// Scales by (scaleX, scaleY) about (x, y).
+    void ScaleSelectedObj(double scaleX, double scaleY, double x, double y);
+    void MoveSelectObjRelative(double dx, double dy);
+    void MoveSelected2Center();
+    /// Sets the angle in degrees, counter-clockwise.
+    void ChangeSelectedObjAngle(double angle);
+    void FillSelectedObj(QVector<FillParam> const& fills, bool edge, bool fillFirst, bool simple);
+    BasePoint GetBasePoint() const;
+    void SetBasePoint(BasePoint point);
+    /// Step of the arrow keys, mm.
+    double GetKeyMoveDist() const;
+    void SetKeyMoveDist(double dist);
+
+    // Pens
+    int GetCurrentLayer() const;
+    /// Makes it the pen of new objects and of the selection.
+    void SetCurrentLayer(int layer);
+    /// Makes it the pen of new objects only.
+    void SetCurrentLayerWithOutChangeLayer(int layer);
+
+    // View
+    void Enlarge(bool in);
+    void ResetView();
+    void ScaleSelectObjRegion();
+
+    /// Takes pending direction keys from `m_DirKeys`, moves the selection by the key step and renews the running
+    /// preview. Called every 10 ms on the key thread; locks `m_DirKeyLock`. `redView` is non-zero while a preview runs,
+    /// `selected` tells that it traces the selected objects only.
+    void OnKeyUpDonwEvent(int redView, bool selected);
+
+    QMutex m_DirKeyLock;                  ///< guards m_DirKeys
+    QList<int> m_DirKeys;                 ///< pending direction keys, Qt key codes
+    std::atomic<bool> m_bExitClear{true}; ///< cleared by the shell just before the program ends
+
+signals:
+    /// Base point, size, angle, count and work type of the selection.
+    void SelectChanged(double x, double y, double width, double height, double angle, int count, int workType);
+    void MouseMoveEvent(QPointF mm, QPoint pixel);
+    void ChangeOperatorOnView();
+    void RedoUnDo(bool redo, bool undo);
+    /// The document with this path is being closed.
+    void SubWndClosed(QString path);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    friend struct QRulerViewAccess;
+    struct Private;
+    std::unique_ptr<Private> d;
+};
