@@ -1,0 +1,12 @@
+# SPDX-License-Identifier: MIT
+# Libraries of the system, all from Debian. What a folder needs beyond the common ones it names as LIBS.
+
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network Concurrent Svg Sql)
+if(BUILD_TESTING)
+    find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+endif()
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
+pkg_check_modules(POLYCLIPPING REQUIRED IMPORTED_TARGET polyclipping)
+find_package(Threads REQUIRED)
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
