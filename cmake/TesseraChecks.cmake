@@ -2,8 +2,9 @@
 # Checks of the sources that are part of every build.
 
 # Each object of ours depends on this, so that a forbidden include stops the build and not only a test.
+set(TESSERA_SCRIPTS_DIR "${CMAKE_CURRENT_LIST_DIR}/../scripts")
 add_custom_target(check_includes ALL
-    COMMAND "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/check-includes" --quiet "${PROJECT_SOURCE_DIR}"
+    COMMAND "${Python3_EXECUTABLE}" "${TESSERA_SCRIPTS_DIR}/check-includes" --quiet "${PROJECT_SOURCE_DIR}"
     COMMENT "" VERBATIM)
 
 # Makes the object library NAME that compiles every header of FOLDER alone, twice in a row, so that a header that leans on

@@ -21,8 +21,8 @@
 
 set(TESSERA_ENGINE_DIR "${PROJECT_SOURCE_DIR}/src/engine")
 
-# Parses the arguments of the calling function and refuses what it does not know.
-# parse_into prefix: ARG; options, one and many are lists of keywords.
+# Parses the arguments of the calling function into ARG_... and refuses what it does not know. options, one and many are
+# lists of keywords without, with one and with several values.
 macro(tessera_parse function options one many)
     cmake_parse_arguments(ARG "${options}" "${one}" "${many}" ${ARGN})
     if(ARG_UNPARSED_ARGUMENTS)
@@ -31,6 +31,12 @@ macro(tessera_parse function options one many)
     if(ARG_KEYWORDS_MISSING_VALUES)
         message(FATAL_ERROR "${function}: nothing given for: ${ARG_KEYWORDS_MISSING_VALUES}")
     endif()
+    # A misspelled keyword would pass for one more value of the list before it.
+    foreach(value IN LISTS ARG_SOURCES ARG_USES ARG_LIBS ARG_LABELS ARG_RESOURCES)
+        if(value MATCHES "^[A-Z_]+$")
+            message(FATAL_ERROR "${function}: unknown keyword: ${value}")
+        endif()
+    endforeach()
     if(NOT ARG_SOURCES)
         message(FATAL_ERROR "${function}: SOURCES is missing")
     endif()
