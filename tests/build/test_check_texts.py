@@ -22,7 +22,7 @@ CLEAN = {
 WORDS = (
     "TO" + "DO", "to" + "do", "FIX" + "ME", "simpl" + "ified", "a st" + "ub", "st" + "ubs", "place" + "holder", "dum" + "my",
     "dum" + "mies", "not yet impl" + "emented", "for n" + "ow", "For\nn" + "ow", "Part 1" + ".3", "parts 12" + ".1",
-    "the sp" + "ec", "The spec" + "ification", "the document s" + "ays",
+    "the sp" + "ec", "The sp" + "ecification", "the document s" + "ays",
 )
 
 
