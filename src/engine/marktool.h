@@ -15,7 +15,8 @@ public:
     explicit MarkTool(IMarkToolBase* tool);
     ~MarkTool();
     IMarkToolBase* GetTool() const;
-    /// The fills, and whether the outline is marked, whether the hatch comes first, whether it is drawn in the simple way.
+    /// The fills, and whether the outline is marked, whether the hatch comes first, whether it is drawn in the simple
+    /// way.
     QVector<FillParam> GetFillParam(bool& edge, bool& fillFirst, bool& simple) const;
 
 private:

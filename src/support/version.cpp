@@ -3,8 +3,7 @@
 
 namespace tessera {
 
-const char* version()
-{
+const char* version() {
     return TESSERA_VERSION;
 }
 
