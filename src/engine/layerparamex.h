@@ -15,6 +15,10 @@
 class ENGINE_API LayerParamEx {
 public:
     LayerParamEx();
+    /// A copy shares nothing with `other`, not even through record addresses that were handed out.
+    LayerParamEx(LayerParamEx const& other);
+    /// Record addresses that were handed out stay good and give the new values.
+    LayerParamEx& operator=(LayerParamEx const& other);
 
     /// Copies record `index` out.
     void GetLayerData(int index, LayerData& data) const;

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+namespace sim {
+
+/// Largest distance between a curve and the polyline that stands for it, mm: about one step of a 16-bit head on a
+/// 130 mm field.
+constexpr double kFlatteningTolerance = 0.002;
+
+/// Objects reach at most this far from the field centre in each axis, mm. The operator's input boxes end here too.
+constexpr double kMaxCoordinate = 1.0e6;
+
+/// Largest absolute coordinate inside an object, before its transform is applied.
+constexpr double kMaxLocalCoordinate = 1.0e9;
+
+/// Characters of an object's name.
+constexpr int kMaxNameLength = 1000;
+
+/// Groups inside groups.
+constexpr int kMaxGroupDepth = 32;
+
+/// Ends of curves closer than this meet, mm.
+constexpr double kJoinTolerance = 0.01;
+
+/// Extent below which an object counts as having none in that axis, mm.
+constexpr double kNoExtent = 1.0e-9;
+
+} // namespace sim

@@ -1,0 +1,207 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/document/markobject.h"
+
+#include "engine/marktypes.h"
+
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+bool finiteAffine(const QTransform& t) {
+    for (double v : {t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()}) {
+        if (!std::isfinite(v))
+            return false;
+    }
+    return t.m13() == 0.0 && t.m23() == 0.0 && t.m33() == 1.0;
+}
+
+QString faultOf(const ObjectData& data) {
+    if (const char* fault = shapeFault(data.shape))
+        return QString::fromLatin1(fault);
+    if (!finiteAffine(data.transform))
+        return QStringLiteral("a transform is not usable");
+    if (data.pen < 0 || data.pen >= kLayerCount)
+        return QStringLiteral("pen %1 does not exist").arg(data.pen);
+    if (data.work != WorkType::Off && data.work != WorkType::On)
+        return QStringLiteral("work type %1 does not exist").arg(int(data.work));
+    if (!std::isfinite(data.angle))
+        return QStringLiteral("an angle is not a number");
+    if (!data.hatch.isSound())
+        return QStringLiteral("an object's hatch is not usable");
+    if (data.name.size() > kMaxNameLength)
+        return QStringLiteral("a name is longer than %1 characters").arg(kMaxNameLength);
+    return QString();
+}
+
+double distanceToSegment(const QPointF& p, const QPointF& a, const QPointF& b) {
+    const QPointF d = b - a;
+    const double square = QPointF::dotProduct(d, d);
+    const double t = square > 0.0 ? qBound(0.0, QPointF::dotProduct(p - a, d) / square, 1.0) : 0.0;
+    const QPointF off = p - (a + t * d);
+    return std::hypot(off.x(), off.y());
+}
+
+bool nearLine(const QPolygonF& points, const QPointF& place, double tolerance) {
+    if (points.size() == 1)
+        return distanceToSegment(place, points.first(), points.first()) <= tolerance;
+    for (int i = 1; i < points.size(); ++i) {
+        if (distanceToSegment(place, points[i - 1], points[i]) <= tolerance)
+            return true;
+    }
+    return false;
+}
+
+bool insideOddEven(const std::vector<FlatLine>& lines, const QPointF& place) {
+    bool inside = false;
+    for (const FlatLine& line : lines) {
+        if (line.closed && line.points.containsPoint(place, Qt::OddEvenFill))
+            inside = !inside;
+    }
+    return inside;
+}
+
+/// The object, or null when it reaches beyond the coordinate limit.
+ObjectPtr withinField(ObjectPtr object) {
+    const Box field{-kMaxCoordinate, -kMaxCoordinate, kMaxCoordinate, kMaxCoordinate};
+    return object->bounds().isValid() && field.contains(object->bounds()) ? object : nullptr;
+}
+
+} // namespace
+
+bool HatchSettings::anyEnabled() const {
+    return std::any_of(fills.begin(), fills.end(), [](const FillParam& fill) { return fill.Enable; });
+}
+
+bool HatchSettings::isSound() const {
+    return fills.size() == kFillCount && std::all_of(fills.begin(), fills.end(), [](const FillParam& fill) {
+               return std::isfinite(fill.FillDist) && std::isfinite(fill.FillAngle) && std::isfinite(fill.FillOffset) &&
+                      fill.FillLayer >= 0 && fill.FillLayer < kLayerCount;
+           });
+}
+
+ObjectPtr MarkObject::make(ObjectData data, QString* fault) {
+    QString reason = faultOf(data);
+    ObjectPtr object;
+    if (reason.isEmpty()) {
+        object = withinField(std::make_shared<const MarkObject>(std::move(data)));
+        if (!object)
+            reason = QStringLiteral("an object lies outside the coordinate limit");
+    }
+    if (fault)
+        *fault = reason;
+    return object;
+}
+
+MarkObject::MarkObject(ObjectData data)
+    : m_data(std::move(data))
+    , m_bounds(shapeBounds(m_data.shape, m_data.transform))
+    , m_pointCount(shapePointCount(m_data.shape)) {
+    if (const auto* group = std::get_if<GroupShape>(&m_data.shape)) {
+        for (const ObjectPtr& child : group->children)
+            m_depth = std::max(m_depth, child->groupDepth() + 1);
+    }
+}
+
+QString MarkObject::className() const {
+    return classNameOf(kind());
+}
+
+QPointF MarkObject::pivot() const {
+    return m_data.transform.map(shapeBounds(m_data.shape, QTransform()).center());
+}
+
+qint64 MarkObject::memoryCost() const {
+    qint64 cost = qint64(sizeof(MarkObject)) + qint64(kFillCount * sizeof(FillParam));
+    if (const auto* group = std::get_if<GroupShape>(&m_data.shape)) {
+        for (const ObjectPtr& child : group->children)
+            cost += child->memoryCost();
+    } else {
+        cost += m_pointCount * qint64(sizeof(QPointF));
+    }
+    return cost;
+}
+
+bool MarkObject::isOpenCurve() const {
+    if (const auto* line = std::get_if<PolylineShape>(&m_data.shape))
+        return !line->closed && line->points.size() > 1;
+    if (const auto* path = std::get_if<PathShape>(&m_data.shape))
+        return path->contourCount() == 1 && path->verbs.last() != PathVerb::Close;
+    if (const auto* arc = std::get_if<ArcShape>(&m_data.shape))
+        return std::abs(arc->sweepAngle) < 360.0;
+    return false;
+}
+
+bool MarkObject::isFilled() const {
+    return m_data.hatch.anyEnabled() && kind() != ObjectKind::Point;
+}
+
+std::vector<FlatLine> MarkObject::flattened(double tolerance) const {
+    std::vector<FlatLine> lines;
+    flattenShape(m_data.shape, m_data.transform, lines, tolerance);
+    return lines;
+}
+
+bool MarkObject::hit(const QPointF& place, double tolerance) const {
+    if (!m_bounds.contains(place, tolerance))
+        return false;
+    if (const auto* group = std::get_if<GroupShape>(&m_data.shape)) {
+        for (const ObjectPtr& child : group->children) {
+            const ObjectPtr placed = child->transformed(m_data.transform);
+            if (placed && placed->hit(place, tolerance))
+                return true;
+        }
+        return false;
+    }
+    const std::vector<FlatLine> lines = flattened();
+    for (const FlatLine& line : lines) {
+        if (nearLine(line.points, place, tolerance))
+            return true;
+    }
+    return isFilled() && insideOddEven(lines, place);
+}
+
+ObjectPtr MarkObject::transformed(const QTransform& by, double turn) const {
+    ObjectData changed = m_data;
+    changed.transform = m_data.transform * by;
+    if (turn != 0.0) {
+        changed.angle = normalizedAngle(m_data.angle + turn);
+        changed.angleChanged = true;
+    }
+    if (!finiteAffine(changed.transform) || !std::isfinite(changed.angle))
+        return nullptr;
+    // the geometry was examined when the object was made
+    return withinField(std::make_shared<const MarkObject>(std::move(changed)));
+}
+
+double normalizedAngle(double degrees) {
+    double angle = std::fmod(degrees, 360.0);
+    if (angle > 180.0)
+        angle -= 360.0;
+    else if (angle <= -180.0)
+        angle += 360.0;
+    return angle;
+}
+
+QString classNameOf(ObjectKind kind) {
+    switch (kind) {
+    case ObjectKind::Point:
+        return QStringLiteral("MarkToolPoint");
+    case ObjectKind::Polyline:
+        return QStringLiteral("MarkToolLine");
+    case ObjectKind::Rect:
+        return QStringLiteral("MarkToolRect");
+    case ObjectKind::Circle:
+        return QStringLiteral("MarkToolCircle");
+    case ObjectKind::Arc:
+        return QStringLiteral("MarkToolArc");
+    case ObjectKind::Path:
+        return QStringLiteral("MarkToolPath");
+    case ObjectKind::Group:
+        return QStringLiteral("MarkToolCombine");
+    }
+    return QString();
+}
+
+} // namespace sim

@@ -1,0 +1,226 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/document/mkfobjects.h"
+
+#include "simengine/document/mkffields.h"
+
+namespace sim {
+
+namespace {
+
+/// Bits of the switches of an object.
+enum ObjectFlag : quint8 { FlagAngleChanged = 1, FlagEdge = 2, FlagFillFirst = 4, FlagSimple = 8, AllFlags = 15 };
+
+quint8 flagsOf(const ObjectData& data) {
+    return quint8((data.angleChanged ? FlagAngleChanged : 0) | (data.hatch.enableEdge ? FlagEdge : 0) |
+                  (data.hatch.markFillFirst ? FlagFillFirst : 0) | (data.hatch.showSimple ? FlagSimple : 0));
+}
+
+class GeometryWriter {
+public:
+    explicit GeometryWriter(ByteWriter& out)
+        : m_out(out) {}
+
+    void operator()(const PointShape& s) {
+        point(s.pos);
+        m_out.real(s.dwellUs);
+    }
+    void operator()(const PolylineShape& s) {
+        m_out.flag(s.closed);
+        points(s.points);
+    }
+    void operator()(const RectShape& s) {
+        point(s.rect.topLeft());
+        m_out.real(s.rect.width());
+        m_out.real(s.rect.height());
+    }
+    void operator()(const CircleShape& s) {
+        point(s.center);
+        m_out.real(s.radius);
+        m_out.real(s.startAngle);
+        m_out.flag(s.clockwise);
+    }
+    void operator()(const ArcShape& s) {
+        point(s.center);
+        m_out.real(s.radius);
+        m_out.real(s.startAngle);
+        m_out.real(s.sweepAngle);
+    }
+    void operator()(const PathShape& s) {
+        m_out.integer(quint32(s.verbs.size()));
+        for (PathVerb verb : s.verbs)
+            m_out.integer(quint8(verb));
+        points(s.points);
+    }
+    void operator()(const GroupShape& s) {
+        m_out.integer(quint32(s.children.size()));
+        for (const ObjectPtr& child : s.children)
+            writeObject(*child, m_out);
+    }
+
+private:
+    void point(const QPointF& p) {
+        m_out.real(p.x());
+        m_out.real(p.y());
+    }
+    void points(const QVector<QPointF>& list) {
+        m_out.integer(quint32(list.size()));
+        for (const QPointF& p : list)
+            point(p);
+    }
+
+    ByteWriter& m_out;
+};
+
+constexpr qint64 kPointBytes = 16;
+
+class GeometryReader {
+public:
+    GeometryReader(ByteReader& in, int depth)
+        : m_in(in)
+        , m_depth(depth) {}
+
+    Shape read(quint8 kind) {
+        switch (ObjectKind(kind)) {
+        case ObjectKind::Point:
+            return readPoint();
+        case ObjectKind::Polyline:
+            return readPolyline();
+        case ObjectKind::Rect:
+            return readRect();
+        case ObjectKind::Circle:
+            return readCircle();
+        case ObjectKind::Arc:
+            return readArc();
+        case ObjectKind::Path:
+            return readPath();
+        case ObjectKind::Group:
+            return readGroup();
+        }
+        m_in.fail(QStringLiteral("objects of the kind %1 are unknown to this program").arg(kind));
+        return PointShape();
+    }
+
+private:
+    QPointF point() {
+        const double x = m_in.real();
+        const double y = m_in.real();
+        return {x, y};
+    }
+    template<class Points>
+    void points(Points& list) {
+        const qint64 count = m_in.count(kPointBytes);
+        list.reserve(int(count));
+        for (qint64 i = 0; i < count && m_in.ok(); ++i)
+            list.append(point());
+    }
+
+    Shape readPoint() {
+        PointShape s;
+        s.pos = point();
+        s.dwellUs = m_in.real();
+        return s;
+    }
+    Shape readPolyline() {
+        PolylineShape s;
+        s.closed = m_in.flag();
+        points(s.points);
+        return s;
+    }
+    Shape readRect() {
+        RectShape s;
+        const QPointF corner = point();
+        const double width = m_in.real();
+        const double height = m_in.real();
+        s.rect = QRectF(corner.x(), corner.y(), width, height);
+        return s;
+    }
+    Shape readCircle() {
+        CircleShape s;
+        s.center = point();
+        s.radius = m_in.real();
+        s.startAngle = m_in.real();
+        s.clockwise = m_in.flag();
+        return s;
+    }
+    Shape readArc() {
+        ArcShape s;
+        s.center = point();
+        s.radius = m_in.real();
+        s.startAngle = m_in.real();
+        s.sweepAngle = m_in.real();
+        return s;
+    }
+    Shape readPath() {
+        PathShape s;
+        const qint64 count = m_in.count(1);
+        s.verbs.reserve(int(count));
+        for (qint64 i = 0; i < count && m_in.ok(); ++i)
+            s.verbs.append(PathVerb(m_in.integer<quint8>()));
+        points(s.points);
+        return s;
+    }
+    Shape readGroup() {
+        GroupShape s;
+        if (m_depth >= kMaxGroupDepth) {
+            m_in.fail(QStringLiteral("groups are nested too deeply"));
+            return s;
+        }
+        const qint64 count = m_in.count(kLeastObjectBytes);
+        for (qint64 i = 0; i < count && m_in.ok(); ++i)
+            s.children.push_back(readObject(m_in, m_depth + 1));
+        return s;
+    }
+
+    ByteReader& m_in;
+    int m_depth;
+};
+
+} // namespace
+
+void writeObject(const MarkObject& object, ByteWriter& out) {
+    const ObjectData& data = object.data();
+    out.integer(quint8(object.kind()));
+    out.integer(quint8(data.work));
+    out.integer(flagsOf(data));
+    out.integer(quint8(data.pen));
+    out.real(data.angle);
+    const QTransform& t = data.transform;
+    for (double v : {t.m11(), t.m12(), t.m21(), t.m22(), t.dx(), t.dy()})
+        out.real(v);
+    for (const FillParam& fill : data.hatch.fills)
+        visitFill(fill, FieldWriter(out));
+    out.text(data.name);
+    std::visit(GeometryWriter(out), data.shape);
+}
+
+ObjectPtr readObject(ByteReader& in, int depth) {
+    ObjectData data;
+    const auto kind = in.integer<quint8>();
+    data.work = WorkType(in.integer<quint8>());
+    const auto flags = in.integer<quint8>();
+    if (flags & ~AllFlags)
+        in.fail(QStringLiteral("an object has an unknown switch"));
+    data.angleChanged = flags & FlagAngleChanged;
+    data.hatch.enableEdge = flags & FlagEdge;
+    data.hatch.markFillFirst = flags & FlagFillFirst;
+    data.hatch.showSimple = flags & FlagSimple;
+    data.pen = in.integer<quint8>();
+    data.angle = in.real();
+    double m[6];
+    for (double& v : m)
+        v = in.real();
+    data.transform = QTransform(m[0], m[1], m[2], m[3], m[4], m[5]);
+    for (FillParam& fill : data.hatch.fills)
+        visitFill(fill, FieldReader(in));
+    data.name = in.text(kMaxNameLength);
+    data.shape = GeometryReader(in, depth).read(kind);
+    if (!in.ok())
+        return nullptr;
+    QString fault;
+    ObjectPtr object = MarkObject::make(std::move(data), &fault);
+    if (!object)
+        in.fail(fault);
+    return object;
+}
+
+} // namespace sim
