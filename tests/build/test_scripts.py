@@ -122,5 +122,108 @@ class Scripts(TreeTest):
             self.assertTrue(re.fullmatch(r"[a-z0-9][a-z0-9+.-]+", name), name)
 
 
+class Commands(TreeTest):
+    """run.sh and test.sh in a tree of their own, where every tool and the program only write down their arguments."""
+
+    def setUp(self):
+        super().setUp()
+        for name in ("run.sh", "test.sh", "scripts/common.sh", "packaging/packages.txt"):
+            with open(os.path.join(REPOSITORY, name), encoding="utf-8") as file:
+                self.write(name, file.read())
+        writes = "#!/bin/bash\necho \"%s $*\" >> \"$CALLS\"\nexit ${RESULT_%s:-0}\n"
+        for path in ("bin/cmake", "bin/ctest", "bin/ninja", "bin/setarch", "build/dev/bin/tessera"):
+            name = os.path.basename(path)
+            self.write(path, writes % (name, name.upper()))
+            os.chmod(os.path.join(self.root, path), stat.S_IRWXU)
+        self.write("bin/dpkg-query", "#!/bin/bash\nprintf 'installed %s\\n' \"${@:4}\"\n")
+        os.chmod(os.path.join(self.root, "bin/dpkg-query"), stat.S_IRWXU)
+        self.write("build/dev/build.ninja", "")
+        self.calls = os.path.join(self.root, "calls")
+
+    def call(self, script, *arguments, **environment):
+        """(exit code, what was said, lines of the tools called with ROOT for the tree)"""
+        if os.path.exists(self.calls):
+            os.remove(self.calls)
+        values = dict(os.environ, PATH=os.path.join(self.root, "bin") + ":" + os.environ["PATH"], CALLS=self.calls)
+        for name in ("DISPLAY", "WAYLAND_DISPLAY"):
+            values.pop(name, None)
+        values.update(environment)
+        done = subprocess.run(["bash", os.path.join(self.root, script), *arguments], env=values, check=False,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        with open(self.calls, encoding="utf-8") as file:
+            return done.returncode, done.stdout.decode("utf-8"), file.read().replace(self.root, "ROOT").splitlines()
+
+    JOB = ("tessera -platform offscreen --root ROOT/out/root --import ROOT/samples/gear-plate.svg --mark 2 --report "
+           "--screenshot ROOT/out/screenshot.png --trace ROOT/out/trace.svg --trace ROOT/out/trace.png --quit")
+    BUILD = "cmake --build --preset dev --target tessera_launcher"
+
+    def test_run_without_a_display_marks_the_sample(self):
+        self.assertEqual(self.call("run.sh"), (0, "", [self.BUILD, self.JOB]))
+
+    def test_run_headless_with_a_display_marks_the_sample(self):
+        self.assertEqual(self.call("run.sh", "--headless", DISPLAY=":7"), (0, "", [self.BUILD, self.JOB]))
+
+    def test_run_headless_begins_with_an_empty_root(self):
+        self.write("out/root/left", "")
+        self.call("run.sh", "--headless")
+        self.assertEqual(os.listdir(os.path.join(self.root, "out/root")), [])
+
+    def test_run_with_a_display_opens_the_sample_and_the_panel(self):
+        opened = "tessera --root ROOT/out/desk --import ROOT/samples/gear-plate.svg --panel"
+        self.assertEqual(self.call("run.sh", DISPLAY=":7"), (0, "", [self.BUILD, opened]))
+
+    def test_run_keeps_what_the_operator_saved(self):
+        self.write("out/desk/saved", "")
+        self.call("run.sh", DISPLAY=":7")
+        self.assertTrue(os.path.exists(os.path.join(self.root, "out/desk/saved")))
+
+    def test_run_hands_options_on_and_lets_them_win(self):
+        called = self.call("run.sh", "--root", "my root", "--keyboard", "full", "--open=a b.mkf", DISPLAY=":7")[2]
+        self.assertEqual(called[1], "tessera --root my root --keyboard full --open=a b.mkf --panel")
+        called = self.call("run.sh", "--mark", "5", "--import", "x.svg", "--root=r")[2]
+        self.assertEqual(called[1], "tessera -platform offscreen --mark 5 --import x.svg --root=r --quit")
+
+    def test_run_asks_the_program_for_its_help(self):
+        self.assertEqual(self.call("run.sh", "--help", DISPLAY=":7")[2][1:], ["tessera -platform offscreen --help"])
+
+    def test_run_stops_after_a_failed_build(self):
+        code, said, called = self.call("run.sh", RESULT_CMAKE="1")
+        self.assertEqual((code, called), (1, [self.BUILD]))
+        self.assertIn("The build failed: ", said)
+
+    def test_run_tells_of_a_failed_job(self):
+        code, said, _ = self.call("run.sh", RESULT_TESSERA="3")
+        self.assertEqual(code, 1)
+        self.assertTrue(said.startswith("The job did not end well: "), said)
+
+    CTEST = "ctest --test-dir ROOT/build/%s --output-on-failure --no-tests=error --parallel 2"
+
+    def test_test_leaves_out_the_slow_ones(self):
+        self.assertEqual(self.call("test.sh", TEST_JOBS="2"),
+                         (0, "", ["cmake --build --preset dev --target all", self.CTEST % "dev" + " -LE ^slow$"]))
+
+    def test_test_with_a_label_builds_and_runs_that(self):
+        self.assertEqual(self.call("test.sh", "-L", "slow", TEST_JOBS="2")[2],
+                         ["ninja -C build/dev -t query tests_label_slow", "cmake --build --preset dev --target tests_label_slow",
+                          self.CTEST % "dev" + " -L slow"])
+
+    def test_test_with_a_label_without_a_target_builds_all(self):
+        self.assertIn("cmake --build --preset dev --target all", self.call("test.sh", "-L", "uni", RESULT_NINJA="1")[2])
+
+    def test_test_under_thread_sanitizer_takes_its_label(self):
+        called = self.call("test.sh", "--sanitize", "thread", TEST_JOBS="2")[2]
+        self.assertEqual(called[0], "cmake --preset tsan")
+        self.assertIn("cmake --build --preset tsan --target tests_label_tsan", called)
+        self.assertTrue(called[-1].startswith("setarch ") and called[-1].endswith(self.CTEST % "tsan" + " -L ^tsan$"), called[-1])
+
+    def test_test_under_address_sanitizer_takes_all_but_the_slow_ones(self):
+        called = self.call("test.sh", "--sanitize", "address", TEST_JOBS="2")[2]
+        self.assertEqual(called, ["cmake --preset asan", "cmake --build --preset asan --target all",
+                                  self.CTEST % "asan" + " -LE ^slow$"])
+
+    def test_test_fails_with_ctest(self):
+        self.assertEqual(self.call("test.sh", RESULT_CTEST="8")[0], 8)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/filehelpers.h"
+
+#include "support/durablefile.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+bool CopyFile(QString const& source, QString const& target) {
+    QFile file(source);
+    if (target.isEmpty() || !QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+        return false;
+    QByteArray const bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError || bytes.size() != file.size())
+        return false;
+    return tessera::writeFileDurably(QFileInfo(target).absoluteFilePath(), bytes).ok();
+}
+
+QStringList ListFiles(QDir const& dir, bool withExtension) {
+    QStringList names = dir.entryList(QDir::Files);
+    if (!withExtension) {
+        for (QString& name : names)
+            name = QFileInfo(name).completeBaseName();
+    }
+    return names;
+}
+
+void GetFileExtInPath(QString const& path, QString const& extension, QSet<QString>& names) {
+    for (QString const& name : QDir(path).entryList(QDir::Files)) {
+        if (name.size() > extension.size() && name.endsWith(extension, Qt::CaseInsensitive))
+            names.insert(name.left(name.size() - extension.size()));
+    }
+}
