@@ -25,7 +25,8 @@ PenParams sanitized(const PenParams& pen) {
          {&PenParams::openLaserDelay, &PenParams::closeLaserDelay, &PenParams::endDelay, &PenParams::turnDelay,
           &PenParams::maxJumpDelay, &PenParams::minJumpDelay, &PenParams::markDelay, &PenParams::pointTime})
         out.*delay = std::max(0, pen.*delay);
-    out.maxJumpDelayDist = std::isnan(pen.maxJumpDelayDist) ? 0.0 : std::max(0.0, pen.maxJumpDelayDist);
+    for (double PenParams::*dist : {&PenParams::minJumpDelayDist, &PenParams::maxJumpDelayDist})
+        out.*dist = std::isnan(pen.*dist) ? 0.0 : std::max(0.0, pen.*dist);
     out.wobbleDiameter = withinLimits(pen.wobbleDiameter, kMinWobble, kMaxWobble);
     out.wobbleSpacing = withinLimits(pen.wobbleSpacing, kMinWobble, kMaxWobble);
     return out;

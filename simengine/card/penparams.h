@@ -32,6 +32,7 @@ struct PenParams {
     double jumpSpeed = 4000.0;     ///< mm/s
     int maxJumpDelay = 0;          ///< µs
     int minJumpDelay = 0;          ///< µs
+    double minJumpDelayDist = 0.0; ///< mm, jump length up to which minJumpDelay applies
     double maxJumpDelayDist = 0.0; ///< mm, jump length from which maxJumpDelay applies
     int markDelay = 0;             ///< µs
     int pointTime = 1000;          ///< µs
@@ -43,8 +44,8 @@ struct PenParams {
 using PenTable = std::array<PenParams, kPenCount>;
 
 /// The values that the card executes: speeds within kMinSpeed to kMaxSpeed, mark count at least 1, wobble within
-/// kMinWobble to kMaxWobble, negative delays 0 (see docs/simulator.md for the signed ones), a jump delay distance
-/// that is negative or not a number 0, a power that is not a number 0 and otherwise within 0 to 100.
+/// kMinWobble to kMaxWobble, negative delays 0 (see docs/simulator.md for the signed ones), jump delay
+/// distances that are negative or not a number 0, a power that is not a number 0 and otherwise within 0 to 100.
 PenParams sanitized(const PenParams& pen);
 
 } // namespace sim

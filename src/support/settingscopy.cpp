@@ -30,15 +30,13 @@ int writeWhole(int descriptor, const QByteArray& text) {
         next += written;
         left -= static_cast<size_t>(written);
     }
-    struct stat status = {};
-    if (::fstat(descriptor, &status) != 0)
-        return errno;
-    return status.st_size == text.size() ? 0 : EIO;
+    return 0;
 }
 
 } // namespace
 
-SettingsCopy::SettingsCopy() {
+SettingsCopy::SettingsCopy()
+    : m_name(QStringLiteral("edited.ini")) {
     m_directory = baseDirectory() + QLatin1Char('/') + QFile::decodeName(makeTemporaryName("settings"));
     if (::mkdir(QFile::encodeName(m_directory).constData(), 0700) != 0)
         m_error = errno;
@@ -56,7 +54,7 @@ QString SettingsCopy::baseDirectory() {
 }
 
 QString SettingsCopy::path() const {
-    return QStringLiteral("%1/copy%2.ini").arg(m_directory).arg(m_number);
+    return m_directory + QLatin1Char('/') + m_name;
 }
 
 int SettingsCopy::store(const QByteArray& text) {
@@ -72,7 +70,7 @@ int SettingsCopy::store(const QByteArray& text) {
 
 int SettingsCopy::moveAside() {
     const QByteArray from = QFile::encodeName(path());
-    ++m_number;
+    m_name = QStringLiteral("proof.ini");
     return std::rename(from.constData(), QFile::encodeName(path()).constData()) == 0 ? 0 : errno;
 }
 

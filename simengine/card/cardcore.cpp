@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/cardcore.h"
+
+#include "simengine/card/statuswords.h"
+
+#include <utility>
+
+namespace sim {
+
+CardCore::CardCore()
+    : m_runner(m_trace) {}
+
+CardCore::~CardCore() = default;
+
+bool CardCore::open() {
+    if (isOpen())
+        return true;
+    if (m_faults.isOn("card_open_fails"))
+        return false;
+    m_runner.open();
+    return true;
+}
+
+void CardCore::close() {
+    m_runner.close();
+    const std::lock_guard<std::mutex> lock(m_listMutex);
+    m_list.clear();
+    m_listOpen = false;
+}
+
+void CardCore::setPens(const PenTable& pens) {
+    if (!isOpen())
+        return;
+    const std::lock_guard<std::mutex> lock(m_pensMutex);
+    m_pens = pens;
+}
+
+PenTable CardCore::pens() const {
+    const std::lock_guard<std::mutex> lock(m_pensMutex);
+    return m_pens;
+}
+
+bool CardCore::run(Job job, bool loop, const JobRunner::Ticket& ticket) {
+    return runNow(std::move(job), loop && m_bufferLoop.load(), ticket);
+}
+
+bool CardCore::runNow(Job job, bool loop, const JobRunner::Ticket& ticket) {
+    if (m_faults.isOn("job_fails"))
+        return false;
+    job.kind = kind();
+    JobSetup setup;
+    setup.pens = pens();
+    setup.plan.penChangeDelayMs = m_penChangeDelayMs.load();
+    setup.loop.loop = loop;
+    setup.loop.delayMs = m_loopDelayMs.load();
+    return m_runner.run(job, setup, ticket) != Outcome::Refused;
+}
+
+JobTime CardCore::estimate(Job job) const {
+    job.kind = kind();
+    PlanSettings settings;
+    settings.penChangeDelayMs = m_penChangeDelayMs.load();
+    return sim::estimate(job, pens(), head().at, settings);
+}
+
+void CardCore::beginList() {
+    const std::lock_guard<std::mutex> lock(m_listMutex);
+    m_list.clear();
+    m_listOpen = false;
+    openList();
+}
+
+/// Called with the list's lock held. Strokes that come without an opened list open one themselves.
+void CardCore::openList() {
+    if (m_listOpen)
+        return;
+    m_listTicket = m_runner.armDirect();
+    m_listOpen = true;
+}
+
+void CardCore::addPolyline(int pen, std::vector<Point> points) {
+    if (!isOpen() || points.empty())
+        return;
+    const std::lock_guard<std::mutex> lock(m_listMutex);
+    openList();
+    Stroke stroke;
+    stroke.pen = pen;
+    stroke.points = std::move(points);
+    m_list.push_back(std::move(stroke));
+}
+
+void CardCore::addPoint(int pen, Point point, double dwellUs) {
+    if (!isOpen())
+        return;
+    const std::lock_guard<std::mutex> lock(m_listMutex);
+    openList();
+    Stroke stroke;
+    stroke.pen = pen;
+    stroke.points = {point};
+    stroke.dwellUs = dwellUs;
+    m_list.push_back(std::move(stroke));
+}
+
+bool CardCore::endList() {
+    Job job;
+    JobRunner::Ticket ticket;
+    {
+        const std::lock_guard<std::mutex> lock(m_listMutex);
+        job.strokes.swap(m_list);
+        ticket = m_listTicket;
+        if (!std::exchange(m_listOpen, false))
+            return false;
+    }
+    return runNow(std::move(job), false, ticket);
+}
+
+void CardCore::setState(RunState state) {
+    if (isOpen())
+        m_runner.setState(state);
+}
+
+RunState CardCore::state() const {
+    return isOpen() ? m_runner.state() : RunState::Stop;
+}
+
+std::uint32_t CardCore::markInfo() const {
+    if (!isOpen())
+        return 0;
+    std::uint32_t word = m_faults.infoBits() & ~markinfo::kWaitMask;
+    word |= static_cast<std::uint32_t>(waitCode()) << markinfo::kWaitShift;
+    const Activity activity = head().activity;
+    if (activity == Activity::Idle) {
+        if (m_runner.jobs() > m_clearedJob.load())
+            word |= m_runner.lastOutcome() == Outcome::Stopped ? markinfo::kStopped : markinfo::kSuccess;
+    } else {
+        word |= activity == Activity::Paused ? markinfo::kPaused : markinfo::kRunning;
+    }
+    return word;
+}
+
+int CardCore::waitCode() const {
+    if (!isOpen() || head().activity != Activity::Waiting)
+        return 0;
+    return static_cast<int>((m_faults.infoBits() & markinfo::kWaitMask) >> markinfo::kWaitShift);
+}
+
+std::uint32_t CardCore::scanState() const {
+    if (!isOpen())
+        return 0;
+    const std::uint32_t faults = m_faults.scanBits();
+    const std::uint32_t loop = faults & scanstate::kLoopMask ? scanstate::kLoopBad : scanstate::kLoopGood;
+    return (faults & ~scanstate::kLoopMask) | loop | scanstate::kClosedLoop;
+}
+
+std::uint32_t CardCore::alarmWord() const {
+    return isOpen() ? m_faults.alarmBits() : 0;
+}
+
+void CardCore::clearAlarm() {
+    m_clearedJob.store(m_runner.jobs());
+}
+
+void CardCore::setErrorOutput(bool on) {
+    if (isOpen())
+        m_errorOutput.store(on);
+}
+
+bool CardCore::setFault(const std::string& name, bool on) {
+    if (!m_faults.set(name, on))
+        return false;
+    m_runner.setWaiting((m_faults.infoBits() & markinfo::kWaitMask) != 0);
+    return true;
+}
+
+void CardCore::clearFaults() {
+    m_faults.clear();
+    m_runner.setWaiting(false);
+}
+
+CardCore& simulatedCard() {
+    static CardCore card;
+    return card;
+}
+
+} // namespace sim

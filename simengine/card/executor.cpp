@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/executor.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sim {
+
+Point HeadMotion::at(double us) const {
+    if (us >= endUs)
+        return to;
+    if (us <= startUs)
+        return from;
+    return between(from, to, (us - startUs) / (endUs - startUs));
+}
+
+Executor::Executor(const Job& job, const PenTable& pens, const PlanSettings& settings, const LoopSettings& loop,
+                   Point start, Trace& trace)
+    : m_planner(job, pens, settings, start)
+    , m_loop(loop)
+    , m_trace(trace)
+    , m_from(start) {
+    m_piece.to = start;
+    m_trace.beginPass();
+}
+
+Executor::Progress Executor::advance(double untilUs, const std::atomic<bool>& attention) {
+    while (!m_finished) {
+        if (!m_hasPiece && !nextPiece()) {
+            m_finished = true;
+            break;
+        }
+        const double endUs = pieceEndUs();
+        if (endUs > untilUs) {
+            m_nowUs = std::max(m_nowUs, untilUs);
+            return Progress::Caught;
+        }
+        completePiece();
+        if (attention.load(std::memory_order_acquire))
+            return Progress::Interrupted;
+    }
+    return Progress::Finished;
+}
+
+bool Executor::nextPiece() {
+    if (m_next == m_count) {
+        m_next = 0;
+        m_count = m_planner.fill(m_chunk.data(), m_chunk.size());
+        if (m_count == 0)
+            return nextPass();
+    }
+    if (m_betweenPasses) {
+        m_betweenPasses = false;
+        m_passStartUs = m_pieceStartUs;
+        m_trace.beginPass();
+    }
+    m_piece = m_chunk[m_next++];
+    m_hasPiece = true;
+    return true;
+}
+
+bool Executor::nextPass() {
+    m_lastPass = m_time;
+    ++m_passes;
+    if (!m_loop.loop)
+        return false;
+    const double delayUs = std::isfinite(m_loop.delayMs) ? std::max(0.0, m_loop.delayMs * 1000.0) : 0.0;
+    m_piece = Piece{};
+    m_piece.to = m_from;
+    m_piece.us = std::max(delayUs, kMinPassUs - (m_pieceStartUs - m_passStartUs));
+    m_hasPiece = true;
+    m_betweenPasses = true;
+    m_time = {};
+    m_planner.restart();
+    return true;
+}
+
+void Executor::completePiece() {
+    m_pieceStartUs += m_piece.us;
+    m_nowUs = std::max(m_nowUs, m_pieceStartUs);
+    m_hasPiece = false;
+    if (m_betweenPasses)
+        return;
+    addPiece(m_time, m_piece, distanceMm(m_from, m_piece.to));
+    m_from = m_piece.to;
+    if (m_piece.vertex)
+        addRow((m_pieceStartUs - m_passStartUs) / 1000.0, m_piece.to);
+}
+
+void Executor::cut() {
+    const bool moving = m_hasPiece && m_piece.vertex && m_from != m_piece.to;
+    if (!moving || m_nowUs <= std::max(m_pieceStartUs, m_cutUs))
+        return;
+    m_cutUs = m_nowUs;
+    addRow(passMs(), position());
+}
+
+void Executor::stop() {
+    cut();
+    if (m_hasPiece && !m_betweenPasses && m_piece.us > 0.0) {
+        const double share = std::clamp((m_nowUs - m_pieceStartUs) / m_piece.us, 0.0, 1.0);
+        Piece part = m_piece;
+        part.us *= share;
+        part.vertex = false;
+        addPiece(m_time, part, distanceMm(m_from, m_piece.to) * share);
+    }
+    m_from = position();
+    m_piece.to = m_from;
+    m_hasPiece = false;
+    m_finished = true;
+}
+
+HeadMotion Executor::motion() const {
+    HeadMotion motion;
+    motion.from = m_from;
+    motion.to = m_hasPiece ? m_piece.to : m_from;
+    motion.startUs = m_pieceStartUs;
+    motion.endUs = m_hasPiece ? pieceEndUs() : m_pieceStartUs;
+    motion.laser = m_hasPiece && m_piece.laser;
+    motion.pen = m_piece.pen;
+    return motion;
+}
+
+void Executor::addRow(double ms, const Point& at) {
+    m_trace.append({ms, at, m_piece.pen, m_piece.laser, m_piece.kind == Piece::Kind::Mark});
+}
+
+} // namespace sim

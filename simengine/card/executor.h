@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/card/planner.h"
+#include "simengine/card/timemodel.h"
+#include "simengine/card/trace.h"
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+
+namespace sim {
+
+/// How a job repeats.
+struct LoopSettings {
+    bool loop = false;    ///< the card repeats the job by itself until it is stopped
+    double delayMs = 0.0; ///< between two passes
+};
+
+/// What the head is doing at a moment of the job's clock.
+struct HeadMotion {
+    Point from;
+    Point to;
+    double startUs = 0.0; ///< job clock
+    double endUs = 0.0;
+    bool laser = false;
+    std::uint8_t pen = 0;
+
+    Point at(double us) const;
+};
+
+/// Executes a job on the simulated clock: it is told how far the clock has come and marks what is done by then. It
+/// never runs ahead of the clock it was given. Knows no wall time and no threads; the trace is the only thing shared.
+/// The job must outlive it.
+class Executor {
+public:
+    enum class Progress {
+        Caught,      ///< everything up to the given time is done
+        Interrupted, ///< the attention flag was raised
+        Finished,    ///< the job is complete
+    };
+
+    /// A repeated pass takes at least this long, µs, so that a job of no length cannot keep the card from its clock.
+    static constexpr double kMinPassUs = 100.0;
+
+    Executor(const Job& job, const PenTable& pens, const PlanSettings& settings, const LoopSettings& loop, Point start,
+             Trace& trace);
+
+    Executor(Job&&, const PenTable&, const PlanSettings&, const LoopSettings&, Point, Trace&) = delete;
+
+    /// Executes up to untilUs (infinite: as far as it goes) on the job's clock.
+    Progress advance(double untilUs, const std::atomic<bool>& attention);
+
+    /// Ends the line at the place reached: a trace row there when the head is within a vector. The vector goes on at
+    /// the next advance.
+    void cut();
+    /// Cuts and gives the accounts what was done of the piece in progress. Nothing may be advanced afterwards.
+    void stop();
+
+    double nowUs() const { return m_nowUs; }
+    /// Time on the job's clock at which the piece in progress ends.
+    double pieceEndUs() const { return m_pieceStartUs + m_piece.us; }
+    HeadMotion motion() const;
+    Point position() const { return motion().at(m_nowUs); }
+
+    /// Time on the clock of the pass, which is the trace's, ms.
+    double passMs() const { return (m_nowUs - m_passStartUs) / 1000.0; }
+    /// Accounts of the last complete pass; of the pass in progress while there is none.
+    const JobTime& time() const { return m_passes > 0 ? m_lastPass : m_time; }
+    std::uint64_t passes() const { return m_passes; }
+
+private:
+    bool nextPiece();
+    bool nextPass();
+    void completePiece();
+    void addRow(double ms, const Point& at);
+
+    Planner m_planner;
+    const LoopSettings m_loop;
+    Trace& m_trace;
+    std::array<Piece, 256> m_chunk{}; ///< the list buffer
+    std::size_t m_next = 0;
+    std::size_t m_count = 0;
+    Piece m_piece;
+    Point m_from;
+    double m_pieceStartUs = 0.0;
+    double m_passStartUs = 0.0;
+    double m_nowUs = 0.0;
+    double m_cutUs = -1.0;        ///< where the line was last ended: not twice at one place
+    bool m_betweenPasses = false; ///< the piece in progress is the loop delay, which belongs to no pass
+    bool m_hasPiece = false;
+    bool m_finished = false;
+    JobTime m_time;
+    JobTime m_lastPass;
+    std::uint64_t m_passes = 0;
+};
+
+} // namespace sim

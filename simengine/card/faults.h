@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace sim {
+
+/// A fault of the card or the head and the status bits that it raises.
+struct CardFault {
+    const char* name;
+    std::uint32_t alarmBits; ///< system alarm word
+    std::uint32_t scanBits;  ///< scan head state word
+    std::uint32_t infoBits;  ///< mark information word
+};
+
+/// Faults of the card and the head, switched by name from the panel, the automation port and tests.
+/// The other machine parts declare theirs in the same bank. All calls from any thread.
+class FaultBank {
+public:
+    FaultBank();
+
+    /// Makes a further name known, off at first; a known name stays as it is.
+    void declare(const std::string& name);
+    /// Switches a fault; false for an unknown name.
+    bool set(const std::string& name, bool on);
+    bool isOn(const std::string& name) const;
+    std::vector<std::string> names() const;
+    void clear();
+
+    /// Bits of all faults that are on.
+    std::uint32_t alarmBits() const { return bits(&CardFault::alarmBits); }
+    std::uint32_t scanBits() const { return bits(&CardFault::scanBits); }
+    std::uint32_t infoBits() const { return bits(&CardFault::infoBits); }
+
+private:
+    std::uint32_t bits(std::uint32_t CardFault::*field) const;
+
+    mutable std::mutex m_mutex;
+    std::map<std::string, bool> m_faults;
+};
+
+} // namespace sim

@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/jobrunner.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+constexpr std::chrono::milliseconds kSettleTime(10);
+constexpr std::chrono::seconds kSettleLimit(1);
+
+} // namespace
+
+Point JobRunner::IdleMove::at(Clock::time_point now) const {
+    const double passed = std::chrono::duration<double, std::micro>(now - start).count() * factor;
+    return passed >= us || factor <= 0.0 ? to : between(from, to, passed / us);
+}
+
+JobRunner::JobRunner(Trace& trace)
+    : m_trace(trace) {}
+
+JobRunner::~JobRunner() {
+    close();
+}
+
+void JobRunner::open() {
+    const std::lock_guard<std::mutex> opening(m_openMutex);
+    const Lock lock(m_mutex);
+    if (m_open)
+        return;
+    m_quit = false;
+    m_thread = std::thread([this] { work(); });
+    m_open = true;
+}
+
+void JobRunner::close() {
+    const std::lock_guard<std::mutex> opening(m_openMutex);
+    Lock lock(m_mutex);
+    if (!m_open)
+        return;
+    m_open = false;
+    m_state = RunState::Stop;
+    requestStop(lock);
+    m_quit = true;
+    m_wake.notify_one();
+    std::thread worker = std::move(m_thread);
+    lock.unlock();
+    worker.join();
+}
+
+bool JobRunner::isOpen() const {
+    const Lock lock(m_mutex);
+    return m_open;
+}
+
+JobRunner::Ticket JobRunner::arm() const {
+    const Lock lock(m_mutex);
+    return {m_stops, !m_open || m_state == RunState::Stop};
+}
+
+JobRunner::Ticket JobRunner::armDirect() const {
+    const Lock lock(m_mutex);
+    return {m_stops, !m_open};
+}
+
+Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ticket) {
+    if (ticket.refused || !Planner::hasWork(job))
+        return Outcome::Refused;
+    Lock lock(m_mutex);
+    if (!m_open || m_job || onWorker())
+        return Outcome::Refused;
+    if (m_stops != ticket.stops)
+        return Outcome::Stopped;
+    m_job = &job;
+    m_setup = &setup;
+    Outcome outcome = Outcome::Refused;
+    m_result = &outcome;
+    m_stop = false;
+    m_hold = false;
+    const std::uint64_t number = ++m_jobs;
+    alert();
+    awaitEnd(lock, number);
+    return outcome;
+}
+
+void JobRunner::setState(RunState state) {
+    Lock lock(m_mutex);
+    m_state = state;
+    alert();
+    if (state == RunState::Stop)
+        requestStop(lock);
+    else if (state == RunState::Pause)
+        awaitHold(lock);
+}
+
+RunState JobRunner::state() const {
+    const Lock lock(m_mutex);
+    return m_state;
+}
+
+void JobRunner::stop() {
+    Lock lock(m_mutex);
+    requestStop(lock);
+}
+
+void JobRunner::requestStop(Lock& lock) {
+    ++m_stops;
+    m_lastStop = Clock::now();
+    if (!m_job)
+        return;
+    if (!m_stop) {
+        m_stop = true;
+        m_reaction.asked = m_lastStop;
+    }
+    alert();
+    awaitEnd(lock, m_jobs);
+}
+
+void JobRunner::hold() {
+    Lock lock(m_mutex);
+    if (!m_job)
+        return;
+    m_hold = true;
+    alert();
+    awaitHold(lock);
+}
+
+void JobRunner::release() {
+    const Lock lock(m_mutex);
+    m_hold = false;
+    alert();
+}
+
+void JobRunner::setWaiting(bool on) {
+    Lock lock(m_mutex);
+    m_waiting = on;
+    alert();
+    if (on)
+        awaitHold(lock);
+}
+
+bool JobRunner::waitSettled() {
+    Lock lock(m_mutex);
+    const Clock::time_point limit = Clock::now() + kSettleLimit;
+    // A stop comes as several calls in a row; a job started between two of them would fall to the second.
+    while (Clock::now() < limit) {
+        const bool ending = m_stop && m_job && !onWorker();
+        const Clock::time_point settled = m_lastStop + kSettleTime;
+        if (!ending && (m_stops == 0 || settled <= Clock::now()))
+            return true;
+        m_changed.wait_until(lock, ending ? limit : std::min(limit, settled));
+    }
+    return false;
+}
+
+void JobRunner::setSpeed(double factor) {
+    if (!(factor >= 0.0) || !std::isfinite(factor))
+        return;
+    Lock lock(m_mutex);
+    const Clock::time_point now = Clock::now();
+    m_idle.from = m_idle.at(now);
+    const double left = distanceMm(m_idle.from, m_idle.to);
+    const double whole = std::chrono::duration<double, std::micro>(now - m_idle.start).count() * m_idle.factor;
+    m_idle.us = left > 0.0 ? std::max(0.0, m_idle.us - whole) : 0.0;
+    m_idle.start = now;
+    m_idle.factor = factor;
+    m_factor = factor;
+    alert();
+}
+
+double JobRunner::speed() const {
+    const Lock lock(m_mutex);
+    return m_factor;
+}
+
+bool JobRunner::moveTo(Point target, double speed) {
+    if (!std::isfinite(target.x) || !std::isfinite(target.y))
+        return false;
+    const double mmPerS = std::isnan(speed) ? kMinSpeed : std::clamp(speed, kMinSpeed, kMaxSpeed);
+    const Lock lock(m_mutex);
+    if (!m_open || m_job)
+        return false;
+    const Clock::time_point now = Clock::now();
+    m_idle.from = m_idle.at(now);
+    m_idle.to = target;
+    m_idle.start = now;
+    m_idle.us = distanceMm(m_idle.from, target) / mmPerS * 1e6;
+    m_idle.factor = m_factor;
+    return true;
+}
+
+HeadState JobRunner::head() const {
+    const Lock lock(m_mutex);
+    HeadState head;
+    head.activity = m_activity;
+    if (m_activity == Activity::Idle) {
+        head.at = m_idle.at(Clock::now());
+        head.passMs = (m_motionUs - m_passStartUs) / 1000.0;
+        return head;
+    }
+    double us = m_motionUs;
+    if (m_activity == Activity::Running && !m_clock.isUnpaced())
+        us = std::clamp(m_clock.simAt(Clock::now()), us, std::max(us, m_motion.endUs));
+    head.at = m_motion.at(us);
+    head.laser = m_activity == Activity::Running && m_motion.laser;
+    head.pen = m_motion.pen;
+    head.passMs = (us - m_passStartUs) / 1000.0;
+    return head;
+}
+
+JobTime JobRunner::lastTime() const {
+    const Lock lock(m_mutex);
+    return m_lastTime;
+}
+
+Outcome JobRunner::lastOutcome() const {
+    const Lock lock(m_mutex);
+    return m_lastOutcome;
+}
+
+std::uint64_t JobRunner::jobs() const {
+    const Lock lock(m_mutex);
+    return m_jobs;
+}
+
+Reaction JobRunner::lastReaction() const {
+    const Lock lock(m_mutex);
+    return m_reaction;
+}
+
+void JobRunner::alert() {
+    m_attention.store(true, std::memory_order_release);
+    m_wake.notify_one();
+    m_changed.notify_all();
+}
+
+void JobRunner::awaitEnd(Lock& lock, std::uint64_t job) {
+    if (onWorker())
+        return;
+    m_changed.wait(lock, [this, job] { return !m_job || m_jobs != job; });
+}
+
+void JobRunner::awaitHold(Lock& lock) {
+    if (!m_job || onWorker())
+        return;
+    const auto holding = [this] { return m_activity == Activity::Paused || m_activity == Activity::Waiting; };
+    if (!holding())
+        m_reaction.asked = Clock::now();
+    const std::uint64_t job = m_jobs;
+    m_changed.wait(lock, [this, job, holding] { return !m_job || m_jobs != job || holding() || !held(); });
+}
+
+} // namespace sim

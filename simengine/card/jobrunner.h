@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/card/executor.h"
+#include "simengine/card/job.h"
+#include "simengine/card/penparams.h"
+#include "simengine/card/simclock.h"
+#include "simengine/card/timemodel.h"
+#include "simengine/card/trace.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <mutex>
+#include <thread>
+
+namespace sim {
+
+/// Run state that the host sets and the card obeys.
+enum class RunState { Run = 0, Pause = 1, Stop = 2 };
+
+/// How a job ended.
+enum class Outcome {
+    Done,    ///< ended by itself
+    Stopped, ///< begun and then stopped
+    Refused, ///< nothing was run: no card, nothing to mark, another job on the card, run state Stop
+};
+
+enum class Activity { Idle, Running, Paused, Waiting };
+
+/// What a job needs to run besides its strokes. Copied or referenced for the length of the run.
+struct JobSetup {
+    PenTable pens{};
+    PlanSettings plan;
+    LoopSettings loop;
+};
+
+/// Where the head is now.
+struct HeadState {
+    Point at;
+    bool laser = false;
+    int pen = 0;
+    double passMs = 0.0; ///< time on the clock of the pass
+    Activity activity = Activity::Idle;
+};
+
+/// When the card last obeyed a stop or a pause.
+struct Reaction {
+    std::chrono::steady_clock::time_point asked{};
+    std::chrono::steady_clock::time_point acted{};
+    double passMs = 0.0; ///< clock of the pass at that moment; no trace row is later
+};
+
+/// The card's worker thread and the run states that it obeys.
+///
+/// A job runs on the worker while its caller waits; every other call may come from any thread at any time. A stop or
+/// pause wakes the worker, which ends the line at the exact place that the simulated clock has come to, and the call
+/// returns only then. The worker sleeps to absolute deadlines and only when the next event is at least 0.25 ms away,
+/// so tiny vectors are done in batches and lateness does not add up.
+class JobRunner {
+public:
+    /// Taken before a job is prepared, so that a stop during the preparation is not lost.
+    struct Ticket {
+        std::uint64_t stops = 0;
+        bool refused = false;
+    };
+
+    explicit JobRunner(Trace& trace);
+    ~JobRunner();
+    JobRunner(const JobRunner&) = delete;
+    JobRunner& operator=(const JobRunner&) = delete;
+
+    /// Starts and ends the worker thread. close() stops a running job first. Both may be repeated.
+    void open();
+    void close();
+    bool isOpen() const;
+
+    /// Ticket for a document's job: refused when closed or the run state is Stop.
+    Ticket arm() const;
+    /// Ticket for a direct job, which runs whatever the run state was before.
+    Ticket armDirect() const;
+    /// Runs a job to its end on the worker and waits for it. With run state Pause the job waits before its first
+    /// vector. A stop since the ticket was taken ends it before it began: Stopped.
+    Outcome run(const Job& job, const JobSetup& setup, const Ticket& ticket);
+
+    /// Sets the run state; returns when a running job obeys it.
+    void setState(RunState state);
+    RunState state() const;
+    /// Ends the running job. When it has returned, nothing more is marked. Without a job it is only noted for a job
+    /// that is being prepared.
+    void stop();
+    /// Holds the running job until release(), whatever the run state; nothing without a job.
+    void hold();
+    void release();
+    /// Lets jobs wait as for a signal from outside, on top of the other holds.
+    void setWaiting(bool on);
+    /// Waits until no stop has been asked for during 10 ms and no stopped job is still ending. False when that took
+    /// longer than a second.
+    bool waitSettled();
+
+    /// Simulated seconds a second, 0 as fast as possible; a negative or invalid factor is ignored.
+    void setSpeed(double factor);
+    double speed() const;
+
+    /// Moves the mirrors without laser at mm/s, in the background; false while a job runs or closed.
+    bool moveTo(Point target, double speed);
+
+    HeadState head() const;
+    /// Accounts of the last job (of its last complete pass), kept until the next one ends.
+    JobTime lastTime() const;
+    Outcome lastOutcome() const;
+    std::uint64_t jobs() const;
+    Reaction lastReaction() const;
+
+private:
+    using Lock = std::unique_lock<std::mutex>;
+    using Clock = std::chrono::steady_clock;
+
+    /// A mirror move without a job.
+    struct IdleMove {
+        Point from;
+        Point to;
+        Clock::time_point start{};
+        double us = 0.0;
+        double factor = 1.0;
+        Point at(Clock::time_point now) const;
+    };
+
+    void work();
+    void execute(Lock& lock);
+    bool pace(Lock& lock, Executor& executor);
+    bool obey(Lock& lock, Executor& executor);
+    void finish(Executor& executor);
+    void holdLine(Lock& lock, Executor& executor);
+    void publish(const Executor& executor);
+    void schedule();
+    bool held() const { return m_state == RunState::Pause || m_hold || m_waiting; }
+    void alert();
+    void awaitEnd(Lock& lock, std::uint64_t job);
+    void awaitHold(Lock& lock);
+    void requestStop(Lock& lock);
+    bool onWorker() const { return std::this_thread::get_id() == m_thread.get_id(); }
+
+    Trace& m_trace;
+    mutable std::mutex m_mutex;        ///< guards everything below but the attention flag
+    std::condition_variable m_wake;    ///< for the worker
+    std::condition_variable m_changed; ///< for those who wait for it
+    std::mutex m_openMutex;            ///< one opening or closing at a time; taken before m_mutex
+    std::thread m_thread;
+    std::atomic<bool> m_attention{false};
+    bool m_open = false;
+    bool m_quit = false;
+
+    RunState m_state = RunState::Stop;
+    bool m_hold = false;
+    bool m_waiting = false;
+    bool m_stop = false;
+    std::uint64_t m_stops = 0; ///< stops asked for so far
+    Clock::time_point m_lastStop{};
+    double m_factor = 1.0;
+
+    const Job* m_job = nullptr; ///< the job on the card
+    const JobSetup* m_setup = nullptr;
+    Outcome* m_result = nullptr; ///< where its caller wants the outcome
+    std::uint64_t m_jobs = 0;    ///< number of the job on the card or of the last one
+    Activity m_activity = Activity::Idle;
+    Outcome m_lastOutcome = Outcome::Done;
+    SimClock m_clock;
+    HeadMotion m_motion;
+    double m_motionUs = 0.0; ///< job clock when m_motion was published
+    double m_passStartUs = 0.0;
+    IdleMove m_idle;
+    JobTime m_lastTime;
+    Reaction m_reaction;
+    bool m_realtime = false; ///< worker only
+};
+
+} // namespace sim

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/card/job.h"
+#include "simengine/card/penparams.h"
+#include "simengine/card/timemodel.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace sim {
+
+/// The smallest thing the head executes: one straight movement or one wait.
+struct Piece {
+    enum class Kind : std::uint8_t { Jump, Mark, Delay };
+
+    Point to;        ///< where the head stands at the end; a wait ends where it began
+    double us = 0.0; ///< duration on the simulated clock
+    std::uint8_t pen = 0;
+    Kind kind = Kind::Delay;
+    bool laser = false;  ///< laser gate open during the piece
+    bool vertex = false; ///< ends on a vertex of the job: gives a trace row
+};
+
+/// Adds one piece that moved the given length to the accounts of a job.
+void addPiece(JobTime& time, const Piece& piece, double lengthMm);
+
+/// Walks a job stroke by stroke and turns it into pieces, a chunk at a time, so that the first vector is ready at once
+/// however long the job is. Estimation and execution both use this walk; no other code knows the formulas' order.
+///
+/// The job must outlive the planner. Not thread-safe.
+class Planner {
+public:
+    Planner(const Job& job, const PenTable& pens, const PlanSettings& settings, Point start);
+    Planner(Job&&, const PenTable&, const PlanSettings&, Point) = delete;
+
+    /// Writes up to capacity (at least kMaxStep) further pieces; 0 when the pass is complete.
+    std::size_t fill(Piece* out, std::size_t capacity);
+
+    /// Starts the walk again for another pass, from the place where the last one ended.
+    void restart();
+
+    /// True when the job has at least one valid point.
+    static bool hasWork(const Job& job);
+
+    /// The most pieces one step can give.
+    static constexpr std::size_t kMaxStep = 6;
+
+private:
+    void step(Piece*& out);
+    void planArrival(Piece*& out);
+    void planVector(Piece*& out);
+    void planBorderCorner(Piece*& out);
+    void planEnd(Piece*& out);
+    void planJump(Piece*& out, Point to);
+    void planMark(Piece*& out, Point to);
+    void planDelay(Piece*& out, double us, bool laser);
+    void nextStroke();
+    void openGroup(std::size_t first);
+    void findVertex(std::size_t from);
+    void measureBorder();
+    bool isLaser() const { return m_job.kind == MarkKind::Laser; }
+    const PenParams& pen() const { return m_pens[static_cast<std::size_t>(m_pen)]; }
+
+    const Job& m_job;
+    PenTable m_pens; ///< sanitized
+    std::array<double, kPenCount> m_usPerMm{};
+    PlanSettings m_settings;
+    Point m_at;
+    Point m_low; ///< bounds of the job, border preview only
+    Point m_high;
+    std::size_t m_stroke = 0;
+    std::size_t m_vertex = 0; ///< next valid vertex of the stroke, the stroke's size when there is none
+    std::size_t m_groupFirst = 0;
+    std::size_t m_groupEnd = 0; ///< one past the object's last stroke
+    int m_repeatsLeft = 0;
+    int m_corner = 0; ///< next corner of the border rectangle
+    int m_pen = 0;
+    int m_lastPen = -1;     ///< pen of the stroke before, -1 before the first of a pass
+    bool m_arrived = false; ///< the head is on the stroke's line
+    bool m_done = false;
+};
+
+} // namespace sim

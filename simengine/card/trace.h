@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/card/job.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace sim {
+
+/// One vertex that the head reached.
+struct TraceRow {
+    double ms = 0.0;      ///< simulated time since the pass began
+    Point at;             ///< mm, as marked, so after the head's distortion
+    std::uint8_t pen = 0; ///< 0 to 19
+    bool laser = false;   ///< the way here was marked with the laser
+    bool drawn = false;   ///< the way here belongs to a contour: with the laser, or the pilot beam in a preview
+};
+
+/// An immutable view of the rows marked so far; costs a pointer per 4096 rows and holds nothing up.
+class TraceSnapshot {
+public:
+    static constexpr std::size_t kBlockRows = 4096;
+    using Block = std::array<TraceRow, kBlockRows>;
+
+    std::size_t size() const { return m_size; }
+    const TraceRow& operator[](std::size_t i) const { return (*m_blocks[i / kBlockRows])[i % kBlockRows]; }
+    /// Number of the pass that the rows belong to; it changes when a job or a pass of a loop begins, and the rows of
+    /// two numbers are not to be joined.
+    std::uint64_t pass() const { return m_pass; }
+    /// Rows that were left out because the pass was longer than Trace::kMaxRows.
+    std::size_t dropped() const { return m_dropped; }
+
+private:
+    friend class Trace;
+    std::vector<std::shared_ptr<const Block>> m_blocks;
+    std::size_t m_size = 0;
+    std::size_t m_dropped = 0;
+    std::uint64_t m_pass = 0;
+};
+
+/// What the head marked in the last job, one row a vertex; a job that repeats itself keeps the pass in progress, or
+/// the last one, so that a loop of days needs no more memory than one pass. A pass keeps its first kMaxRows rows.
+///
+/// All calls from any thread. The card's worker is the only one that calls beginPass and append.
+class Trace {
+public:
+    static constexpr std::size_t kMaxRows = 8'000'000;
+
+    /// Commanded position to the marked one. Called on the card's worker: must be quick and wait for nothing.
+    using PointMap = std::function<Point(const Point&)>;
+
+    /// Forgets all rows and starts a new pass.
+    void beginPass();
+    void append(TraceRow row);
+    void clear() { beginPass(); }
+
+    /// Rows so far and the pass they belong to.
+    TraceSnapshot snapshot() const;
+    std::size_t size() const;
+    std::uint64_t pass() const;
+
+    /// Copies at most maxRows rows from the given index on for a display that follows the marking; returns the number
+    /// copied. When pass is not the current one it is set to it and reading starts at row 0 again.
+    std::size_t readSince(std::uint64_t& pass, std::size_t& from, std::vector<TraceRow>& out,
+                          std::size_t maxRows = 65536) const;
+
+    /// Puts the head's distortion in the way of rows yet to come; an empty function takes it out.
+    void setPointMap(PointMap map);
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<std::shared_ptr<TraceSnapshot::Block>> m_blocks;
+    std::shared_ptr<const PointMap> m_map;
+    std::size_t m_size = 0;
+    std::size_t m_dropped = 0;
+    std::uint64_t m_pass = 0;
+};
+
+/// The rows as text: header "time,x,y,laser,pen", then a line a row: ms and mm with a decimal point whatever the
+/// locale, laser 0 or 1, pen 0 to 19.
+std::string traceCsv(const TraceSnapshot& rows);
+
+/// Writes traceCsv() to a file by way of a temporary file beside it, so that no reader ever sees half a trace.
+/// False with a reason in error when the file cannot be written.
+bool writeTraceCsv(const TraceSnapshot& rows, const std::string& path, std::string& error);
+
+} // namespace sim
