@@ -236,9 +236,6 @@ DurableResult writeFileKeepingTail(const QString& path, const QByteArray& bytes)
     if (target.exists && target.old.st_size > bytes.size()) {
         if (const int error = readFileFrom(target.directory + '/' + target.name, bytes.size(), whole))
             return DurableResult::failure(DurableStep::ReadOld, error, path);
-        const qint64 expected = target.old.st_size;
-        if (whole.size() < expected)
-            return DurableResult::failure(DurableStep::ReadOld, 0, path, QStringLiteral("the old file became shorter"));
     }
     return replaceTarget(target, whole);
 }

@@ -6,10 +6,12 @@
 #include "support/fileread.h"
 #include "support/settingscopy.h"
 
+#include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QMap>
+#include <QMetaType>
 #include <QSettings>
 #include <QStringList>
 #include <QTextCodec>
@@ -31,8 +33,22 @@ SettingsMap valuesOf(const QSettings& settings) {
     return values;
 }
 
+/// Types that are not Qt's own have no other comparison than the bytes they are kept as.
+bool isSameOwnType(const QVariant& wanted, const QVariant& read) {
+    QByteArray bytes[2];
+    const QVariant* const values[2] = {&wanted, &read};
+    for (int i = 0; i < 2; ++i) {
+        QDataStream stream(&bytes[i], QIODevice::WriteOnly);
+        if (!QMetaType::save(stream, values[i]->userType(), values[i]->constData()))
+            return false;
+    }
+    return bytes[0] == bytes[1];
+}
+
 /// Ini text keeps no types: numbers come back as text, a list of one as its element, an empty list as no value.
 bool isSameSetting(const QVariant& wanted, const QVariant& read) {
+    if (wanted.userType() >= QMetaType::User)
+        return wanted.userType() == read.userType() && isSameOwnType(wanted, read);
     if (wanted == read)
         return true;
     if (wanted.type() == QVariant::StringList || wanted.type() == QVariant::List)
@@ -63,18 +79,26 @@ public:
         return error == 0 || error == ENOENT ? DurableResult() : failed(DurableStep::ReadOld, error);
     }
 
+    /// QSettings tells no failed read apart from an empty file, and would then drop all other keys. So two of them read
+    /// the text, each from a path of its own, and a text with a value in it must not come out empty.
     DurableResult edit(const std::function<void(QSettings&)>& change) {
-        if (const int error = m_copy.store(m_old))
+        SettingsMap before;
+        int error = m_copy.store(m_old);
+        if (error == 0) {
+            before = read();
+            error = m_copy.moveAside();
+        }
+        if (error != 0)
             return failed(DurableStep::PrepareText, error);
         QSettings settings(m_copy.path(), QSettings::IniFormat);
         settings.setIniCodec(m_codec);
-        settings.allKeys(); // reads every section, so that the status counts for all of them
-        if (settings.status() == QSettings::AccessError)
+        const bool lost = before.isEmpty() && holdsValue(m_old);
+        if (lost || !differenceOf(before, valuesOf(settings)).isEmpty())
             return failed(DurableStep::PrepareText, EIO, QStringLiteral("the private copy cannot be read"));
         m_damaged = settings.status() == QSettings::FormatError;
         change(settings);
         settings.sync();
-        if (settings.status() != QSettings::NoError && !m_damaged)
+        if (settings.status() == QSettings::AccessError)
             return failed(DurableStep::PrepareText, EIO, QStringLiteral("the private copy cannot be written"));
         m_wanted = valuesOf(settings);
         return DurableResult();
@@ -86,14 +110,8 @@ public:
             error = m_copy.load(m_text);
         if (error != 0)
             return failed(DurableStep::ProveText, error);
-        QSettings settings(m_copy.path(), QSettings::IniFormat);
-        settings.setIniCodec(m_codec);
-        const QString difference = differenceOf(m_wanted, valuesOf(settings));
-        if (!difference.isEmpty())
-            return failed(DurableStep::ProveText, 0, difference);
-        if (settings.status() != QSettings::NoError)
-            return failed(DurableStep::ProveText, 0, QStringLiteral("the new text cannot be read"));
-        return DurableResult();
+        const QString difference = differenceOf(m_wanted, read());
+        return difference.isEmpty() ? DurableResult() : failed(DurableStep::ProveText, 0, difference);
     }
 
     DurableResult replaceOld() const {
@@ -106,6 +124,22 @@ public:
     }
 
 private:
+    SettingsMap read() const {
+        QSettings settings(m_copy.path(), QSettings::IniFormat);
+        settings.setIniCodec(m_codec);
+        return valuesOf(settings);
+    }
+
+    static bool holdsValue(const QByteArray& text) {
+        for (const QByteArray& line : text.split('\n')) {
+            const QByteArray trimmed = line.trimmed();
+            if (trimmed.contains('=') && !trimmed.startsWith(';') && !trimmed.startsWith('=') &&
+                !trimmed.startsWith('['))
+                return true;
+        }
+        return false;
+    }
+
     DurableResult failed(DurableStep step, int error, const QString& detail = QString()) const {
         return DurableResult::failure(step, error, m_path, detail);
     }

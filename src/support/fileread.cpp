@@ -5,12 +5,16 @@
 
 #include <fcntl.h>
 #include <limits>
+#include <sys/stat.h>
 
 namespace tessera {
 
 int readFileFrom(const QByteArray& path, qint64 offset, QByteArray& bytes) {
     FileDescriptor file(::open(path.constData(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen())
+        return errno;
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
         return errno;
     char buffer[65536];
     for (;;) {
@@ -20,7 +24,7 @@ int readFileFrom(const QByteArray& path, qint64 offset, QByteArray& bytes) {
         if (count < 0)
             return errno;
         if (count == 0)
-            return file.closeChecked();
+            return offset < status.st_size ? EIO : file.closeChecked();
         if (bytes.size() > std::numeric_limits<int>::max() - static_cast<int>(sizeof buffer) - 64)
             return EFBIG;
         bytes.append(buffer, static_cast<int>(count));

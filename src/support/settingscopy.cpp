@@ -30,13 +30,15 @@ int writeWhole(int descriptor, const QByteArray& text) {
         next += written;
         left -= static_cast<size_t>(written);
     }
-    return 0;
+    struct stat status = {};
+    if (::fstat(descriptor, &status) != 0)
+        return errno;
+    return status.st_size == text.size() ? 0 : EIO;
 }
 
 } // namespace
 
-SettingsCopy::SettingsCopy()
-    : m_name(QStringLiteral("edited.ini")) {
+SettingsCopy::SettingsCopy() {
     m_directory = baseDirectory() + QLatin1Char('/') + QFile::decodeName(makeTemporaryName("settings"));
     if (::mkdir(QFile::encodeName(m_directory).constData(), 0700) != 0)
         m_error = errno;
@@ -54,7 +56,7 @@ QString SettingsCopy::baseDirectory() {
 }
 
 QString SettingsCopy::path() const {
-    return m_directory + QLatin1Char('/') + m_name;
+    return QStringLiteral("%1/copy%2.ini").arg(m_directory).arg(m_number);
 }
 
 int SettingsCopy::store(const QByteArray& text) {
@@ -70,7 +72,7 @@ int SettingsCopy::store(const QByteArray& text) {
 
 int SettingsCopy::moveAside() {
     const QByteArray from = QFile::encodeName(path());
-    m_name = QStringLiteral("proof.ini");
+    ++m_number;
     return std::rename(from.constData(), QFile::encodeName(path()).constData()) == 0 ? 0 : errno;
 }
 

@@ -21,7 +21,7 @@ public:
     int store(const QByteArray& text);
     /// The path of the copy, for QSettings.
     QString path() const;
-    /// Gives the copy a new path, for a second QSettings that shall read the file itself. 0 or an errno value.
+    /// Gives the copy a new path, for another QSettings that shall read the file itself. 0 or an errno value.
     int moveAside();
     /// Reads the copy. 0 or an errno value.
     int load(QByteArray& text) const;
@@ -31,7 +31,7 @@ public:
 
 private:
     QString m_directory;
-    QString m_name;
+    int m_number = 1;
     int m_error = 0;
 };
 

@@ -1,0 +1,401 @@
+// SPDX-License-Identifier: MIT
+#include "samples.h"
+#include "simengine/document/bytestream.h"
+#include "simengine/document/defaultpen.h"
+#include "simengine/document/mkfcodec.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+#include <limits>
+
+using namespace sim;
+
+namespace {
+
+QByteArray small() {
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(ObjectList{samples::line({{1, 2}, {3, 4}})});
+    return *encodeMkf(content);
+}
+
+/// The bytes with a checksum that fits them again.
+QByteArray resealed(QByteArray bytes) {
+    bytes.chop(32);
+    return bytes + QCryptographicHash::hash(bytes, QCryptographicHash::Sha256);
+}
+
+/// Puts a number, lowest byte first.
+template<class Integer>
+void put(QByteArray& bytes, int place, Integer value) {
+    for (int i = 0; i < int(sizeof value); ++i)
+        bytes[place + i] = char(value >> (8 * i));
+}
+
+/// Where the object section begins.
+int objectsOffset(const QByteArray& bytes) {
+    return int(qFromLittleEndian<quint64>(bytes.constData() + 24 + 2 * 24 + 8));
+}
+
+QString faultOf(const QByteArray& bytes) {
+    QString error;
+    return decodeMkf(bytes, &error) ? QStringLiteral("taken") : error;
+}
+
+} // namespace
+
+class MkfTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void every_field_comes_back_bit_for_bit();
+    void known_bytes();
+    void special_numbers_come_back();
+    void every_flipped_byte_is_refused();
+    void every_flipped_bit_of_a_full_document_is_refused();
+    void every_truncation_is_refused();
+    void added_bytes_are_refused();
+    void newer_format_is_refused_by_name();
+    void unknown_object_kind_is_refused_by_name();
+    void hostile_counts_are_refused_without_reserving();
+    void resealed_damage_never_loads_half();
+    void deep_groups_are_refused();
+    void failed_load_leaves_the_document();
+    void save_and_load_through_a_file();
+    void save_without_a_name_fails();
+    void save_into_a_file_as_folder_fails();
+    void modified_follows_saving_and_undo();
+    void modified_follows_the_pens();
+    void default_pen_file();
+};
+
+void MkfTest::every_field_comes_back_bit_for_bit() {
+    const DocumentContent content = samples::fullContent();
+    const QByteArray bytes = *encodeMkf(content);
+    QString error;
+    const auto decoded = decodeMkf(bytes, &error);
+    QVERIFY2(decoded, qPrintable(error));
+    QCOMPARE(*encodeMkf(*decoded), bytes);
+
+    // not by the codec's own word alone
+    QCOMPARE(decoded->settings.currentPen, 7);
+    QCOMPARE(decoded->settings.basePoint, BasePointBottomLeft);
+    QCOMPARE(decoded->settings.keyMoveDistance, 0.125);
+    QCOMPARE(decoded->objects->size(), size_t(7));
+    for (size_t i = 0; i < 7; ++i) {
+        const ObjectData& a = (*content.objects)[i]->data();
+        const ObjectData& b = (*decoded->objects)[i]->data();
+        QCOMPARE(b.shape.index(), a.shape.index());
+        QCOMPARE(b.transform, a.transform);
+        QCOMPARE(b.pen, a.pen);
+        QCOMPARE(int(b.work), int(a.work));
+        QCOMPARE(b.angle, a.angle);
+        QCOMPARE(b.angleChanged, a.angleChanged);
+        QCOMPARE(b.hatch.enableEdge, a.hatch.enableEdge);
+        QCOMPARE(b.hatch.markFillFirst, a.hatch.markFillFirst);
+        QCOMPARE(b.hatch.showSimple, a.hatch.showSimple);
+        QCOMPARE(b.name, a.name);
+        const FillParam& fill = b.hatch.fills[int(i % 3)];
+        QVERIFY(fill.Enable);
+        QCOMPARE(fill.FillDist, 0.05);
+        QCOMPARE(fill.FillAngle, -45.5);
+        QCOMPARE(fill.FillLayer, 7);
+        QCOMPARE(fill.FillOffset, 0.25);
+        QCOMPARE(fill.EdgeCnt, 3);
+        QCOMPARE(fill.FillType, 4);
+        QVERIFY(!b.hatch.fills[int((i + 1) % 3)].Enable);
+    }
+    QCOMPARE(std::get<PointShape>((*decoded->objects)[0]->shape()).dwellUs, 750.0);
+    QVERIFY(std::get<PolylineShape>((*decoded->objects)[1]->shape()).closed);
+    QVERIFY(std::get<CircleShape>((*decoded->objects)[3]->shape()).clockwise);
+    QCOMPARE(std::get<ArcShape>((*decoded->objects)[4]->shape()).sweepAngle, -200.0);
+    QCOMPARE(std::get<PathShape>((*decoded->objects)[5]->shape()).points,
+             std::get<PathShape>((*content.objects)[5]->shape()).points);
+    QCOMPARE((*decoded->objects)[6]->groupDepth(), 2);
+    for (int i = 0; i < kLayerCount; ++i) {
+        LayerData a;
+        LayerData b;
+        const_cast<LayerParamEx&>(content.pens).GetLayerData(i, a);
+        decoded->pens.GetLayerData(i, b);
+        QCOMPARE(b.ColorG, a.ColorG);
+        QCOMPARE(b.MarkSpeed, a.MarkSpeed);
+        QCOMPARE(b.PWM, a.PWM);
+        QCOMPARE(b.OpenLaserDelay, -(i + 1));
+        QCOMPARE(b.MinJumpDelayDist, a.MinJumpDelayDist);
+        QVERIFY(b.PointWave == a.PointWave && b.LineWave == a.LineWave);
+        QCOMPARE(b.WobbleEnable, a.WobbleEnable);
+        QCOMPARE(b.UseDefault, a.UseDefault);
+    }
+    QCOMPARE(decoded->pens.GetQCWWaves()[15].eyeDelay, 24.0);
+}
+
+void MkfTest::known_bytes() {
+    const QByteArray bytes = small();
+    QCOMPARE(bytes.left(16).toHex(), QByteArray("894d4b460d0a1a0a0100000003000000"));
+    QCOMPARE(qFromLittleEndian<quint64>(bytes.constData() + 16), quint64(bytes.size()));
+    QCOMPARE(bytes.mid(24, 4), QByteArray("PENS"));
+    QCOMPARE(bytes.mid(48, 4), QByteArray("SETT"));
+    QCOMPARE(bytes.mid(72, 4), QByteArray("OBJS"));
+    const QByteArray objects = bytes.mid(objectsOffset(bytes), bytes.size() - 32 - objectsOffset(bytes));
+    ByteWriter expected;
+    expected.integer(quint32(1));  // objects
+    for (int value : {2, 1, 2, 0}) // polyline, works, outline marked, pen 0
+        expected.integer(quint8(value));
+    for (double value : {0.0, 1.0, 0.0, 0.0, 1.0, 0.0, 0.0}) // angle, transform
+        expected.real(value);
+    for (int i = 0; i < 3; ++i) {
+        expected.flag(false);
+        expected.real(0.1);
+        expected.real(0.0);
+        expected.integer(qint32(0));
+        expected.real(0.0);
+        expected.integer(qint32(0));
+        expected.integer(qint32(0));
+    }
+    expected.integer(quint32(0)); // name
+    expected.flag(false);         // open
+    expected.integer(quint32(2));
+    for (double value : {1.0, 2.0, 3.0, 4.0})
+        expected.real(value);
+    QCOMPARE(objects.toHex(), expected.bytes().toHex());
+    QCOMPARE(bytes.right(32), QCryptographicHash::hash(bytes.left(bytes.size() - 32), QCryptographicHash::Sha256));
+}
+
+void MkfTest::special_numbers_come_back() {
+    DocumentContent content = samples::fullContent();
+    LayerData* pen = nullptr;
+    content.pens.GetLayerData(3, pen);
+    pen->Power = std::numeric_limits<double>::quiet_NaN();
+    pen->Fre = -0.0;
+    pen->PWM = std::numeric_limits<double>::denorm_min();
+    pen->MarkSpeed = std::numeric_limits<double>::infinity();
+    pen->MarkCnt = std::numeric_limits<int>::min();
+    const QByteArray bytes = *encodeMkf(content);
+    const auto decoded = decodeMkf(bytes, nullptr);
+    QVERIFY(decoded);
+    QCOMPARE(*encodeMkf(*decoded), bytes);
+}
+
+void MkfTest::every_flipped_byte_is_refused() {
+    const QByteArray bytes = small();
+    for (int i = 0; i < bytes.size(); ++i) {
+        QByteArray damaged = bytes;
+        damaged[i] = char(~damaged[i]);
+        QString error;
+        QVERIFY2(!decodeMkf(damaged, &error), qPrintable(QString::number(i)));
+        QVERIFY(!error.isEmpty());
+    }
+}
+
+void MkfTest::every_flipped_bit_of_a_full_document_is_refused() {
+    const QByteArray bytes = *encodeMkf(samples::fullContent());
+    QRandomGenerator random(3);
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray damaged = bytes;
+        const int place = int(random.bounded(bytes.size()));
+        damaged[place] = char(damaged[place] ^ (1 << random.bounded(8)));
+        QVERIFY(!decodeMkf(damaged, nullptr));
+    }
+}
+
+void MkfTest::every_truncation_is_refused() {
+    const QByteArray bytes = small();
+    for (int length = 0; length < bytes.size(); ++length) {
+        QString error;
+        QVERIFY(!decodeMkf(bytes.left(length), &error));
+        QVERIFY(!error.isEmpty());
+        if (length > objectsOffset(bytes) || (length > 88 && length % 100 == 0))
+            QVERIFY(!decodeMkf(resealed(bytes.left(length)), &error));
+    }
+}
+
+void MkfTest::added_bytes_are_refused() {
+    QCOMPARE(faultOf(small() + '\0'), QStringLiteral("the file is cut off or has been added to"));
+}
+
+void MkfTest::newer_format_is_refused_by_name() {
+    QByteArray bytes = small();
+    bytes[8] = 2;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the file was made by a newer program (format 2)"));
+    bytes[8] = 0;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the format 0 is unknown"));
+}
+
+void MkfTest::unknown_object_kind_is_refused_by_name() {
+    QByteArray bytes = small();
+    bytes[objectsOffset(bytes) + 4] = 8;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 8 are unknown to this program"));
+}
+
+void MkfTest::hostile_counts_are_refused_without_reserving() {
+    QByteArray bytes = small();
+    const int objects = objectsOffset(bytes);
+    for (int place : {objects, objects + 4 + 176}) { // number of objects, number of points
+        QByteArray hostile = bytes;
+        for (int i = 0; i < 4; ++i)
+            hostile[place + i] = char(0xff);
+        QCOMPARE(faultOf(resealed(hostile)), QStringLiteral("a count is larger than the file"));
+    }
+    QByteArray named = bytes;
+    put(named, objects + 4 + 175 - 4, quint32(1001));
+    QVERIFY(!decodeMkf(resealed(named), nullptr));
+}
+
+void MkfTest::resealed_damage_never_loads_half() {
+    const QByteArray bytes = *encodeMkf(samples::fullContent());
+    QRandomGenerator random(4);
+    int refused = 0;
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray damaged = bytes;
+        const int from = round % 2 ? objectsOffset(bytes) : 8;
+        for (int i = 0; i < 3; ++i)
+            damaged[from + int(random.bounded(bytes.size() - 32 - from))] = char(random.bounded(256));
+        damaged = resealed(damaged);
+        const auto decoded = decodeMkf(damaged, nullptr);
+        // what is taken is a whole document, and the one that the bytes say
+        if (decoded)
+            QCOMPARE(*encodeMkf(*decoded), damaged);
+        else
+            ++refused;
+    }
+    QVERIFY(refused > 100);
+}
+
+void MkfTest::deep_groups_are_refused() {
+    ObjectPtr nested = samples::point(0, 0);
+    for (int i = 0; i < kMaxGroupDepth; ++i)
+        nested = samples::group({nested});
+    QVERIFY(nested);
+    QVERIFY(!samples::group({nested}));
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(ObjectList{nested});
+    const QByteArray bytes = *encodeMkf(content);
+    QVERIFY(decodeMkf(bytes, nullptr));
+
+    // a record of one group around another, repeated deeper than any document can be
+    const int objects = objectsOffset(bytes);
+    const QByteArray groupHead = bytes.mid(objects + 4, 179);
+    QByteArray section = bytes.mid(objects, 4);
+    for (int i = 0; i < 100000; ++i)
+        section += groupHead;
+    QByteArray hostile = bytes.left(objects) + section + QByteArray(32, '\0');
+    put(hostile, 16, quint64(quint64(hostile.size())));
+    put(hostile, 24 + 2 * 24 + 16, quint64(quint64(section.size())));
+    QCOMPARE(faultOf(resealed(hostile)), QStringLiteral("groups are nested too deeply"));
+}
+
+void MkfTest::failed_load_leaves_the_document() {
+    QTemporaryDir dir;
+    Document document;
+    document.setContent(samples::fullContent());
+    const QByteArray before = samples::bytesOf(document);
+    document.setFileName(dir.filePath("missing.mkf"));
+    QString error;
+    QVERIFY(!loadDocument(document, &error));
+    QVERIFY(error.contains("missing.mkf"));
+
+    QFile file(dir.filePath("damaged.mkf"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(small().chopped(1));
+    file.close();
+    document.setFileName(file.fileName());
+    QVERIFY(!loadDocument(document, &error));
+    QVERIFY2(error.contains("damaged.mkf") && error.contains("cut off"), qPrintable(error));
+    QCOMPARE(samples::bytesOf(document), before);
+}
+
+void MkfTest::save_and_load_through_a_file() {
+    QTemporaryDir dir;
+    Document document;
+    document.setContent(samples::fullContent());
+    document.setFileName(dir.filePath("图形.mkf"));
+    QString error;
+    QVERIFY2(saveDocument(document, &error), qPrintable(error));
+    Document other;
+    other.setFileName(document.fileName());
+    other.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
+    QVERIFY2(loadDocument(other, &error), qPrintable(error));
+    QCOMPARE(samples::bytesOf(other), samples::bytesOf(document));
+    QVERIFY(!other.canUndo());
+    QVERIFY(other.state()->selection.isEmpty());
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"图形.mkf"});
+}
+
+void MkfTest::save_without_a_name_fails() {
+    Document document;
+    QString error;
+    QVERIFY(!saveDocument(document, &error));
+    QCOMPARE(error, QStringLiteral("the document has no file name"));
+}
+
+void MkfTest::save_into_a_file_as_folder_fails() {
+    QTemporaryDir dir;
+    QFile file(dir.filePath("file"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    Document document;
+    document.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
+    document.setFileName(dir.filePath("file/a.mkf"));
+    QString error;
+    QVERIFY(!saveDocument(document, &error));
+    QVERIFY(!error.isEmpty());
+    QVERIFY(document.isModified());
+}
+
+void MkfTest::modified_follows_saving_and_undo() {
+    QTemporaryDir dir;
+    Document document;
+    QVERIFY(!document.isModified());
+    document.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
+    QVERIFY(document.isModified());
+    document.setFileName(dir.filePath("a.mkf"));
+    QVERIFY(saveDocument(document, nullptr));
+    QVERIFY(!document.isModified());
+    document.undo();
+    QVERIFY(document.isModified());
+    document.redo();
+    QVERIFY(!document.isModified());
+    document.select({});
+    QVERIFY(!document.isModified());
+}
+
+void MkfTest::modified_follows_the_pens() {
+    Document document;
+    LayerData* pen = nullptr;
+    document.pens()->GetLayerData(19, pen);
+    pen->Power += 1.0;
+    QVERIFY(document.isModified());
+    pen->Power -= 1.0;
+    QVERIFY(!document.isModified());
+    document.pens()->GetQCWWaves()[15].peak = 7.0;
+    QVERIFY(document.isModified());
+    // what is written through an address is not in a copy taken before
+    const DocumentContent copy = document.content();
+    pen->Power = 12.0;
+    LayerData copied;
+    copy.pens.GetLayerData(19, copied);
+    QVERIFY(copied.Power != 12.0);
+}
+
+void MkfTest::default_pen_file() {
+    LayerData pen;
+    pen.MarkSpeed = 1234.5;
+    pen.UseDefault = true;
+    pen.LineWave[19] = {3, 4};
+    const QByteArray bytes = encodeDefaultPen(pen);
+    QVERIFY(bytes.size() < kMaxDefaultPenBytes);
+    const auto decoded = decodeDefaultPen(bytes);
+    QVERIFY(decoded);
+    QCOMPARE(encodeDefaultPen(*decoded), bytes);
+    QCOMPARE(decoded->MarkSpeed, 1234.5);
+    for (int i = 0; i < bytes.size(); ++i) {
+        QByteArray damaged = bytes;
+        damaged[i] = char(~damaged[i]);
+        QVERIFY(!decodeDefaultPen(damaged));
+        QVERIFY(!decodeDefaultPen(bytes.left(i)));
+    }
+}
+
+QTEST_GUILESS_MAIN(MkfTest)
+#include "tst_mkf.moc"
