@@ -24,6 +24,11 @@ namespace {
 
 constexpr int lockWait = 10000; // ms; QSettings holds the lock for one write of a small file
 
+/// A writer killed between making the lock file and filling it leaves an empty one, which only its age tells from a
+/// lock being taken; QLockFile's own 30 s would outlast lockWait. A living holder loses nothing by it, however long it
+/// holds: its file is locked in the kernel too, and QLockFile removes none that is.
+constexpr int emptyLockAge = 1000; // ms
+
 using SettingsMap = QMap<QString, QVariant>;
 
 SettingsMap valuesOf(const QSettings& settings) {
@@ -154,6 +159,7 @@ private:
 };
 
 DurableResult lockAgainstQSettings(QLockFile& lock, const QString& path) {
+    lock.setStaleLockTime(emptyLockAge);
     if (lock.tryLock(lockWait))
         return DurableResult();
     const bool held = lock.error() == QLockFile::LockFailedError;

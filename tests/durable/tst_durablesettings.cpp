@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QPoint>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -12,7 +13,9 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cmath>
+#include <future>
 #include <limits>
 #include <thread>
 #include <vector>
@@ -79,6 +82,8 @@ private slots:
     void reading_creates_nothing();
     void a_directory_in_the_place_of_the_file_is_reported();
     void an_empty_path_is_refused();
+    void a_lock_file_left_empty_by_a_killed_writer_blocks_nobody();
+    void the_lock_of_a_living_writer_is_respected_however_old();
     void no_private_copy_is_left();
     void a_counter_saved_many_times();
 
@@ -299,6 +304,34 @@ void TestDurableSettings::an_empty_path_is_refused() {
     const DurableResult result = writeSettingDurably(QString(), "x", 1);
     QCOMPARE(result.step(), DurableStep::ResolveTarget);
     QCOMPARE(result.error(), EINVAL);
+}
+
+void TestDurableSettings::a_lock_file_left_empty_by_a_killed_writer_blocks_nobody() {
+    QVERIFY(put(path("a.ini.lock"), QByteArray())); // killed between making the lock file and filling it
+    const DurableResult result = writeSettingDurably(path("a.ini"), "n", 7);
+    QVERIFY2(result.ok(), qPrintable(result.message()));
+    QCOMPARE(readSetting(path("a.ini"), "n").toInt(), 7);
+    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a.ini"});
+}
+
+void TestDurableSettings::the_lock_of_a_living_writer_is_respected_however_old() {
+    QVERIFY(put(path("a.ini"), "[General]\nn=1\n"));
+    QLockFile lock(path("a.ini.lock"));
+    QVERIFY(lock.lock());
+    QFile file(path("a.ini.lock"));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+    file.close();
+    std::future<DurableResult> save =
+        std::async(std::launch::async, [this] { return writeSettingDurably(path("a.ini"), "n", 2); });
+    const bool waited = save.wait_for(std::chrono::milliseconds(1500)) == std::future_status::timeout;
+    const QByteArray during = contentOf(path("a.ini"));
+    lock.unlock();
+    const DurableResult result = save.get();
+    QVERIFY(waited);
+    QCOMPARE(during, QByteArray("[General]\nn=1\n"));
+    QVERIFY2(result.ok(), qPrintable(result.message()));
+    QCOMPARE(readSetting(path("a.ini"), "n").toInt(), 2);
 }
 
 void TestDurableSettings::no_private_copy_is_left() {
