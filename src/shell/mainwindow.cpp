@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow.h"
+
+#include "engine/authoritymanager.h"
+#include "engine/boxspliceparam.h"
+#include "engine/ccdserver.h"
+#include "engine/ccsserver.h"
+#include "engine/externmodules.h"
+#include "engine/layerdata.h"
+#include "engine/markcardinstance.h"
+#include "engine/marklog.h"
+#include "engine/movecardmanager.h"
+#include "engine/qrulerview.h"
+#include "engine/rundatagather.h"
+#include "engine/showdebuginfo.h"
+#include "engine/systemparam.h"
+#include "run/form_marking.h"
+#include "shell/updateinputthread.h"
+#include "support/approot.h"
+#include "ui_mainwindow.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QGuiApplication>
+#include <QNetworkAccessManager>
+#include <QScreen>
+
+namespace {
+
+constexpr int kSecondMs = 1000;
+/// The desktop's panel keeps this strip at the bottom of the screen.
+constexpr int kBottomStrip = 50;
+/// Work mode in which a controlling station commands this one.
+constexpr int kWorkModeRemote = 3;
+
+bool commandServerWanted() {
+    SystemParam const* system = SystemParam::Instance();
+    return !system->GetSysMode() && system->GetWorkMode() == kWorkModeRemote;
+}
+
+} // namespace
+
+std::atomic<MainWindow*> MainWindow::m_pInstance{nullptr};
+int MainWindow::m_FirstLoad = 0;
+
+void MainWindow::InitMainWnd() {
+    LayerData::InitLayerData();
+    auto* window = new MainWindow;
+    m_pInstance = window;
+    CCDServer::InitCCDServer();
+    window->setWindowFlags(window->windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    Form_Marking::InitWindow(window);
+    window->InitMainWindow();
+    ShowDebugInfo::Instance();
+    ShowDebugIno::SetInstance(window);
+    IAutoLoginOutMsg::SetInstance(window);
+    window->setContextMenuPolicy(Qt::NoContextMenu);
+    BoxSpliceParam::Read();
+    RunDataGather::Instance()->SetOpenTimeStamp(QDateTime::currentDateTime());
+}
+
+/// The card is closed before the threads are told to end: the input poll asks whether it is open first.
+void MainWindow::ClearMainWnd() {
+    if (commandServerWanted())
+        CloseServer();
+    if (IMarkCardBase* card = MarkCardInstance::Instance())
+        card->CloseCard();
+    MoveCardManager::Instance()->CloseMoveCard();
+    if (MainWindow* window = m_pInstance) {
+        window->CloseThread();
+        for (int i = window->m_Docs.size() - 1; i >= 0; --i)
+            window->m_Docs.at(i)->m_bExitClear = false;
+        delete window;
+        m_pInstance = nullptr;
+    }
+    FreeExternModules();
+}
+
+MainWindow::MainWindow() {
+    ReadVersion();
+    ui = std::make_unique<Ui_MainWindow>();
+    ui->setupUi(this);
+    OpenDebugFile();
+    setWindowTitle(QStringLiteral("VZ Tessera"));
+    BuildPanels();
+    BuildLabels();
+    BuildAlarmCtrls();
+    FillStatusBar();
+    m_Alarms.LoadTexts();
+    ShowVersions();
+    PrepareTools();
+    InitMarkCard();
+    ShowCardVersion();
+    ConnectOwnSignals();
+    ApplyIOState();
+    StartCommandServer();
+    ShowUserMenu();
+    HomeAxes();
+    ShowOptionalItems();
+}
+
+/// What the threads use goes in the reverse order of use: first the threads, then the run dialog with its worker, then
+/// the views that they marked.
+MainWindow::~MainWindow() {
+    ShowDebugIno::SetInstance(nullptr);
+    IAutoLoginOutMsg::SetInstance(nullptr);
+    m_SecondTimer.stop();
+    m_pInputThread.reset();
+    m_KeyThread.Finish();
+    delete Form_Marking::Instance();
+    m_pCurDoc = nullptr;
+    for (QRulerView* view : qAsConst(m_Docs)) {
+        view->disconnect(this);
+        delete view;
+    }
+    m_FirstLoad = 0;
+}
+
+void MainWindow::InitMainWindow() {
+    ui->actionChangeDebug->setVisible(false);
+    ReadRecentFile();
+    countTime();
+    connect(&m_SecondTimer, &QTimer::timeout, this, &MainWindow::countTime);
+    connect(this, &MainWindow::MoveMarkWnd2Center, this, &MainWindow::onMoveMarkWnd2Center);
+    m_SecondTimer.start(kSecondMs);
+    if (QScreen const* screen = QGuiApplication::primaryScreen())
+        setGeometry(screen->geometry().adjusted(0, 0, 0, -kBottomStrip));
+    AuthorityManager::StartAutoLoginOut();
+    m_KeyThread.Start();
+}
+
+void MainWindow::StartUp() {
+    const int mode = SystemParam::Instance()->GetStartUpMark();
+    MarkLog::Instance()->ShowNode(NoteDebug, QStringLiteral("开软件启动方式:") + QString::number(mode));
+    if (mode == 1)
+        ShowNormalMarkWindow();
+    if (mode == 2) {
+        ShowMultDocMarkWindow();
+        return;
+    }
+    SetReadyOut(0);
+}
+
+/// Only leaves word; the destructors of the threads wait.
+void MainWindow::CloseThread() {
+    if (m_pInputThread)
+        m_pInputThread->EndThread();
+    m_KeyThread.Stop();
+}
+
+void MainWindow::GetCurMirrorPt(QPointF point) {
+    if (MainWindow* window = m_pInstance)
+        emit window->SetCurMirrorPos(point);
+}
+
+void MainWindow::ReadVersion() {
+    m_DebugFile.setFileName(tessera::rootPath(QStringLiteral("/日志文件/Debug.txt")));
+    m_Version = QStringLiteral("1.0.0");
+    QFile file(tessera::rootPath(QStringLiteral("/version.ini")));
+    if (file.open(QIODevice::ReadOnly | QIODevice::Text))
+        m_Version = QTextStream(&file).readLine();
+}
+
+/// The file is written from its head on; what an earlier run left behind that stays.
+void MainWindow::OpenDebugFile() {
+    QDir().mkpath(tessera::rootPath(QStringLiteral("/日志文件")));
+    if (!m_DebugFile.open(QIODevice::ReadWrite | QIODevice::Text)) {
+        MarkLog::Instance()->ShowNote_Error(m_DebugFile.fileName() + QStringLiteral(": ") + m_DebugFile.errorString());
+        return;
+    }
+    m_pDebugStream = std::make_unique<QTextStream>(&m_DebugFile);
+    m_pDebugStream->setCodec("UTF-8");
+}
+
+void MainWindow::SaveDebugText(QString const& text) {
+    const std::lock_guard<std::mutex> lock(m_DebugLock);
+    if (m_pDebugStream)
+        *m_pDebugStream << text << Qt::endl;
+}
+
+void MainWindow::StartCommandServer() {
+    qRegisterMetaType<CCSCmd>("CCSCmd");
+    if (commandServerWanted())
+        InitServer();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (m_FirstLoad++ == 0) {
+        m_pInputThread = std::make_unique<UpdateInputThread>(this);
+        m_pInputThread->start();
+    }
+    m_nTimerId = startTimer(100);
+    PlaceLabels(ui->toolBar, 140);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (m_nTimerId >= 0)
+        killTimer(m_nTimerId);
+    m_nTimerId = -1;
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::timerEvent(QTimerEvent*) {}
+
+QMenu* MainWindow::createPopupMenu() {
+    return nullptr;
+}
+
+void MainWindow::AutoLoginOut() {
+    emit UserChanged();
+}
+
+void MainWindow::UserChange() {
+    emit UserChanged();
+}

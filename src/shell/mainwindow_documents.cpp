@@ -1,0 +1,289 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow.h"
+
+#include "engine/authoritymanager.h"
+#include "engine/languagemanager.h"
+#include "engine/marklog.h"
+#include "engine/qrulerview.h"
+#include "engine/vzlistviewex.h"
+#include "run/form_marking.h"
+#include "shell/leftpanel.h"
+#include "shell/recentfile.h"
+#include "support/approot.h"
+#include "support/durablefile.h"
+#include "ui_mainwindow.h"
+
+#include <QFile>
+#include <QMessageBox>
+
+namespace {
+
+QString recentFile() {
+    return tessera::rootPath(QStringLiteral("/MarkFile/RecentFile.of"));
+}
+
+QString showDocFile() {
+    return tessera::rootPath(QStringLiteral("/ini/ShowDoc.ini"));
+}
+
+/// Writes in place without cutting off what is behind; a failure is logged.
+void rewrite(QString const& path, QByteArray const& bytes) {
+    const tessera::DurableResult result = tessera::writeFileKeepingTail(path, bytes);
+    if (!result)
+        MarkLog::Instance()->ShowNote_Error(result.message());
+}
+
+/// Stores the document and tells whether that worked; a failure is logged.
+bool save(QRulerView* view) {
+    if (view->SaveDoc())
+        return true;
+    MarkLog::Instance()->ShowNote_Error(view->GetFileName() + QStringLiteral(": not saved"));
+    return false;
+}
+
+void showSaved(QWidget* parent, bool saved) {
+    const QString title = LanguageManager::GetLanText("保存");
+    if (saved)
+        QMessageBox::information(parent, title, LanguageManager::GetLanText("保存成功"));
+    else
+        QMessageBox::warning(parent, title, LanguageManager::GetLanText("保存失败"));
+}
+
+} // namespace
+
+QRulerView* MainWindow::GetCurDoc() {
+    QRulerView* view = m_pCurDoc;
+    if (view)
+        view->SetCallBackMirrorPt(&MainWindow::GetCurMirrorPt);
+    return view;
+}
+
+QRulerView* MainWindow::GetDoc(QString const& path) const {
+    for (QRulerView* view : m_Docs) {
+        if (view->GetFileName() == path)
+            return view;
+    }
+    return nullptr;
+}
+
+bool MainWindow::IsFileOpened(QString const& path) const {
+    return m_OpenFiles.contains(path);
+}
+
+bool MainWindow::SetCurDoc(int index) {
+    if (index < 0 || index > m_OpenFiles.size())
+        return false;
+    ActivateDoc(index);
+    return true;
+}
+
+bool MainWindow::SetCurDoc(QString const& path) {
+    if (!IsFileOpened(path))
+        return false;
+    const int index = m_Docs.indexOf(GetDoc(path));
+    if (index >= 0)
+        ActivateDoc(index);
+    return true;
+}
+
+void MainWindow::OpenFile(QString const& path) {
+    if (IsFileOpened(path)) {
+        SetCurDoc(path);
+        return;
+    }
+    auto* view = new QRulerView(ui->tabFile);
+    view->SetFileName(path);
+    if (!view->ReadDoc()) {
+        delete view;
+        return;
+    }
+    AddView(view);
+    m_pLeftPanel->AddListWidget(view->GetObjListView());
+    m_Docs.append(view);
+    AppendOpendFile(path);
+}
+
+void MainWindow::NewFile(QString const& name) {
+    auto* view = new QRulerView(ui->tabFile);
+    view->SetFileName(name);
+    const QString path = view->GetFileName();
+    save(view);
+    AddView(view);
+    m_Docs.append(view);
+    AppendOpendFile(path);
+}
+
+void MainWindow::CloseFile(QString const& path) {
+    if (!IsFileOpened(path))
+        return;
+    const int index = m_Docs.indexOf(GetDoc(path));
+    if (index < 0)
+        return;
+    on_CloseFile(index, false);
+    ActivateDoc(std::min(index, m_Docs.size() - 1));
+}
+
+void MainWindow::CloseAllFile() {
+    for (int i = m_OpenFiles.size() - 1; i >= 0; --i)
+        CloseFile(m_OpenFiles.at(i));
+}
+
+void MainWindow::ResetFiles() {
+    m_bSaveRecent = false;
+    QRulerView const* active = GetActiveView();
+    const QString name = active ? active->GetFileName() : QString();
+    if (!m_OpenFiles.isEmpty()) {
+        CloseAllFile();
+        ReadRecentFile();
+    }
+    const int index = m_Docs.indexOf(GetDoc(name));
+    if (index >= 0)
+        ActivateDoc(index);
+    m_bSaveRecent = true;
+}
+
+bool MainWindow::SyncFileData(QString const& first, QString const& second) {
+    auto* view = new QRulerView(ui->tabFile);
+    if (!view->ReadDoc(first, second)) {
+        delete view;
+        return false;
+    }
+    const QString path = view->GetFileName();
+    save(view);
+    AddView(view);
+    m_Docs.append(view);
+    AppendOpendFile(path);
+    return true;
+}
+
+void MainWindow::AppendOpendFile(QString const& path) {
+    m_OpenFiles.append(path);
+    ActivateDoc(m_Docs.size() - 1);
+    ResetRecentFile();
+}
+
+/// What every way of opening a document does with its view.
+void MainWindow::AddView(QRulerView* view) {
+    ui->verticalLayout_2->addWidget(view);
+    m_pLeftPanel->AddListWidget(view->GetShowObjList());
+    ShowObjList(view, false);
+    connect(view, &QRulerView::RedoUnDo, this, &MainWindow::enableRedoUndo);
+    connect(view, &QRulerView::SubWndClosed, this, &MainWindow::onSubWndClosed);
+    view->show();
+}
+
+void MainWindow::ShowObjList(QRulerView* view, bool show) {
+    view->GetShowObjList()->setVisible(show);
+    view->GetObjListView()->setVisible(show);
+}
+
+void MainWindow::ActivateDoc(int index) {
+    on_ActivDocChanged(index);
+}
+
+void MainWindow::on_ActivDocChanged(int index) {
+    if (index < 0 || index >= m_Docs.size()) {
+        SetUIChangeDoc(nullptr);
+        return;
+    }
+    for (int i = 0; i < m_Docs.size(); ++i)
+        m_Docs.at(i)->setVisible(i == index);
+    SetUIChangeDoc(m_Docs.at(index));
+}
+
+void MainWindow::on_CloseFile(int index, bool saveFirst) {
+    if (index < 0 || index >= m_Docs.size())
+        return;
+    QRulerView* view = m_Docs.at(index);
+    if (saveFirst)
+        save(view);
+    m_Docs.removeAt(index);
+    DeleteView(view);
+    ResetRecentFile();
+}
+
+/// A run that marks this document ends first; then the key thread lets go of it.
+void MainWindow::DeleteView(QRulerView* view) {
+    if (view == m_pCurDoc) {
+        Form_Marking* dialog = Form_Marking::Instance();
+        if (dialog)
+            dialog->StopAndWait();
+        SetUIChangeDoc(nullptr);
+    }
+    { const std::lock_guard<std::mutex> lock(m_DocUseLock); }
+    delete view;
+}
+
+void MainWindow::OnChangeFileIndex(int from, int to) {
+    if (from >= 0 && from < m_Docs.size() && to >= 0 && to < m_Docs.size())
+        m_Docs.move(from, to);
+}
+
+void MainWindow::onSubWndClosed(QString path) {
+    m_OpenFiles.removeOne(path);
+    ResetRecentFile();
+}
+
+void MainWindow::ReadRecentFile() {
+    QFile file(recentFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QVector<QString> paths = tessera::ReadRecentList(file.readAll());
+    file.close();
+    for (QString const& path : paths) {
+        if (IsFileOpened(path))
+            continue;
+        auto* view = new QRulerView(ui->tabFile);
+        view->SetFileName(path);
+        if (!view->ReadDoc()) {
+            delete view;
+            continue;
+        }
+        AddView(view);
+        view->setWindowState(Qt::WindowMaximized);
+        m_Docs.append(view);
+        AppendOpendFile(path);
+    }
+}
+
+void MainWindow::ResetRecentFile() {
+    if (m_bSaveRecent)
+        rewrite(recentFile(), tessera::WriteRecentList(m_OpenFiles));
+}
+
+bool MainWindow::IsShowDoc() {
+    QFile file(showDocFile());
+    m_bShowDoc = file.open(QIODevice::ReadOnly) && file.readLine().trimmed().toInt() != 0;
+    return m_bShowDoc;
+}
+
+void MainWindow::SetShowDoc(bool show) {
+    if (show == m_bShowDoc)
+        return;
+    m_bShowDoc = show;
+    rewrite(showDocFile(), show ? "1\n" : "0\n");
+}
+
+void MainWindow::on_actionShowDoc_triggered(bool) {
+    SetShowDoc(ui->actionShowDoc->isChecked());
+    ui->tabWidgetMian->setTabVisible(ui->tabWidgetMian->count() - 1, m_bShowDoc);
+}
+
+void MainWindow::on_actionSave_triggered() {
+    onSaveFile();
+}
+
+void MainWindow::onSaveFile() {
+    QRulerView* view = GetActiveView();
+    if (AuthorityManager::CanSaveFile() && view)
+        showSaved(this, save(view));
+}
+
+void MainWindow::onSaveAllFile() {
+    if (!AuthorityManager::CanSaveFile())
+        return;
+    bool saved = true;
+    for (QRulerView* view : qAsConst(m_Docs))
+        saved = save(view) && saved;
+    showSaved(this, saved);
+}

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow.h"
+
+#include "engine/authoritymanager.h"
+#include "engine/iooutputset.h"
+#include "engine/languagemanager.h"
+#include "engine/markcardinstance.h"
+#include "engine/marklog.h"
+#include "engine/qrulerview.h"
+#include "engine/systemparam.h"
+#include "run/form_marking.h"
+#include "shell/alarmctrl.h"
+#include "shell/statuseview.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QThread>
+
+void MainWindow::timerUpDate() {
+    emit TimerUpDate();
+}
+
+void MainWindow::OnTimerUpDate() {
+    if (!MarkCardInstance::Instance()->IsCardOpend())
+        return;
+    OnResetAlarmStatus();
+}
+
+void MainWindow::OnResetAlarmStatus() {
+    bool red = false;
+    bool green = false;
+    bool yellow = false;
+    IOOutputSet::Instance()->GetLightStatus(red, green, yellow);
+    m_pRedLabel->setEnabled(red);
+    m_pGreenLabel->setEnabled(green);
+    m_pYellowLabel->setEnabled(yellow);
+}
+
+void MainWindow::on_LaserAlarm(bool alarmed, QString) {
+    m_pLaserAlarm->SetStatus(alarmed ? AlarmRed : AlarmGreen,
+                             LanguageManager::GetLanText(alarmed ? "激光器报警" : "激光器正常"));
+}
+
+QVector<QString> MainWindow::GetAlarmInfos() {
+    const QVector<QString> texts = m_Alarms.ActiveTexts();
+    if (!texts.isEmpty())
+        ShowDebugIno::ShowText(texts, QVector<DebugInfoType>(texts.size(), DebugInfoAlarm));
+    return texts;
+}
+
+bool MainWindow::CheckAlarmStatus() {
+    return GetAlarmInfos().isEmpty();
+}
+
+/// Out of a looping red-light preview the job runs once and the preview goes on afterwards; the pause gives the preview
+/// time to end.
+void MainWindow::IOStartRun() {
+    if (MarkWindowIsVisible() == 0)
+        return;
+    MarkLog::Instance()->ShowNode(NoteRun, QStringLiteral("Normal Mark Start"));
+    Form_Marking* dialog = Form_Marking::Instance();
+    if (!SystemParam::Instance()->EnableTriggerWhenRedLoop() || !dialog->IsRedLoopRun()) {
+        dialog->StartMark(false);
+        return;
+    }
+    dialog->StopMark();
+    dialog->SetRunSelection(0, false);
+    QThread::msleep(20);
+    dialog->StartMark(true);
+}
+
+void MainWindow::IOStartPreview() {
+    if (MarkWindowIsVisible() != 0)
+        Form_Marking::Instance()->StartMarkPreview();
+}
+
+void MainWindow::IOPauseRun() {
+    if (MarkWindowIsVisible() != 0)
+        Form_Marking::Instance()->PauseMark();
+}
+
+void MainWindow::IOStopRun() {
+    if (MarkWindowIsVisible() == 1)
+        Form_Marking::Instance()->StopMark();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (SystemParam::Instance()->m_nResponseShortcut == 0 || key < Qt::Key_F5 || key > Qt::Key_F8) {
+        QMainWindow::keyPressEvent(event);
+        return;
+    }
+    if (key == Qt::Key_F5) {
+        MoveMarkWindow2Center(true);
+        QMainWindow::keyPressEvent(event);
+        return;
+    }
+    if (key == Qt::Key_F6) {
+        QRulerView* view = GetCurDoc();
+        if (!view)
+            return;
+        if (view->GetOperatorOnView() == OperatorTeach) {
+            view->F6Pressed();
+            return;
+        }
+    }
+    const int visible = MarkWindowIsVisible();
+    if (visible == 0)
+        ShowNormalMarkWindow();
+    else if (key == Qt::Key_F8)
+        IOStopRun();
+    else if (visible == 1 && key == Qt::Key_F6)
+        IOStartRun();
+    else if (visible == 1 && key == Qt::Key_F7)
+        IOStartPreview();
+}
+
+void MainWindow::keyReleaseEvent(QKeyEvent* event) {
+    QMainWindow::keyReleaseEvent(event);
+}
+
+void MainWindow::HandDirEventOnRedView(QKeyEvent* event) {
+    const int key = event->key();
+    QRulerView* view = GetActiveView();
+    if (!AuthorityManager::CanEditMarkTool() || key < Qt::Key_Left || key > Qt::Key_Down || !view || !IsRedView())
+        return;
+    const QMutexLocker lock(&view->m_DirKeyLock);
+    if (view->m_DirKeys.isEmpty())
+        view->m_DirKeys.append(key);
+}
+
+void MainWindow::PassDirKeys() {
+    const std::lock_guard<std::mutex> lock(m_DocUseLock);
+    Form_Marking const* dialog = Form_Marking::Instance();
+    QRulerView* view = GetCurDoc();
+    if (view && dialog)
+        view->OnKeyUpDonwEvent(IsRedView(), dialog->IsMarkSelect());
+}
+
+void MainWindow::ClearTextSub() {
+    m_pStatusView->ClearText();
+}
+
+void MainWindow::ShowTextsSub(QString text, DebugInfoType type) {
+    if (QThread::currentThread() == thread())
+        m_pStatusView->ShowText(text, type);
+    else
+        QMetaObject::invokeMethod(
+            this, [=] { ShowTextsSub(text, type); }, Qt::QueuedConnection);
+}
+
+void MainWindow::SetTextsSub(QVector<QString> texts, QVector<DebugInfoType> types) {
+    if (QThread::currentThread() != thread()) {
+        QMetaObject::invokeMethod(
+            this, [=] { SetTextsSub(texts, types); }, Qt::QueuedConnection);
+        return;
+    }
+    m_pStatusView->ClearText();
+    for (int i = 0; i < texts.size(); ++i)
+        m_pStatusView->ShowText(texts.at(i), i < types.size() ? types.at(i) : DebugInfoAlarm);
+}

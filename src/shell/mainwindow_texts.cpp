@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow_texts.h"
+
+#include "ui_mainwindow.h"
+
+namespace tessera {
+
+QVector<ActionEntry> const& ActionEntries() {
+    static const QVector<ActionEntry> entries{
+        {&Ui_MainWindow::actionNew, "新建", nullptr},
+        {&Ui_MainWindow::actionOpen, "打开", nullptr},
+        {&Ui_MainWindow::actionSave, "保存", nullptr},
+        {&Ui_MainWindow::actionSaveAs, "另存为", nullptr},
+        {&Ui_MainWindow::actionFileManager, "文件管理", nullptr},
+        {&Ui_MainWindow::actionSoftUpdate, "软件更新", nullptr},
+        {&Ui_MainWindow::actionSoftBackup, "软件备份", nullptr},
+        {&Ui_MainWindow::actionHardUpdate, "固件更新", nullptr},
+        {&Ui_MainWindow::actionSetResolution, "设置分辨率", nullptr},
+        {&Ui_MainWindow::actionUpdateTime_2, "更新时间", nullptr},
+        {&Ui_MainWindow::actionSetTime, "设置时间", nullptr},
+        {&Ui_MainWindow::actionImportTTFFont, "ImportTTFFont", nullptr},
+        {&Ui_MainWindow::actionReboot, "重启设备", nullptr},
+        {&Ui_MainWindow::actionShutdown, "关机", nullptr},
+        {&Ui_MainWindow::actionOpenTerminal, "打开终端", nullptr},
+        {&Ui_MainWindow::actionSetBackImage, "设置背景图", nullptr},
+        {&Ui_MainWindow::actionSetSplashImage, "SplashSetting", nullptr},
+        {&Ui_MainWindow::actionShowDebugInfo, "显示调试信息", nullptr},
+        {&Ui_MainWindow::actionSystemSet, "系统设置", nullptr},
+        {&Ui_MainWindow::actionMotionSet, "运控设置", nullptr},
+        {&Ui_MainWindow::actionBoxCalib, "Box校正", nullptr},
+        {&Ui_MainWindow::actionIOSet, "IO设置", nullptr},
+        {&Ui_MainWindow::actionCCD, "CCD拍照位设置", nullptr},
+        {&Ui_MainWindow::actionLaserTypeSet, "激光器主机设置", nullptr},
+        {&Ui_MainWindow::actionSplitLaserSet, "高速分光设置", nullptr},
+        {&Ui_MainWindow::actionFlyMarkingSetting, "FlyMarkSetting", nullptr},
+        {&Ui_MainWindow::actionResetVZCard, "振镜卡初始复位", nullptr},
+        {&Ui_MainWindow::actionSetLan, "语言选择", nullptr},
+        {&Ui_MainWindow::action_ResolutionSet, "分辨率设置", nullptr},
+        {&Ui_MainWindow::actionChangeUser, "切换用户", nullptr},
+        {&Ui_MainWindow::actionChangePassWord, "修改密码", nullptr},
+        {&Ui_MainWindow::actionNewUser, "新建用户", nullptr},
+        {&Ui_MainWindow::actionViewPermission, "查看权限", nullptr},
+        {&Ui_MainWindow::action_LaserHostLayin, "镭锳激光器设置", nullptr},
+        {&Ui_MainWindow::action_LaserHostMAX, "创鑫激光器", nullptr},
+        {&Ui_MainWindow::actionChangeDebug, "切换调试模式", nullptr},
+        {&Ui_MainWindow::actionShowDoc, "显示说明书", nullptr},
+        {&Ui_MainWindow::action_NewFile, "新建", "Uptool/new"},
+        {&Ui_MainWindow::actionOpenFlie, "打开", "Uptool/open"},
+        {&Ui_MainWindow::actionSaveFile, "保存", "Uptool/save"},
+        {&Ui_MainWindow::actionSaveAll, "保存所有", "Uptool/saveall"},
+        {&Ui_MainWindow::actionUnDo, "撤销", "Uptool/undo"},
+        {&Ui_MainWindow::actionReDo, "恢复", "Uptool/redo"},
+        {&Ui_MainWindow::actionSort, "排序", "Uptool/sort"},
+        {&Ui_MainWindow::actionscaleSelect, "放大选中对象", "Uptool/zoomselection"},
+        {&Ui_MainWindow::actionscaleRegion, "框选放大", "Uptool/zoomregion"},
+        {&Ui_MainWindow::actionzoomIn, "放大", "Uptool/zoomin"},
+        {&Ui_MainWindow::actionzoomOut, "缩小", "Uptool/zoomout"},
+        {&Ui_MainWindow::actionscaleReset, "显示全部", "Uptool/zoomall"},
+        {&Ui_MainWindow::actionMark, "运行", "Uptool/run"},
+        {&Ui_MainWindow::actionMultiDocMark, "多文档运行", "Uptool/runmulti"},
+        {&Ui_MainWindow::Select, "选择对象", "Lefttool/select"},
+        {&Ui_MainWindow::actionAddPoint, "绘制点", "Lefttool/point"},
+        {&Ui_MainWindow::actionaddLine, "绘制线", "Lefttool/line"},
+        {&Ui_MainWindow::actionAddRect, "矩形", "Lefttool/rect"},
+        {&Ui_MainWindow::actionAddCircle, "圆形", "Lefttool/circle"},
+        {&Ui_MainWindow::actionImportCAD, "导入矢量图", "Lefttool/import"},
+        {&Ui_MainWindow::actionAddText, "绘制文字", "Lefttool/text"},
+        {&Ui_MainWindow::actionTeaching, "示教", "Lefttool/teach"},
+        {&Ui_MainWindow::actionTeachCircle, "示教圆", "Lefttool/teachcircle"},
+        {&Ui_MainWindow::actionTeachArc, "示教圆弧", "Lefttool/teacharc"},
+        {&Ui_MainWindow::actionarrayObj, "对象阵列", "Lefttool/array"},
+        {&Ui_MainWindow::actionalienation, "曲线异化", "Lefttool/roughen"},
+        {&Ui_MainWindow::actionmirrorTB, "上下镜像", "Lefttool/mirrortb"},
+        {&Ui_MainWindow::actionmirrorLR, "左右镜像", "Lefttool/mirrorlr"},
+        {&Ui_MainWindow::actionComposite, "对象组合", "Lefttool/group"},
+        {&Ui_MainWindow::actionUnComposite, "打散组合", "Lefttool/ungroup"},
+        {&Ui_MainWindow::actionCompositeLine, "CompositeLine", "Lefttool/joincurve"},
+        {&Ui_MainWindow::actionUnCompositeLine, "DeCompositeLine", "Lefttool/splitcurve"},
+        {&Ui_MainWindow::actionAlignLeft, "左对齐", "Lefttool/alignleft"},
+        {&Ui_MainWindow::actionAlignCenterH, "上下排列", "Lefttool/aligncenterh"},
+        {&Ui_MainWindow::actionAlignRight, "右对齐", "Lefttool/alignright"},
+        {&Ui_MainWindow::actionAlignTop, "上对齐", "Lefttool/aligntop"},
+        {&Ui_MainWindow::actionAlignCenterV, "左右排列", "Lefttool/aligncenterv"},
+        {&Ui_MainWindow::actionAlignBottom, "下对齐", "Lefttool/alignbottom"},
+        {&Ui_MainWindow::actionsameWidth, "使宽度相同", "Lefttool/samewidth"},
+        {&Ui_MainWindow::actionsameHeight, "使高度相同", "Lefttool/sameheight"},
+        {&Ui_MainWindow::actionsameSize, "使大小相同", "Lefttool/samesize"},
+        {&Ui_MainWindow::actionRedLoopPreview, "红光循环预览", "Lefttool/redloop"},
+    };
+    return entries;
+}
+
+QVector<MenuEntry> const& MenuEntries() {
+    static const QVector<MenuEntry> entries{
+        {&Ui_MainWindow::menuTest, "文件"},
+        {&Ui_MainWindow::menu, "工具"},
+        {&Ui_MainWindow::menu_2, "设置"},
+        {&Ui_MainWindow::menu_3, "UI切换"},
+        {&Ui_MainWindow::menuUserManager, "用户管理"},
+        {&Ui_MainWindow::menu_4, "激光器监控"},
+    };
+    return entries;
+}
+
+} // namespace tessera

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow.h"
+
+#include "engine/externmodules.h"
+#include "engine/glassparam.h"
+#include "engine/languagemanager.h"
+#include "engine/qrulerview.h"
+#include "engine/systemparam.h"
+#include "shell/alarmctrl.h"
+#include "shell/lamppixmap.h"
+#include "shell/leftpanel.h"
+#include "shell/mainwindow_texts.h"
+#include "shell/rightpanel.h"
+#include "shell/statuseview.h"
+#include "ui_mainwindow.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QLabel>
+#include <QNetworkAccessManager>
+
+namespace {
+
+constexpr int kRightPanelWidth = 245;
+constexpr int kLabelWidth = 200;
+constexpr int kRightPanelColumn = 4;
+
+QString text(char const* key) {
+    return LanguageManager::GetLanText(key);
+}
+
+QLabel* wideLabel(QWidget* parent, QString const& content) {
+    auto* label = new QLabel(content, parent);
+    label->setMinimumWidth(kLabelWidth);
+    return label;
+}
+
+QLabel* lampLabel(QWidget* parent, QPixmap const& pixmap) {
+    auto* label = new QLabel(parent);
+    label->setPixmap(pixmap);
+    return label;
+}
+
+void loadStyleSheet() {
+    QFile file(QStringLiteral(":/myQSS.qss"));
+    if (file.open(QIODevice::ReadOnly))
+        qApp->setStyleSheet(QString::fromUtf8(file.readAll()));
+}
+
+} // namespace
+
+void MainWindow::BuildPanels() {
+    m_pRightPanel = new RightPanel(this);
+    m_pRightPanel->setObjectName(QStringLiteral("widgetRight"));
+    m_pRightPanel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    m_pRightPanel->setFixedWidth(kRightPanelWidth);
+    ui->gridLayout->addWidget(m_pRightPanel, 0, kRightPanelColumn);
+    m_pLeftPanel = new LeftPanel(this);
+    ui->verticalLayout->addWidget(m_pLeftPanel);
+    m_pStatusView = new StatuseView(this);
+    m_pLeftPanel->AddStatusWidged(m_pStatusView);
+}
+
+void MainWindow::BuildLabels() {
+    m_pCardStateLabel = new QLabel(this);
+    m_pCardStateLabel->setObjectName(QStringLiteral("labelCardState"));
+    m_pTimeLabel = new QLabel(ui->statusbar);
+    m_pTimeLabel->setObjectName(QStringLiteral("labelTime"));
+    m_pTimeLabel->setAlignment(Qt::AlignCenter);
+    m_pSelectCntLabel = wideLabel(this, QString());
+    m_pMousePosLabel = wideLabel(this, QStringLiteral("X:0.000,Y0.000"));
+    m_pBufferTimeLabel = wideLabel(this, QStringLiteral("BT:0.000ms"));
+    m_pSpareLabel = wideLabel(this, QString());
+    m_pSoftVersionLabel = new QLabel(this);
+    m_pCardVersionLabel = new QLabel(this);
+    m_pCardStatusLabel = new QLabel(this);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    loadStyleSheet();
+    m_pNetManager = new QNetworkAccessManager(this);
+    m_RedPixmap = tessera::LampPixmap("red");
+    m_GreenPixmap = tessera::LampPixmap("green");
+    m_YellowPixmap = tessera::LampPixmap("yellow");
+    m_pRedLabel = lampLabel(this, m_RedPixmap);
+    m_pGreenLabel = lampLabel(this, m_GreenPixmap);
+    m_pYellowLabel = lampLabel(this, m_YellowPixmap);
+    const struct {
+        QLabel* label;
+        char const* name;
+    } names[] = {{m_pSelectCntLabel, "labelSelectCnt"},     {m_pMousePosLabel, "labelMousePos"},
+                 {m_pBufferTimeLabel, "labelBufferTime"},   {m_pSpareLabel, "labelSpare"},
+                 {m_pSoftVersionLabel, "labelSoftVersion"}, {m_pCardVersionLabel, "labelCardVersion"},
+                 {m_pCardStatusLabel, "labelCardStatus"},   {m_pRedLabel, "labelRedLamp"},
+                 {m_pGreenLabel, "labelGreenLamp"},         {m_pYellowLabel, "labelYellowLamp"}};
+    for (auto const& entry : names)
+        entry.label->setObjectName(QString::fromLatin1(entry.name));
+}
+
+void MainWindow::BuildAlarmCtrls() {
+    m_pLaserAlarm = new AlarmCtrl(this);
+    m_pLaserAlarm->setObjectName(QStringLiteral("alarmLaser"));
+    m_pLaserAlarm->SetClickable(true);
+    m_pLaserAlarm->SetStatus(AlarmGreen, text("激光器正常"));
+    m_pSafeAlarm = new AlarmCtrl(this);
+    m_pSafeAlarm->setObjectName(QStringLiteral("alarmSafe"));
+    m_pSafeAlarm->SetStatus(AlarmGreen, text("安全报警"));
+}
+
+void MainWindow::FillStatusBar() {
+    for (QLabel* label : {m_pSelectCntLabel, m_pMousePosLabel, m_pBufferTimeLabel, m_pSpareLabel})
+        ui->statusbar->addWidget(label);
+    GlassParam::Instance()->SetShowLaserAlarm(true);
+    for (QWidget* widget : {static_cast<QWidget*>(m_pGreenLabel), static_cast<QWidget*>(m_pYellowLabel),
+                            static_cast<QWidget*>(m_pRedLabel), static_cast<QWidget*>(m_pLaserAlarm),
+                            static_cast<QWidget*>(m_pSafeAlarm), static_cast<QWidget*>(m_pCardVersionLabel),
+                            static_cast<QWidget*>(m_pSoftVersionLabel), static_cast<QWidget*>(m_pCardStatusLabel)})
+        ui->statusbar->addPermanentWidget(widget);
+}
+
+void MainWindow::ShowVersions() {
+    m_pSoftVersionLabel->setText(text("软件版本号") + QStringLiteral(":") + m_Version + QStringLiteral("  "));
+    m_pCardStatusLabel->setText(text("卡/振镜状态"));
+    m_pCardStatusLabel->setStyleSheet(QStringLiteral("QLabel{ color:blue}"));
+    m_pCardStatusLabel->installEventFilter(this);
+    ui->actionSetBackImage->setText(text("设置背景图"));
+}
+
+void MainWindow::PrepareTools() {
+    QRulerView::Init();
+    LoadExternToolModules();
+    initMarkTool();
+    initSlotSingle();
+    SetSelectObjCnt(0);
+    UnSelectAllTooll();
+    ui->Select->setChecked(true);
+    ui->toolbar_AddMarkTool->setEnabled(false);
+    SetIcons();
+    SetUIText();
+}
+
+void MainWindow::ConnectOwnSignals() {
+    connect(this, &MainWindow::UserChanged, this, &MainWindow::OnUserChanged);
+    connect(this, &MainWindow::TimerUpDate, this, &MainWindow::OnTimerUpDate);
+    connect(this, &MainWindow::ResetAlarmStatus, this, &MainWindow::OnResetAlarmStatus);
+}
+
+void MainWindow::ShowUserMenu() {
+    const bool enabled = SystemParam::Instance()->IsEnableUserManager();
+    ui->menuUserManager->menuAction()->setVisible(enabled);
+}
+
+void MainWindow::ShowOptionalItems() {
+    SystemParam const* system = SystemParam::Instance();
+    ui->action_LaserHostLayin->setVisible(system->GetEnableLayLaser());
+    ui->action_LaserHostMAX->setVisible(system->EnableLaserHost_MAX() != 0);
+    onCodeToolVisible();
+    onFlyMarkSetteingVisible();
+    onSplitLaserSetVisible();
+    IsShowDoc();
+    ui->actionShowDoc->setChecked(m_bShowDoc);
+    ui->tabWidgetMian->setTabVisible(ui->tabWidgetMian->count() - 1, m_bShowDoc);
+}
+
+void MainWindow::SetIcons() {
+    for (tessera::ActionEntry const& entry : tessera::ActionEntries()) {
+        if (entry.icon)
+            ((*ui).*entry.action)->setIcon(QIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
+    }
+}
+
+void MainWindow::SetUIText() {
+    for (tessera::ActionEntry const& entry : tessera::ActionEntries())
+        ((*ui).*entry.action)->setText(text(entry.key));
+    for (tessera::MenuEntry const& entry : tessera::MenuEntries())
+        ((*ui).*entry.menu)->setTitle(text(entry.key));
+    ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabFile), text("文档"));
+    ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabDoc), text("说明书"));
+    m_pCardStatusLabel->setText(text("卡/振镜状态"));
+    m_pSoftVersionLabel->setText(text("软件版本号") + QStringLiteral(":") + m_Version + QStringLiteral("  "));
+}
+
+void MainWindow::countTime() {
+    m_pTimeLabel->setText(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    return QMainWindow::eventFilter(watched, event);
+}

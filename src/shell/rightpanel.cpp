@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include "shell/rightpanel.h"
+
+#include <QResizeEvent>
+
+RightPanel::RightPanel(QWidget* parent)
+    : QWidget(parent) {}
+
+void RightPanel::AddWnd(QWidget* widget) {
+    widget->setParent(this);
+    widget->show();
+}
+
+void RightPanel::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    emit SizeChanged(event);
+}
