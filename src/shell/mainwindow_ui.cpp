@@ -41,7 +41,12 @@ QLabel* lampLabel(QWidget* parent, QPixmap const& pixmap) {
     return label;
 }
 
+/// The font is the application's and not the style sheet's, which would overrule the sizes that labels set.
 void loadStyleSheet() {
+    QFont font = QApplication::font();
+    font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("WenQuanYi Micro Hei")});
+    font.setPixelSize(14);
+    QApplication::setFont(font);
     QFile file(QStringLiteral(":/myQSS.qss"));
     if (file.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(file.readAll()));
