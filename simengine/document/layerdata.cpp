@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "engine/layerdata.h"
 
+#include "engine/marklog.h"
 #include "simengine/document/defaultpen.h"
 #include "support/approot.h"
 #include "support/durablefile.h"
 
-#include <QDebug>
 #include <QFile>
 #include <mutex>
 
@@ -34,7 +34,8 @@ void LayerData::InitLayerData() {
         if (const auto stored = sim::decodeDefaultPen(file.read(sim::kMaxDefaultPenBytes)))
             loaded = *stored;
         else
-            qWarning().noquote() << file.fileName() << "is damaged, the built-in pen is used";
+            MarkLog::Instance()->ShowNote_Error(file.fileName() +
+                                                QStringLiteral(" is damaged, the built-in pen is used"));
     }
     const std::lock_guard<std::mutex> lock(sharedDefault().mutex);
     sharedDefault().data = loaded;
@@ -52,5 +53,5 @@ void LayerData::SetDefaultLatyerData(LayerData const& data) {
     }
     const tessera::DurableResult result = tessera::writeFileDurably(defaultPenPath(), sim::encodeDefaultPen(data));
     if (!result)
-        qWarning().noquote() << result.message();
+        MarkLog::Instance()->ShowNote_Error(result.message());
 }
