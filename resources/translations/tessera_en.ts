@@ -186,6 +186,9 @@
     <message><source>下移</source><translation>Down</translation></message>
     <message><source>步长</source><translation>Step</translation></message>
     <message><source>停止轴</source><translation>Stop axis</translation></message>
+    <message><source>运行计数保存失败</source><translation>The run counter could not be saved</translation></message>
+    <message><source>:红光循环时触发运行开始</source><translation>: run triggered out of the red-light loop, started</translation></message>
+    <message><source>:红光循环时触发运行完成</source><translation>: run triggered out of the red-light loop, finished</translation></message>
     <!-- Splice and teaching -->
     <message><source>手动补偿量校正</source><translation>Manual compensation</translation></message>
     <message><source>手动补偿校正</source><translation>Manual compensation</translation></message>

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QString>
+
+class QDialog;
+class QHBoxLayout;
+class QPushButton;
+class QWidget;
+
+namespace sim {
+
+/// Least height of what a finger is to hit, pixels.
+constexpr int kTouchHeight = 40;
+
+/// A button with the text of a key, high enough for a finger.
+QPushButton* makeButton(char const* key, char const* objectName, QWidget* parent);
+
+/// "确定" (pushButtonOK) and "取消" (pushButtonCancel, rejects the dialog) in a row. The caller connects the first.
+struct ButtonRow {
+    QHBoxLayout* layout;
+    QPushButton* ok;
+    QPushButton* cancel;
+};
+ButtonRow makeOkCancel(QDialog* dialog);
+
+/// Title, no question mark in the frame, and a size that reads on a small panel.
+void prepareDialog(QDialog* dialog, QString const& title);
+
+} // namespace sim
