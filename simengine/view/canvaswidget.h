@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/view/canvastool.h"
+#include "simengine/view/scenepainter.h"
+#include "simengine/view/viewtransform.h"
+
+#include <QPixmap>
+#include <QTimer>
+#include <QWidget>
+#include <optional>
+
+class QTouchEvent;
+
+namespace sim {
+
+class ViewSession;
+
+/// The drawing area: shows the session's document and turns mouse, touch and wheel into zooming, panning and the
+/// gestures of the current tool.
+///
+/// The objects are kept as a picture and drawn anew only when they or the transform change. When drawing took long, the
+/// kept picture is moved and stretched while the operator zooms or pans, and the fine one follows when that rests.
+class CanvasWidget : public QWidget {
+    Q_OBJECT
+public:
+    CanvasWidget(ViewSession& session, QWidget* parent);
+    ~CanvasWidget() override;
+
+    ViewSession& session() { return m_session; }
+    const ViewTransform& viewTransform() const { return m_transform; }
+    /// The operator's view: it stays at the next resize.
+    void setViewTransform(const ViewTransform& transform);
+    void zoomAbout(const QPointF& pixel, double factor);
+    /// Shows the whole field, and follows the size of the widget until the view is moved again.
+    void fitField();
+    void fitMm(const QRectF& mm);
+    /// The field as it can be marked, mm: left and top() are the smallest x and y.
+    QRectF fieldMm() const;
+    SceneCache& scene() { return m_scene; }
+
+    /// Selected objects are shown with `moved` applied while a gesture goes on; nothing ends that.
+    void setDragPreview(const std::optional<QTransform>& moved);
+    /// Object highlighted under the pointer, -1 for none.
+    void setHover(int index);
+    int hover() const { return m_hover; }
+    /// Ends the gesture that is going on, if any, without a trace.
+    bool cancelGesture();
+    /// Keys of the current tool, Escape first of all. True when used.
+    bool handleKey(const QKeyEvent& event);
+
+    /// Time that the last drawing of all objects took, ms.
+    double lastSceneTime() const { return m_sceneTime; }
+
+signals:
+    void transformChanged();
+    void pointerMoved(QPointF mm, QPointF pixel);
+    void pointerLeft();
+
+protected:
+    bool event(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    /// A kept picture and what it shows.
+    struct Layer {
+        QPixmap pixmap;
+        ViewTransform transform;
+        StatePtr state;
+        bool withSelection = true;
+        bool valid = false;
+    };
+
+    void applyTransform(const ViewTransform& transform);
+    void documentChanged();
+    void chooseTool();
+    CanvasPoint canvasPoint(const QPointF& pixel, Qt::MouseButton button, bool held, bool touch,
+                            Qt::KeyboardModifiers modifiers) const;
+    void updateCursor();
+    bool touchEvent(QTouchEvent* event);
+    void beginPinch(const QTouchEvent& event);
+    void movePinch(const QTouchEvent& event);
+
+    void paintScene(QPainter& painter);
+    void paintSelectionLayer(QPainter& painter);
+    void paintFrame(QPainter& painter) const;
+    void paintReadout(QPainter& painter) const;
+    void renderBase();
+    void renderSelection();
+    void refine();
+    QPixmap emptyPixmap() const;
+
+    ViewSession& m_session;
+    ViewTransform m_transform;
+    SceneCache m_scene;
+    std::unique_ptr<CanvasTool> m_tool;
+    std::unique_ptr<CanvasTool> m_formerTool;
+    OperatorOnView m_toolOperator;
+
+    Layer m_base;
+    Layer m_selection;
+    PenColors m_baseColors;
+    double m_sceneTime = 0.0;
+    bool m_fine = true; ///< the kept pictures must match the transform exactly
+    QTimer m_refine;
+
+    std::optional<QTransform> m_dragPreview;
+    int m_hover = -1;
+    QPointF m_pointer;
+    bool m_followsField = true; ///< a resize fits the field again
+    bool m_spaceHeld = false;
+    std::optional<QPointF> m_panFrom;
+    Qt::MouseButton m_panButton = Qt::NoButton;
+
+    /// Two fingers on the canvas.
+    struct Pinch {
+        QPointF center;
+        double distance = 0.0;
+    };
+    std::optional<Pinch> m_pinch;
+    bool m_touchGesture = false; ///< one finger drives the tool
+};
+
+} // namespace sim

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/view/canvaswidget.h"
+
+#include "simengine/view/viewsession.h"
+
+#include <QKeyEvent>
+#include <QLineF>
+#include <QMouseEvent>
+#include <QTouchEvent>
+#include <QWheelEvent>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+/// Zoom of one notch of a wheel.
+constexpr double kWheelFactor = 1.2;
+constexpr double kWheelNotch = 120.0; ///< eighths of a degree
+
+} // namespace
+
+CanvasPoint CanvasWidget::canvasPoint(const QPointF& pixel, Qt::MouseButton button, bool held, bool touch,
+                                      Qt::KeyboardModifiers modifiers) const {
+    return {pixel, m_transform.toMm(pixel), button, held, touch, modifiers};
+}
+
+void CanvasWidget::wheelEvent(QWheelEvent* event) {
+    const double notches = event->angleDelta().y() / kWheelNotch;
+    if (notches != 0.0) {
+        zoomAbout(event->position(), std::pow(kWheelFactor, notches));
+    }
+    event->accept();
+}
+
+void CanvasWidget::mousePressEvent(QMouseEvent* event) {
+    setFocus(Qt::MouseFocusReason);
+    const bool pans = event->button() == Qt::MiddleButton || (m_spaceHeld && event->button() == Qt::LeftButton);
+    if (pans) {
+        m_panFrom = event->localPos();
+        m_panButton = event->button();
+        updateCursor();
+        return;
+    }
+    m_tool->press(
+        canvasPoint(event->localPos(), event->button(), event->buttons() & Qt::LeftButton, false, event->modifiers()));
+    updateCursor();
+    update();
+}
+
+void CanvasWidget::mouseMoveEvent(QMouseEvent* event) {
+    m_pointer = event->localPos();
+    emit pointerMoved(m_transform.toMm(m_pointer), m_pointer);
+    if (m_panFrom) {
+        ViewTransform transform = m_transform;
+        transform.panBy(m_pointer - *m_panFrom);
+        m_panFrom = m_pointer;
+        setViewTransform(transform);
+        return;
+    }
+    m_tool->move(canvasPoint(m_pointer, Qt::NoButton, event->buttons() & Qt::LeftButton, false, event->modifiers()));
+    updateCursor();
+}
+
+void CanvasWidget::mouseReleaseEvent(QMouseEvent* event) {
+    if (m_panFrom) {
+        if (event->button() == m_panButton) {
+            m_panFrom.reset();
+            updateCursor();
+        }
+        return;
+    }
+    m_tool->release(canvasPoint(event->localPos(), event->button(), false, false, event->modifiers()));
+    updateCursor();
+    update();
+}
+
+void CanvasWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::MiddleButton) {
+        fitField();
+        return;
+    }
+    m_tool->doubleClick(canvasPoint(event->localPos(), event->button(), false, false, event->modifiers()));
+    update();
+}
+
+void CanvasWidget::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space) {
+        if (!event->isAutoRepeat()) {
+            m_spaceHeld = true;
+            updateCursor();
+        }
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void CanvasWidget::keyReleaseEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) {
+        m_spaceHeld = false;
+        updateCursor();
+        return;
+    }
+    QWidget::keyReleaseEvent(event);
+}
+
+void CanvasWidget::focusOutEvent(QFocusEvent* event) {
+    m_spaceHeld = false;
+    updateCursor();
+    QWidget::focusOutEvent(event);
+}
+
+void CanvasWidget::leaveEvent(QEvent*) {
+    m_tool->leave();
+    setHover(-1);
+    emit pointerLeft();
+}
+
+bool CanvasWidget::event(QEvent* event) {
+    switch (event->type()) {
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+        return touchEvent(static_cast<QTouchEvent*>(event));
+    default:
+        return QWidget::event(event);
+    }
+}
+
+// One finger does what the left button does; a second one ends that without a trace and moves the view.
+bool CanvasWidget::touchEvent(QTouchEvent* event) {
+    event->accept();
+    const auto& points = event->touchPoints();
+    if (event->type() == QEvent::TouchCancel) {
+        cancelGesture();
+        m_pinch.reset();
+        m_touchGesture = false;
+        return true;
+    }
+    int down = 0;
+    for (const QTouchEvent::TouchPoint& point : points)
+        down += point.state() != Qt::TouchPointReleased;
+    if (down >= 2) {
+        if (m_touchGesture)
+            cancelGesture();
+        m_touchGesture = false;
+        if (m_pinch)
+            movePinch(*event);
+        else
+            beginPinch(*event);
+        return true;
+    }
+    // A finger that is left over from a pinch does nothing until it is lifted.
+    if (m_pinch) {
+        if (event->type() == QEvent::TouchEnd)
+            m_pinch.reset();
+        return true;
+    }
+    const QPointF place = points.isEmpty() ? m_pointer : points.first().pos();
+    if (event->type() == QEvent::TouchBegin) {
+        setFocus(Qt::MouseFocusReason);
+        m_touchGesture = true;
+        m_tool->press(canvasPoint(place, Qt::LeftButton, true, true, event->modifiers()));
+    } else if (m_touchGesture && event->type() == QEvent::TouchUpdate) {
+        emit pointerMoved(m_transform.toMm(place), place);
+        m_tool->move(canvasPoint(place, Qt::NoButton, true, true, event->modifiers()));
+    } else if (m_touchGesture && event->type() == QEvent::TouchEnd) {
+        m_touchGesture = false;
+        m_tool->release(canvasPoint(place, Qt::LeftButton, false, true, event->modifiers()));
+        setHover(-1);
+    }
+    m_pointer = place;
+    update();
+    return true;
+}
+
+void CanvasWidget::beginPinch(const QTouchEvent& event) {
+    const QPointF a = event.touchPoints().at(0).pos();
+    const QPointF b = event.touchPoints().at(1).pos();
+    m_pinch = Pinch{(a + b) / 2.0, QLineF(a, b).length()};
+}
+
+void CanvasWidget::movePinch(const QTouchEvent& event) {
+    const QPointF a = event.touchPoints().at(0).pos();
+    const QPointF b = event.touchPoints().at(1).pos();
+    const QPointF center = (a + b) / 2.0;
+    const double distance = QLineF(a, b).length();
+    constexpr double kLeastDistance = 10.0; // px, fingers that meet give no ratio
+    ViewTransform transform = m_transform;
+    transform.panBy(center - m_pinch->center);
+    if (distance > kLeastDistance && m_pinch->distance > kLeastDistance)
+        transform.zoomAbout(center, distance / m_pinch->distance);
+    m_pinch = Pinch{center, distance};
+    setViewTransform(transform);
+}
+
+} // namespace sim

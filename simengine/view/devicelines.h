@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include <QPolygonF>
+#include <QRectF>
+#include <QTransform>
+#include <QVector>
+
+class QPainter;
+
+namespace sim {
+
+/// Brings polylines from mm into a viewport: leaves out what cannot be seen, cuts what reaches far beyond the edge (a
+/// painter's numbers end at strong zoom) and drops vertices closer than half a pixel to the one before.
+class DeviceLines {
+public:
+    /// `toPixel`: from mm to the viewport, affine. `bounds`: the viewport in pixels with as much around it as pens
+    /// reach.
+    DeviceLines(const QTransform& toPixel, const QRectF& bounds);
+
+    /// Appends the visible runs of one polyline. A single point gives nothing.
+    void add(const QPolygonF& mm);
+    /// The same for a polyline whose bounds lie inside the viewport altogether.
+    void addWhole(const QPolygonF& mm);
+
+    /// Pixel rectangle within which lines are kept.
+    const QRectF& bounds() const { return m_bounds; }
+    qint64 vertexCount() const { return m_points.size(); }
+    bool isEmpty() const { return m_points.isEmpty(); }
+    void clear();
+    /// Draws what was added with the painter's pen.
+    void paint(QPainter& painter) const;
+
+    /// For tests: the runs in pixels.
+    QVector<QPolygonF> runs() const;
+
+private:
+    void append(double x, double y);
+    double pixelX(const QPointF& mm) const { return m_xx * mm.x() + m_xy * mm.y() + m_dx; }
+    double pixelY(const QPointF& mm) const { return m_yx * mm.x() + m_yy * mm.y() + m_dy; }
+    void endRun();
+    bool clip(double& x1, double& y1, double& x2, double& y2) const;
+
+    QRectF m_bounds;
+    double m_xx, m_xy, m_yx, m_yy, m_dx, m_dy; ///< pixel x is m_xx * x + m_xy * y + m_dx, y likewise
+    QVector<QPointF> m_points;
+    QVector<int> m_ends; ///< index behind the last point of each run
+    int m_runStart = 0;
+};
+
+} // namespace sim

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/markshapecontainer.h"
+
+#include "engine/marktool.h"
+#include "engine/systemparam.h"
+#include "simengine/card/cardcore.h"
+#include "simengine/document/jobbuilder.h"
+#include "simengine/view/marktoolaccess.h"
+
+#include <mutex>
+
+struct MarkShapeContainer::Private {
+    explicit Private(sim::Document& owner)
+        : document(owner) {}
+
+    /// The tools stand for places in the list, not for objects: once handed out they stay, whatever is edited.
+    MarkTool* toolAt(int index) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        while (static_cast<int>(tools.size()) <= index)
+            tools.push_back(MarkToolAccess::make(document, static_cast<int>(tools.size())));
+        return tools[static_cast<std::size_t>(index)].get();
+    }
+
+    sim::Document& document;
+    std::mutex mutex; ///< guards the two below
+    std::vector<std::unique_ptr<MarkTool>> tools;
+    QVector<CCDBufdata> offsets;
+};
+
+MarkShapeContainer::MarkShapeContainer() = default;
+
+MarkShapeContainer::~MarkShapeContainer() = default;
+
+std::unique_ptr<MarkShapeContainer> MarkShapeContainerAccess::make(sim::Document& document) {
+    std::unique_ptr<MarkShapeContainer> container(new MarkShapeContainer());
+    container->d = std::make_unique<MarkShapeContainer::Private>(document);
+    return container;
+}
+
+// The pens are those that DownLayerPara has brought to the card; `layers` is the table they came from.
+bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* layers) {
+    Q_UNUSED(layers)
+    sim::CardCore& card = sim::simulatedCard();
+    card.journal().add("StartMark", sim::journalArgs(selectedOnly, loop));
+    const sim::JobRunner::Ticket ticket = card.arm();
+    const SystemParam* settings = SystemParam::Instance();
+    sim::JobOptions options;
+    options.selectedOnly = selectedOnly;
+    options.invertX = settings->InvertX();
+    options.invertY = settings->InvertY();
+    {
+        const std::lock_guard<std::mutex> lock(d->mutex);
+        options.offsets = d->offsets;
+    }
+    sim::Job job = sim::buildJob(*d->document.state(), options);
+    card.setBufferLoop(settings->UsedBufLoop());
+    card.setLoopDelayMs(settings->GetLoopMarkDelay());
+    card.setPenChangeDelayMs(settings->GetChangeLayerDelay());
+    return card.run(std::move(job), loop, ticket);
+}
+
+int MarkShapeContainer::GetSelectedToolCnt() const {
+    return d->document.state()->selection.count();
+}
+
+QList<int> MarkShapeContainer::GetSelectedIndex() const {
+    return d->document.state()->selection.ascending();
+}
+
+int MarkShapeContainer::GetFirstSelectedIndex() const {
+    return d->document.state()->selection.first();
+}
+
+int MarkShapeContainer::GetBaseSelectedIndex() const {
+    return d->document.state()->selection.base();
+}
+
+QVector<MarkTool*> MarkShapeContainer::GetMarkTools() const {
+    QVector<MarkTool*> all;
+    const int count = d->document.state()->count();
+    all.reserve(count);
+    for (int i = 0; i < count; ++i)
+        all.append(d->toolAt(i));
+    return all;
+}
+
+MarkTool* MarkShapeContainer::operator[](int index) const {
+    return index >= 0 && index < d->document.state()->count() ? d->toolAt(index) : nullptr;
+}
+
+void MarkShapeContainer::AddCCDBuf(CCDBufdata const& data) {
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    d->offsets.append(data);
+}
+
+void MarkShapeContainer::ClearCCDBuf() {
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    d->offsets.clear();
+}

@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/languagemanager.h"
+#include "engine/marklog.h"
+#include "engine/marktool.h"
+#include "simengine/document/mkfcodec.h"
+#include "simengine/view/marktoolaccess.h"
+#include "simengine/view/qrulerview_p.h"
+#include "simengine/view/qrulerviewaccess.h"
+#include "simengine/view/viewtheme.h"
+#include "support/approot.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace {
+
+/// The square where the rulers meet.
+class RulerCorner : public QWidget {
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), QColor(sim::theme::kRuler));
+        painter.fillRect(QRect(0, height() - 1, width(), 1), QColor(sim::theme::kRulerEdge));
+        painter.fillRect(QRect(width() - 1, 0, 1, height()), QColor(sim::theme::kRulerEdge));
+        QFont small = font();
+        small.setPixelSize(9);
+        painter.setFont(small);
+        painter.setPen(QColor(sim::theme::kRulerTick));
+        painter.drawText(rect().adjusted(0, 0, -1, -1), Qt::AlignCenter, QStringLiteral("mm"));
+    }
+};
+
+constexpr double kZoomStep = 1.25; ///< of the zoom buttons
+
+} // namespace
+
+QRulerView::Private::Private(QRulerView& view)
+    : q(view)
+    , container(MarkShapeContainerAccess::make(session.document()))
+    , top(new sim::RulerBar(Qt::Horizontal, &view))
+    , left(new sim::RulerBar(Qt::Vertical, &view))
+    , canvas(new sim::CanvasWidget(session, &view))
+    , list(new VZListViewEx(&view))
+    , shownState(session.state()) {
+    list->hide();
+    QRulerViewAccess::attach(*list, session);
+    auto* corner = new RulerCorner(&view);
+    corner->setGeometry(0, 0, sim::RulerBar::kThickness, sim::RulerBar::kThickness);
+    QObject::connect(&session, &sim::ViewSession::changed, &view, [this] { showChange(); });
+    QObject::connect(&session, &sim::ViewSession::operatorChanged, &view, &QRulerView::ChangeOperatorOnView);
+    QObject::connect(canvas, &sim::CanvasWidget::transformChanged, &view, [this] { showTransform(); });
+    QObject::connect(canvas, &sim::CanvasWidget::pointerMoved, &view, [this](QPointF mm, QPointF pixel) {
+        top->setCursorMark(pixel.x());
+        left->setCursorMark(pixel.y());
+        emit q.MouseMoveEvent(mm, pixel.toPoint());
+    });
+    QObject::connect(canvas, &sim::CanvasWidget::pointerLeft, &view, [this] {
+        top->setCursorMark(std::nullopt);
+        left->setCursorMark(std::nullopt);
+    });
+    showTransform();
+}
+
+// The list, wherever it was put, and the canvas look at the session, which must outlive them.
+QRulerView::Private::~Private() {
+    delete list;
+    delete canvas;
+}
+
+void QRulerView::Private::place() {
+    constexpr int kRuler = sim::RulerBar::kThickness;
+    const int width = qMax(0, q.width() - kRuler);
+    const int height = qMax(0, q.height() - kRuler);
+    top->setGeometry(kRuler, 0, width, kRuler);
+    left->setGeometry(0, kRuler, kRuler, height);
+    canvas->setGeometry(kRuler, kRuler, width, height);
+}
+
+void QRulerView::Private::showTransform() {
+    top->setTransform(canvas->viewTransform());
+    left->setTransform(canvas->viewTransform());
+}
+
+void QRulerView::Private::showChange() {
+    const sim::StatePtr state = session.state();
+    const bool different = state->objects != shownState->objects || state->selection != shownState->selection;
+    shownState = state;
+    const bool redo = session.document().canRedo();
+    const bool undo = session.document().canUndo();
+    const bool steps = redo != shownRedo || undo != shownUndo;
+    shownRedo = redo;
+    shownUndo = undo;
+    if (steps)
+        emit q.RedoUnDo(redo, undo);
+    if (!different)
+        return;
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0, angle = 0.0;
+    q.GetSelectObjPos(x, y, width, height, angle);
+    emit q.SelectChanged(x, y, width, height, angle, q.GetSelectedToolCnt(), q.GetSelectObjWorkType());
+}
+
+bool QRulerView::Private::edit(const std::function<sim::EditResult(const sim::DocumentState&)>& change) {
+    canvas->cancelGesture();
+    return session.document().edit(change);
+}
+
+QRulerView::QRulerView(QWidget* parent)
+    : QWidget(parent)
+    , d(std::make_unique<Private>(*this)) {
+    setObjectName(QStringLiteral("rulerView"));
+    setFocusProxy(d->canvas);
+    setMinimumSize(160, 120);
+}
+
+// At the program's end the open documents stay in the list of recent files: then nobody is told that they close.
+QRulerView::~QRulerView() {
+    if (m_bExitClear)
+        emit SubWndClosed(GetFileName());
+}
+
+void QRulerView::Init() {
+    qRegisterMetaType<OperatorOnView>("OperatorOnView");
+}
+
+void QRulerView::SetFileName(QString const& name) {
+    if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
+        d->session.document().setFileName(name);
+        return;
+    }
+    const QString suffix = QStringLiteral(".mkf");
+    const QString file = name.endsWith(suffix, Qt::CaseInsensitive) ? name : name + suffix;
+    d->session.document().setFileName(tessera::rootPath(QStringLiteral("/MarkFile/") + file));
+}
+
+QString QRulerView::GetFileName() const {
+    return d->session.document().fileName();
+}
+
+bool QRulerView::ReadDoc() {
+    d->canvas->cancelGesture();
+    QString error;
+    if (!sim::loadDocument(d->session.document(), &error)) {
+        MarkLog::Instance()->ShowNote_Error(GetFileName() + ": " + error);
+        return false;
+    }
+    d->canvas->fitField();
+    return true;
+}
+
+bool QRulerView::ReadDoc(QString const& first, QString const& second) {
+    Q_UNUSED(second)
+    MarkLog::Instance()->ShowNote_Error(LanguageManager::GetLanText("不能接收传来的文档") + ":" + first);
+    return false;
+}
+
+bool QRulerView::SaveDoc() {
+    const QString directory = QFileInfo(GetFileName()).absolutePath();
+    QString error;
+    if (!QDir().mkpath(directory))
+        error = directory;
+    else if (sim::saveDocument(d->session.document(), &error))
+        return true;
+    MarkLog::Instance()->ShowNote_Error(GetFileName() + ": " + error);
+    return false;
+}
+
+LayerParamEx* QRulerView::GetLayerParams() {
+    return d->session.document().pens();
+}
+
+MarkShapeContainer* QRulerView::GetMarkTools() {
+    return d->container.get();
+}
+
+void QRulerView::SetCallBackMirrorPt(void (*callback)(QPointF)) {
+    d->session.mirrorCallback = callback;
+}
+
+QWidget* QRulerView::GetShowObjList() {
+    return d->list;
+}
+
+VZListViewEx* QRulerView::GetObjListView() {
+    return d->list;
+}
+
+void QRulerView::SetOperatorOnView(OperatorOnView op) {
+    d->session.setOperatorOnView(op);
+}
+
+OperatorOnView QRulerView::GetOperatorOnView() const {
+    return d->session.operatorOnView();
+}
+
+void QRulerView::SetCurAddMarkTool(MarkTool* tool) {
+    d->session.setAddMarkTool(std::unique_ptr<MarkTool>(tool));
+}
+
+void QRulerView::F6Pressed() {
+    d->session.confirmTaughtPoint();
+}
+
+void QRulerView::Enlarge(bool in) {
+    const QSize size = d->canvas->size();
+    d->canvas->zoomAbout(QPointF(size.width() / 2.0, size.height() / 2.0), in ? kZoomStep : 1.0 / kZoomStep);
+}
+
+void QRulerView::ResetView() {
+    d->canvas->fitField();
+}
+
+void QRulerView::ScaleSelectObjRegion() {
+    const sim::Box box = sim::selectionBounds(*d->session.state());
+    if (box.isValid())
+        d->canvas->fitMm(QRectF(box.minX, box.minY, box.width(), box.height()));
+}
+
+void QRulerView::OnKeyUpDonwEvent(int redView, bool selected) {
+    Q_UNUSED(selected)
+    QList<int> keys;
+    {
+        const QMutexLocker lock(&m_DirKeyLock);
+        keys.swap(m_DirKeys);
+    }
+    if (keys.isEmpty())
+        return;
+    Private* view = d.get();
+    QMetaObject::invokeMethod(
+        this, [view, keys, redView] { view->moveByKeys(keys, redView != 0); }, Qt::QueuedConnection);
+}
+
+void QRulerView::resizeEvent(QResizeEvent*) {
+    d->place();
+}
+
+void QRulerView::keyPressEvent(QKeyEvent* event) {
+    if (!d->handleKey(*event))
+        QWidget::keyPressEvent(event);
+}
+
+bool QRulerView::event(QEvent* event) {
+    return QWidget::event(event);
+}
+
+sim::ViewSession& QRulerViewAccess::session(QRulerView& view) {
+    return view.d->session;
+}
+
+sim::CanvasWidget& QRulerViewAccess::canvas(QRulerView& view) {
+    return *view.d->canvas;
+}

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/languagemanager.h"
+#include "engine/marklog.h"
+#include "engine/systemparam.h"
+#include "simengine/view/arraydialog.h"
+#include "simengine/view/qrulerview_p.h"
+
+using sim::DocumentState;
+using sim::EditResult;
+using sim::edits::Alignment;
+
+namespace {
+
+/// Angle told when nothing is selected; panels show no selection above 180.
+constexpr double kNoSelectionAngle = 1000.0;
+
+void refuse(const char* operation) {
+    MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText(operation) + ":" +
+                                                    LanguageManager::GetLanText("当前引擎没有该运算"));
+}
+
+} // namespace
+
+void QRulerView::Undo() {
+    d->canvas->cancelGesture();
+    d->session.document().undo();
+}
+
+void QRulerView::Redo() {
+    d->canvas->cancelGesture();
+    d->session.document().redo();
+}
+
+void QRulerView::RedoUndoStatus(bool& redo, bool& undo) const {
+    redo = d->session.document().canRedo();
+    undo = d->session.document().canUndo();
+}
+
+void QRulerView::SetReadOnly(bool readOnly) {
+    if (d->session.document().isReadOnly() == readOnly)
+        return;
+    d->canvas->cancelGesture();
+    d->session.document().setReadOnly(readOnly);
+    emit d->session.changed();
+}
+
+void QRulerView::Sort() {
+    d->edit(sim::edits::sortByJumps);
+}
+
+void QRulerView::Combine() {
+    d->edit(sim::edits::group);
+}
+
+void QRulerView::UnCombine() {
+    d->edit(sim::edits::ungroup);
+}
+
+void QRulerView::CombineCurve() {
+    CombineCurve(false);
+}
+
+void QRulerView::CombineCurve(bool closed) {
+    Q_UNUSED(closed)
+    refuse("CompositeLine");
+}
+
+void QRulerView::UnCombineLine() {
+    refuse("DeCompositeLine");
+}
+
+bool QRulerView::CanSplit() const {
+    return false;
+}
+
+bool QRulerView::CanCombineCurve() const {
+    return false;
+}
+
+bool QRulerView::CanUnCombine() const {
+    const sim::StatePtr state = d->session.state();
+    const QList<int>& selected = state->selection.ordered();
+    return std::any_of(selected.begin(), selected.end(),
+                       [&](int index) { return state->at(index)->kind() == sim::ObjectKind::Group; });
+}
+
+void QRulerView::Private::align(Alignment alignment) {
+    edit([alignment](const DocumentState& state) { return sim::edits::align(state, alignment); });
+}
+
+void QRulerView::AlignLeft() {
+    d->align(Alignment::Left);
+}
+
+void QRulerView::AlignCenterH() {
+    d->align(Alignment::CenterH);
+}
+
+void QRulerView::AlignRight() {
+    d->align(Alignment::Right);
+}
+
+void QRulerView::AlignTop() {
+    d->align(Alignment::Top);
+}
+
+void QRulerView::AlignCenterV() {
+    d->align(Alignment::CenterV);
+}
+
+void QRulerView::AlignBottom() {
+    d->align(Alignment::Bottom);
+}
+
+void QRulerView::Private::sameSize(bool width, bool height) {
+    edit([=](const DocumentState& state) { return sim::edits::sameSize(state, width, height); });
+}
+
+void QRulerView::SameSelectedSize() {
+    d->sameSize(true, true);
+}
+
+void QRulerView::SameSelectedWidth() {
+    d->sameSize(true, false);
+}
+
+void QRulerView::SameSelectedHeight() {
+    d->sameSize(false, true);
+}
+
+void QRulerView::MirrorSelectObj(MirrorType type) {
+    d->edit([type](const DocumentState& state) { return sim::edits::mirror(state, type); });
+}
+
+void QRulerView::ArraySelectObj() {
+    const sim::StatePtr state = d->session.state();
+    if (state->selection.isEmpty() || d->session.document().isReadOnly())
+        return;
+    const sim::Box box = sim::selectionBounds(*state);
+    sim::ArrayDialog dialog(QSizeF(box.width(), box.height()), this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const sim::ArrayCells cells = dialog.cells();
+    d->edit([cells](const DocumentState& now) {
+        return sim::edits::array(now, cells.columns, cells.rows, cells.stepX, cells.stepY);
+    });
+}
+
+void QRulerView::DissimilationSelectObj(DissimilationParam* param) {
+    if (param)
+        refuse("曲线异化");
+}
+
+void QRulerView::AddMarkPoint(QPointF const& point) {
+    d->canvas->cancelGesture();
+    d->session.addShape(sim::PointShape{point, -1.0});
+}
+
+int QRulerView::GetSelectedToolCnt() const {
+    return d->session.state()->selection.count();
+}
+
+int QRulerView::GetFirstSelectedToolIndex() const {
+    return d->session.state()->selection.first();
+}
+
+int QRulerView::GetToolLayer(int index) const {
+    const sim::StatePtr state = d->session.state();
+    return index >= 0 && index < state->count() ? state->at(index)->pen() : -1;
+}
+
+bool QRulerView::GetSelectObjPos(double& x, double& y, double& width, double& height, double& angle) const {
+    const auto place = sim::selectionPlace(*d->session.state(), GetBasePoint());
+    x = place ? place->base.x() : 0.0;
+    y = place ? place->base.y() : 0.0;
+    width = place ? place->width : 0.0;
+    height = place ? place->height : 0.0;
+    angle = place ? place->angle : kNoSelectionAngle;
+    return true;
+}
+
+int QRulerView::GetSelectObjWorkType() const {
+    return sim::selectionWorkType(*d->session.state());
+}
+
+void QRulerView::SetSelectObjWorkType(int type) {
+    d->edit([type](const DocumentState& state) { return sim::edits::setWorkType(state, type); });
+}
+
+void QRulerView::ScaleSelectedObj(double scaleX, double scaleY, double x, double y) {
+    d->edit([=](const DocumentState& state) { return sim::edits::scale(state, scaleX, scaleY, x, y); });
+}
+
+void QRulerView::MoveSelectObjRelative(double dx, double dy) {
+    d->edit([=](const DocumentState& state) { return sim::edits::move(state, dx, dy); });
+}
+
+void QRulerView::MoveSelected2Center() {
+    const QPointF center = d->canvas->fieldMm().center();
+    d->edit([center](const DocumentState& state) { return sim::edits::moveToCenter(state, center); });
+}
+
+void QRulerView::ChangeSelectedObjAngle(double angle) {
+    d->edit([angle](const DocumentState& state) { return sim::edits::setAngle(state, angle); });
+}
+
+void QRulerView::FillSelectedObj(QVector<FillParam> const& fills, bool edge, bool fillFirst, bool simple) {
+    sim::HatchSettings hatch;
+    for (int i = 0; i < qMin(kFillCount, fills.size()); ++i)
+        hatch.fills[i] = fills[i];
+    hatch.enableEdge = edge;
+    hatch.markFillFirst = fillFirst;
+    hatch.showSimple = simple;
+    d->edit([&hatch](const DocumentState& state) { return sim::edits::setHatch(state, hatch); });
+}
+
+BasePoint QRulerView::GetBasePoint() const {
+    return d->session.document().settings().basePoint;
+}
+
+void QRulerView::SetBasePoint(BasePoint point) {
+    sim::DocumentSettings settings = d->session.document().settings();
+    settings.basePoint = point;
+    d->session.document().setSettings(settings);
+}
+
+double QRulerView::GetKeyMoveDist() const {
+    return d->session.keyMoveDistance();
+}
+
+void QRulerView::SetKeyMoveDist(double dist) {
+    sim::DocumentSettings settings = d->session.document().settings();
+    settings.keyMoveDistance = dist;
+    d->session.document().setSettings(settings);
+}
+
+int QRulerView::GetCurrentLayer() const {
+    return d->session.currentPen();
+}
+
+void QRulerView::SetCurrentLayer(int layer) {
+    d->canvas->cancelGesture();
+    d->session.setCurrentPen(layer, true);
+}
+
+void QRulerView::SetCurrentLayerWithOutChangeLayer(int layer) {
+    d->session.setCurrentPen(layer, false);
+}
