@@ -6,11 +6,9 @@
 #include "automation/objecttree.h"
 #include "automation/propertyjson.h"
 #include "automation/widgetdriver.h"
-#include "support/durablefile.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QBuffer>
 #include <QFileInfo>
 #include <QPointer>
 
@@ -237,15 +235,9 @@ RpcReply UiMethods::screenshot(QJsonObject const& params) {
         image = WidgetDriver::pictureOfScreen();
     }
     QString const file = QFileInfo(params.value(QLatin1String("file")).toString()).absoluteFilePath();
-    if (image.isNull())
-        return RpcReply::failure(RpcObjectNotUsable, QStringLiteral("there is nothing to see"));
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    DurableResult const written = writeFileDurably(file, bytes);
-    if (!written)
-        return RpcReply::failure(RpcFileError, written.message());
+    QString error;
+    if (!WidgetDriver::writePicture(image, file, error))
+        return RpcReply::failure(RpcFileError, error);
     return RpcReply::value(QJsonObject{{QStringLiteral("file"), file},
                                        {QStringLiteral("width"), image.width()},
                                        {QStringLiteral("height"), image.height()}});

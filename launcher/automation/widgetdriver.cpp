@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "automation/widgetdriver.h"
 
+#include "support/durablefile.h"
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
+#include <QBuffer>
 #include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenu>
@@ -209,6 +212,19 @@ QImage WidgetDriver::pictureOfScreen() {
     for (QWidget* window : windows)
         painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
     return image;
+}
+
+bool WidgetDriver::writePicture(QImage const& picture, QString const& file, QString& error) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    if (!picture.save(&buffer, "PNG")) {
+        error = QStringLiteral("There is nothing to see.");
+        return false;
+    }
+    DurableResult const written = writeFileDurably(file, bytes);
+    error = written.message();
+    return written.ok();
 }
 
 } // namespace tessera

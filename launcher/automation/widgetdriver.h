@@ -35,6 +35,8 @@ public:
     static QImage picture(QWidget* widget);
     /// Picture of all visible windows in their places and order.
     static QImage pictureOfScreen();
+    /// Writes a picture as PNG; false with `error` when it is empty or the file cannot be written.
+    static bool writePicture(QImage const& picture, QString const& file, QString& error);
 };
 
 } // namespace tessera
