@@ -3,6 +3,8 @@
 
 #include "simengine/card/statuswords.h"
 
+#include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace sim {
@@ -23,9 +25,38 @@ bool CardCore::open() {
 
 void CardCore::close() {
     m_runner.close();
+    {
+        const std::lock_guard<std::mutex> lock(m_waitMutex);
+        ++m_closings;
+    }
+    m_waitChanged.notify_all();
     const std::lock_guard<std::mutex> lock(m_listMutex);
     m_list.clear();
     m_listOpen = false;
+}
+
+void CardCore::setSpeed(double factor) {
+    m_runner.setSpeed(factor);
+    {
+        const std::lock_guard<std::mutex> lock(m_waitMutex); // a waiter has either not looked yet or hears the call
+    }
+    m_waitChanged.notify_all();
+}
+
+bool CardCore::waitSimulated(double ms) {
+    using Clock = std::chrono::steady_clock;
+    std::unique_lock<std::mutex> lock(m_waitMutex);
+    const std::uint64_t closings = m_closings;
+    while (isOpen() && m_closings == closings) {
+        const double factor = speed();
+        if (ms <= 0.0 || factor <= 0.0)
+            return true;
+        const std::chrono::duration<double, std::milli> left(std::min(ms / factor, 3600e3));
+        const Clock::time_point begin = Clock::now();
+        m_waitChanged.wait_for(lock, left);
+        ms -= std::chrono::duration<double, std::milli>(Clock::now() - begin).count() * factor;
+    }
+    return false;
 }
 
 void CardCore::setPens(const PenTable& pens) {

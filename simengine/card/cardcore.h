@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/card/carddevices.h"
 #include "simengine/card/faults.h"
 #include "simengine/card/iobank.h"
 #include "simengine/card/job.h"
@@ -11,6 +12,7 @@
 #include "simengine/card/trace.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -73,8 +75,11 @@ public:
     HeadState head() const { return m_runner.head(); }
 
     /// 1 real time, above 1 faster, 0 as fast as possible. May be set before the card is opened.
-    void setSpeed(double factor) { m_runner.setSpeed(factor); }
+    void setSpeed(double factor);
     double speed() const { return m_runner.speed(); }
+
+    /// Lets an operation of the card take its simulated time on the calling thread; false when the card was closed.
+    bool waitSimulated(double ms);
 
     /// Exact time of the last job on the simulated clock, pauses left out; of its last complete pass when it repeats.
     JobTime lastTime() const { return m_runner.lastTime(); }
@@ -104,6 +109,7 @@ public:
 
     IoBank& io() { return m_io; }
     FaultBank& faults() { return m_faults; }
+    CardDevices& devices() { return m_devices; }
     Journal& journal() { return m_journal; }
     Trace& trace() { return m_trace; }
     const Trace& trace() const { return m_trace; }
@@ -116,6 +122,7 @@ private:
     Journal m_journal;
     IoBank m_io;
     FaultBank m_faults;
+    CardDevices m_devices;
     std::atomic<MarkKind> m_kind{MarkKind::Laser};
     std::atomic<double> m_penChangeDelayMs{0.0};
     std::atomic<double> m_loopDelayMs{0.0};
@@ -128,6 +135,9 @@ private:
     std::vector<Stroke> m_list;
     JobRunner::Ticket m_listTicket;
     bool m_listOpen = false;
+    std::mutex m_waitMutex; ///< guards the count of closings
+    std::condition_variable m_waitChanged;
+    std::uint64_t m_closings = 0;
     JobRunner m_runner; ///< last: its worker ends before the rest goes
 };
 

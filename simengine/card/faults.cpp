@@ -10,6 +10,7 @@ namespace {
 constexpr CardFault kFaults[] = {
     {"card_open_fails", 0, 0, 0},
     {"job_fails", 0, 0, 0},
+    {"flash_fails", 0, 0, 0},
     {"card_alarm", alarmword::kLaser, 0, 0},
     {"io_timeout", 0, 0, markinfo::kTimeOut},
     {"data_underrun", 0, 0, markinfo::kUnderrun},

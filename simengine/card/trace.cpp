@@ -2,10 +2,7 @@
 #include "simengine/card/trace.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
-#include <cstdio>
-#include <cstring>
 #include <utility>
 
 namespace sim {
@@ -103,27 +100,6 @@ std::string traceCsv(const TraceSnapshot& rows) {
         text += '\n';
     }
     return text;
-}
-
-bool writeTraceCsv(const TraceSnapshot& rows, const std::string& path, std::string& error) {
-    const std::string text = traceCsv(rows);
-    const std::string partial = path + ".part";
-    std::FILE* file = std::fopen(partial.c_str(), "wb");
-    if (!file) {
-        error = partial + ": " + std::strerror(errno);
-        return false;
-    }
-    const bool written = std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0;
-    int reason = written ? 0 : errno;
-    if (std::fclose(file) != 0 && reason == 0)
-        reason = errno;
-    if (reason == 0 && std::rename(partial.c_str(), path.c_str()) != 0)
-        reason = errno;
-    if (reason == 0)
-        return true;
-    error = path + ": " + std::strerror(reason);
-    std::remove(partial.c_str());
-    return false;
 }
 
 } // namespace sim

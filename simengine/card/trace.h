@@ -87,8 +87,4 @@ private:
 /// locale, laser 0 or 1, pen 0 to 19.
 std::string traceCsv(const TraceSnapshot& rows);
 
-/// Writes traceCsv() to a file by way of a temporary file beside it, so that no reader ever sees half a trace.
-/// False with a reason in error when the file cannot be written.
-bool writeTraceCsv(const TraceSnapshot& rows, const std::string& path, std::string& error);
-
 } // namespace sim

@@ -4,11 +4,6 @@
 #include "simengine/card/statuswords.h"
 
 #include <clocale>
-#include <cstdio>
-#include <fstream>
-#include <sstream>
-
-#include <unistd.h>
 
 using namespace cardtest;
 using namespace sim;
@@ -223,20 +218,4 @@ TEST(Trace, csv_has_its_header_and_plain_numbers_in_any_locale) {
                                           "10.000000,-0.500000,20.000000,0,0\n"
                                           "1234567.250000,0.333333,0.000000,1,19\n");
     std::setlocale(LC_ALL, before.c_str());
-}
-
-TEST(Trace, csv_file_is_written_whole_or_not_at_all) {
-    Trace trace;
-    trace.beginPass();
-    trace.append({10, {1, 2}, 3, true, true});
-    std::string error;
-    const std::string path = ::testing::TempDir() + "trace_" + std::to_string(::getpid()) + ".csv";
-    ASSERT_TRUE(writeTraceCsv(trace.snapshot(), path, error)) << error;
-    std::stringstream text;
-    text << std::ifstream(path).rdbuf();
-    EXPECT_EQ(text.str(), traceCsv(trace.snapshot()));
-    EXPECT_FALSE(std::ifstream(path + ".part").good());
-    std::remove(path.c_str());
-    EXPECT_FALSE(writeTraceCsv(trace.snapshot(), "/no/such/folder/trace.csv", error));
-    EXPECT_NE(error.find("/no/such/folder/trace.csv"), std::string::npos);
 }

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/cardfunctions.h"
+
+#include "engine/markingmparam_vz.h"
+#include "engine/marklog.h"
+#include "simengine/card/cardlink.h"
+
+#include <QFileInfo>
+
+#include <mutex>
+
+using namespace sim;
+
+namespace {
+
+/// Simulated time of a restart of the card, ms.
+constexpr double kRestartMs = 2000.0;
+
+struct MessageSink {
+    std::mutex mutex;
+    VZMessageFunction function = nullptr;
+};
+
+MessageSink& messageSink() {
+    static MessageSink sink;
+    return sink;
+}
+
+void record(char const* name, std::vector<JournalValue> args = {}) {
+    simulatedCard().journal().add(name, std::move(args));
+}
+
+/// Bits 5 and 6 hold the two lower bits of the laser type, bit 7 the third.
+unsigned int laserTypeBits() {
+    unsigned int const type = static_cast<unsigned int>(MarkingMParam_VZ::Instance()->GetMarkCardType());
+    return (type & 3u) << 5 | (type >> 2 & 1u) << 7;
+}
+
+} // namespace
+
+void sim::showCardMessage(QString const& text, int kind) {
+    VZMessageFunction function = nullptr;
+    {
+        MessageSink& sink = messageSink();
+        const std::lock_guard<std::mutex> lock(sink.mutex);
+        function = sink.function;
+    }
+    if (function)
+        function(text.toUtf8().constData(), kind);
+    else if (kind == 0)
+        MarkLog::Instance()->ShowNote(text);
+    else
+        MarkLog::Instance()->ShowNote_Error(text);
+}
+
+void VZ_GetHdVer(unsigned int* word) {
+    if (!word)
+        return;
+    constexpr unsigned int kLaserMask = 7u << 5;
+    CardCore& card = simulatedCard();
+    *word = card.isOpen() ? (card.devices().hardwareBits() & ~kLaserMask) | laserTypeBits() : 0;
+}
+
+void VZ_SetFuncMessageDisp(VZMessageFunction function, void*) {
+    record("VZ_SetFuncMessageDisp", journalArgs(function != nullptr));
+    MessageSink& sink = messageSink();
+    const std::lock_guard<std::mutex> lock(sink.mutex);
+    sink.function = function;
+}
+
+void VZ_OutputError(int on) {
+    record("VZ_OutputError", journalArgs(on));
+    simulatedCard().setErrorOutput(on != 0);
+}
+
+void VZ_OutputWaveNo(int number) {
+    record("VZ_OutputWaveNo", journalArgs(number));
+    if (simulatedCard().isOpen())
+        simulatedCard().devices().setWaveNumber(number);
+}
+
+void VZ_TestOssSwitchSpeed() {
+    record("VZ_TestOssSwitchSpeed");
+    if (simulatedCard().isOpen())
+        MarkLog::Instance()->ShowNode(NoteDebug, QStringLiteral("VZ_TestOssSwitchSpeed: no splitter answers"));
+}
+
+void VZ_SetFlyPara() {
+    // The encoder of the simulated machine stands still, so the values have nothing to act on.
+    record("VZ_SetFlyPara");
+}
+
+void VZ_SetFlyEncInitPos(int position) {
+    record("VZ_SetFlyEncInitPos", journalArgs(position));
+    if (simulatedCard().isOpen())
+        simulatedCard().devices().setEncoder(position);
+}
+
+void VZ_GetEncPos(int* position) {
+    if (position)
+        *position = simulatedCard().isOpen() ? simulatedCard().devices().encoder() : 0;
+}
+
+int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size) {
+    record("VZ_FlashWriteAddr", journalArgs(address, size));
+    CardCore& card = simulatedCard();
+    if (!card.isOpen() || card.faults().isOn("flash_fails"))
+        return -1;
+    return card.devices().flash().write(address, data, size) ? 0 : -1;
+}
+
+void VZ_ResetCardFlash() {
+    record("VZ_ResetCardFlash");
+    CardCore& card = simulatedCard();
+    if (!card.isOpen())
+        return;
+    card.stop();
+    card.waitSimulated(kRestartMs);
+}
+
+void VZ_SetCardParaFile(char const* path) {
+    QString const file = QString::fromLatin1(path);
+    record("VZ_SetCardParaFile", journalArgs(file.toStdString()));
+    if (simulatedCard().isOpen() && !QFileInfo(file).isReadable())
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("VZ_SetCardParaFile: ") + file);
+}

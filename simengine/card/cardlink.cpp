@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/cardlink.h"
+
+#include "engine/systemparam.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sim {
+
+PenParams penParams(LayerData const& data) {
+    PenParams pen;
+    pen.markCount = data.MarkCnt;
+    pen.markSpeed = data.MarkSpeed;
+    pen.redSpeed = data.RedSpeed;
+    pen.power = data.Power;
+    pen.waveNumber = data.WaveNumber;
+    pen.frequency = data.Fre;
+    pen.pwm = data.PWM;
+    pen.openLaserDelay = data.OpenLaserDelay;
+    pen.closeLaserDelay = data.CloseLaserDelay;
+    pen.endDelay = data.EndDelay;
+    pen.turnDelay = data.TurnDelay;
+    pen.jumpSpeed = data.JumpSpeed;
+    pen.maxJumpDelay = data.MaxJumpDelay;
+    pen.minJumpDelay = data.MinJumpDelay;
+    pen.minJumpDelayDist = data.MinJumpDelayDist;
+    pen.maxJumpDelayDist = data.MaxJumpDelayDist;
+    pen.markDelay = data.MarkDelay;
+    pen.pointTime = data.PointTime;
+    pen.wobbleEnable = data.WobbleEnable;
+    pen.wobbleDiameter = data.WobbleDiameter;
+    pen.wobbleSpacing = data.WobbleSpacing;
+    return pen;
+}
+
+PenTable penTable(LayerParamEx const& layers, int count, PenTable const& before) {
+    PenTable pens = before;
+    for (int i = 0; i < std::min(count, kPenCount); ++i) {
+        LayerData data;
+        layers.GetLayerData(i, data);
+        pens[static_cast<std::size_t>(i)] = penParams(data.UseDefault ? LayerData::GetDefaultLayerData() : data);
+    }
+    return pens;
+}
+
+CardRun::CardRun(bool selectedOnly, bool loop)
+    : m_loop(loop) {
+    simulatedCard().journal().add("StartMark", journalArgs(selectedOnly, loop));
+    m_ticket = simulatedCard().arm();
+}
+
+bool CardRun::start(Job job) {
+    CardCore& card = simulatedCard();
+    SystemParam const* system = SystemParam::Instance();
+    card.setBufferLoop(system->UsedBufLoop());
+    card.setLoopDelayMs(system->GetLoopMarkDelay());
+    card.setPenChangeDelayMs(system->GetChangeLayerDelay());
+    return card.run(std::move(job), m_loop, m_ticket);
+}
+
+} // namespace sim

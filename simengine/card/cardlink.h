@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "engine/layerdata.h"
+#include "engine/layerparamex.h"
+#include "simengine/card/cardcore.h"
+
+#include <QString>
+
+namespace sim {
+
+/// What the card executes of a pen. Any thread.
+PenParams penParams(LayerData const& data);
+
+/// The pens of a table as the card takes them: a record with UseDefault is replaced by the shared default. Records past
+/// `count`, or past the card's pens, are left out; missing ones keep what `before` holds.
+PenTable penTable(LayerParamEx const& layers, int count, PenTable const& before);
+
+/// A document's job on its way to the card. Made at the very beginning of MarkShapeContainer::StartMark, before the
+/// document is looked at: a stop from then on ends the job, also while it is still being built. Any thread.
+///
+///     sim::CardRun run(selectedOnly, loop);
+///     return run.start(buildJob(...));
+class CardRun {
+public:
+    /// Records the call "StartMark" with its two arguments.
+    CardRun(bool selectedOnly, bool loop);
+
+    /// False when it is known already that nothing can be run, so that the job need not be built.
+    bool isAccepted() const { return !m_ticket.refused; }
+
+    /// Runs the job and returns when it has ended; false when nothing could be run. The kind is that of the last
+    /// SetMarkType; buffer loop, loop delay and pen change delay are those that SystemParam holds now.
+    bool start(Job job);
+
+private:
+    bool m_loop;
+    JobRunner::Ticket m_ticket;
+};
+
+/// A message of the card library: to the function given to VZ_SetFuncMessageDisp, or into the log without one.
+/// kind: 0 information, 1 error. Any thread.
+void showCardMessage(QString const& text, int kind);
+
+} // namespace sim

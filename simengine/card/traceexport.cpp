@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/traceexport.h"
+
+#include "engine/layerparamex.h"
+#include "support/durablefile.h"
+
+#include <QBuffer>
+#include <QColor>
+#include <QFileInfo>
+#include <QPainter>
+#include <QPainterPath>
+#include <QRectF>
+#include <QXmlStreamWriter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+constexpr double kMargin = 1.0; ///< mm round the drawing
+/// Longer lines are drawn in parts: strokers and viewers need more than their share of time for very long ones.
+constexpr std::size_t kLinePoints = 1000;
+const QColor kJumpColor(0xb0, 0xb0, 0xb0);
+const QColor kPilotColor(0xd0, 0x20, 0x20);
+
+/// A piece of the drawing in one look, in trace coordinates.
+struct Line {
+    enum class Look { Jump, Laser, Pilot };
+    Look look;
+    int pen;
+    std::vector<Point> points;
+
+    bool isDot() const { return points.size() == 2 && points[0] == points[1]; }
+    bool isVisible() const { return !points.empty() && !(look == Look::Jump && isDot()); }
+};
+
+Line::Look lookOf(const TraceRow& row) {
+    if (!row.drawn)
+        return Line::Look::Jump;
+    return row.laser ? Line::Look::Laser : Line::Look::Pilot;
+}
+
+/// Rows of one look that follow one another make one line; each begins where the one before ended.
+template<typename Take>
+void forEachLine(const TraceSnapshot& rows, Take take) {
+    Line line{Line::Look::Jump, 0, {}};
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        const TraceRow& row = rows[i];
+        const bool goesOn =
+            !line.points.empty() && lookOf(row) == line.look && row.pen == line.pen && line.points.size() < kLinePoints;
+        if (!goesOn) {
+            if (line.isVisible())
+                take(line);
+            line = {lookOf(row), row.pen, {rows[i - 1].at}};
+        }
+        line.points.push_back(row.at);
+    }
+    if (line.isVisible())
+        take(line);
+}
+
+QRectF boundsOf(const TraceSnapshot& rows) {
+    if (rows.size() == 0)
+        return {-kMargin, -kMargin, 2 * kMargin, 2 * kMargin};
+    Point low = rows[0].at;
+    Point high = low;
+    for (std::size_t i = 1; i < rows.size(); ++i) {
+        low = {std::min(low.x, rows[i].at.x), std::min(low.y, rows[i].at.y)};
+        high = {std::max(high.x, rows[i].at.x), std::max(high.y, rows[i].at.y)};
+    }
+    return QRectF(QPointF(low.x, low.y), QPointF(high.x, high.y)).adjusted(-kMargin, -kMargin, kMargin, kMargin);
+}
+
+QColor colorOf(const Line& line) {
+    switch (line.look) {
+    case Line::Look::Jump:
+        return kJumpColor;
+    case Line::Look::Pilot:
+        return kPilotColor;
+    case Line::Look::Laser:
+        break;
+    }
+    // A white pen would be lost on white.
+    const QColor color = LayerParamEx::GetDefultColor(line.pen);
+    return color.isValid() && color.lightness() < 230 ? color : QColor(Qt::black);
+}
+
+QString number(double value) {
+    return QString::number(value, 'f', 4);
+}
+
+void writeLine(QXmlStreamWriter& xml, const Line& line, double width) {
+    const QString color = colorOf(line).name();
+    if (line.isDot()) {
+        xml.writeEmptyElement(QStringLiteral("circle"));
+        xml.writeAttribute(QStringLiteral("cx"), number(line.points[0].x));
+        xml.writeAttribute(QStringLiteral("cy"), number(-line.points[0].y));
+        xml.writeAttribute(QStringLiteral("r"), number(width * 2));
+        xml.writeAttribute(QStringLiteral("fill"), color);
+        return;
+    }
+    QString points;
+    for (const Point& point : line.points)
+        points += number(point.x) + ',' + number(-point.y) + ' ';
+    points.chop(1);
+    xml.writeEmptyElement(QStringLiteral("polyline"));
+    xml.writeAttribute(QStringLiteral("points"), points);
+    xml.writeAttribute(QStringLiteral("stroke"), color);
+    xml.writeAttribute(QStringLiteral("stroke-width"), number(line.look == Line::Look::Jump ? width / 2 : width));
+    if (line.look == Line::Look::Pilot)
+        xml.writeAttribute(QStringLiteral("stroke-dasharray"), number(width * 4) + ' ' + number(width * 2));
+    if (line.look != Line::Look::Jump)
+        xml.writeAttribute(QStringLiteral("data-pen"), QString::number(line.pen));
+}
+
+/// Lines stay visible in a large field and do not run together in a small one.
+double lineWidth(const QRectF& bounds) {
+    return std::max(0.01, std::max(bounds.width(), bounds.height()) / 1000.0);
+}
+
+} // namespace
+
+QByteArray traceSvg(const TraceSnapshot& rows) {
+    const QRectF bounds = boundsOf(rows);
+    const double width = lineWidth(bounds);
+    QByteArray text;
+    QXmlStreamWriter xml(&text);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("svg"));
+    xml.writeDefaultNamespace(QStringLiteral("http://www.w3.org/2000/svg"));
+    xml.writeAttribute(QStringLiteral("width"), number(bounds.width()) + QStringLiteral("mm"));
+    xml.writeAttribute(QStringLiteral("height"), number(bounds.height()) + QStringLiteral("mm"));
+    xml.writeAttribute(QStringLiteral("viewBox"), number(bounds.left()) + ' ' + number(-bounds.bottom()) + ' ' +
+                                                      number(bounds.width()) + ' ' + number(bounds.height()));
+    xml.writeStartElement(QStringLiteral("g"));
+    xml.writeAttribute(QStringLiteral("fill"), QStringLiteral("none"));
+    xml.writeAttribute(QStringLiteral("stroke-linejoin"), QStringLiteral("round"));
+    forEachLine(rows, [&xml, width](const Line& line) { writeLine(xml, line, width); });
+    xml.writeEndElement();
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return text;
+}
+
+QImage tracePicture(const TraceSnapshot& rows, int longerSide) {
+    const QRectF bounds = boundsOf(rows);
+    const double scale = std::max(1, longerSide) / std::max(bounds.width(), bounds.height());
+    const int width = std::max(1, static_cast<int>(std::lround(bounds.width() * scale)));
+    const int height = std::max(1, static_cast<int>(std::lround(bounds.height() * scale)));
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(scale, -scale);
+    painter.translate(-bounds.left(), -bounds.bottom());
+    const double lines = lineWidth(bounds);
+    forEachLine(rows, [&painter, lines](const Line& line) {
+        const bool jump = line.look == Line::Look::Jump;
+        if (line.isDot()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(colorOf(line));
+            painter.drawEllipse(QPointF(line.points[0].x, line.points[0].y), lines * 2, lines * 2);
+            return;
+        }
+        const Qt::PenStyle style = line.look == Line::Look::Pilot ? Qt::DashLine : Qt::SolidLine;
+        painter.setPen(QPen(colorOf(line), jump ? lines / 2 : lines, style, Qt::RoundCap, Qt::RoundJoin));
+        painter.setBrush(Qt::NoBrush);
+        QPainterPath path(QPointF(line.points[0].x, line.points[0].y));
+        for (const Point& point : line.points)
+            path.lineTo(point.x, point.y);
+        painter.drawPath(path);
+    });
+    return image;
+}
+
+bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) {
+    const QString form = QFileInfo(path).suffix().toLower();
+    QByteArray bytes;
+    if (form == QLatin1String("csv")) {
+        bytes = QByteArray::fromStdString(traceCsv(rows));
+    } else if (form == QLatin1String("svg")) {
+        bytes = traceSvg(rows);
+    } else if (form == QLatin1String("png")) {
+        QBuffer buffer(&bytes);
+        if (!buffer.open(QIODevice::WriteOnly) || !tracePicture(rows).save(&buffer, "PNG")) {
+            error = path + QStringLiteral(": the picture could not be made");
+            return false;
+        }
+    } else {
+        error = path + QStringLiteral(": a trace is written as .csv, .svg or .png");
+        return false;
+    }
+    const tessera::DurableResult result = tessera::writeFileDurably(QFileInfo(path).absoluteFilePath(), bytes);
+    if (!result.ok())
+        error = result.message();
+    return result.ok();
+}
+
+} // namespace sim

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/vzmarkcard.h"
+
+#include "engine/profinifile.h"
+#include "simengine/card/cardlink.h"
+
+using namespace sim;
+
+namespace {
+
+/// Simulated time that a factory reset of the flash takes, ms.
+constexpr double kFlashResetMs = 120'000.0;
+
+QString alarmTimeKey() {
+    return QStringLiteral("AlarmTime");
+}
+QString cardSection() {
+    return QStringLiteral("CARD");
+}
+
+void record(char const* name, std::vector<JournalValue> args = {}) {
+    simulatedCard().journal().add(name, std::move(args));
+}
+
+} // namespace
+
+VZMarkCard::VZMarkCard() {
+    simulatedCard().devices().setAlarmTime(XProfIniFile_CardCfg::Instance()->ReadInt(cardSection(), alarmTimeKey(), 0));
+}
+
+VZMarkCard::~VZMarkCard() {
+    simulatedCard().close();
+}
+
+void VZMarkCard::BeginList(int mode) {
+    record("BeginList", journalArgs(mode));
+    simulatedCard().beginList();
+}
+
+void VZMarkCard::EndList() {
+    record("EndList");
+    simulatedCard().endList();
+}
+
+void VZMarkCard::StopMark() {
+    record("StopMark");
+    simulatedCard().stop();
+}
+
+void VZMarkCard::PauseMark() {
+    record("PauseMark");
+    simulatedCard().pause();
+}
+
+void VZMarkCard::RestartMark() {
+    record("RestartMark");
+    simulatedCard().restart();
+}
+
+void VZMarkCard::ResetCardFlash() {
+    record("ResetCardFlash");
+    CardCore& card = simulatedCard();
+    if (!card.isOpen())
+        return;
+    card.stop();
+    if (card.waitSimulated(kFlashResetMs))
+        card.devices().flash().erase();
+}
+
+double VZMarkCard::GetBufferRunTime() {
+    return simulatedCard().bufferRunTimeMs();
+}
+
+int VZMarkCard::GetAlarmTime() {
+    return simulatedCard().devices().alarmTime();
+}
+
+void VZMarkCard::SetAlarmTime(int ms) {
+    record("SetAlarmTime", journalArgs(ms));
+    if (!simulatedCard().isOpen())
+        return;
+    simulatedCard().devices().setAlarmTime(ms);
+    if (!XProfIniFile_CardCfg::Instance()->WriteInt(cardSection(), alarmTimeKey(), ms))
+        showCardMessage(QStringLiteral("VZMarkPara.cfg: AlarmTime"), 1);
+}
+
+void VZMarkCard::CardCommand(int code, int a, int b, int* out1, int* out2) {
+    record("CardCommand", journalArgs(code, a, b));
+    if (!simulatedCard().isOpen())
+        return;
+    int first = out1 ? *out1 : 0;
+    int second = out2 ? *out2 : 0;
+    if (!simulatedCard().devices().command(code, a, b, first, second))
+        return;
+    if (out1)
+        *out1 = first;
+    if (out2)
+        *out2 = second;
+}
