@@ -2,6 +2,7 @@
 #include "simengine/importers/svgimport.h"
 
 #include "engine/marktypes.h"
+#include "simengine/document/contour.h"
 #include "simengine/document/markobject.h"
 #include "simengine/importers/pathrecorder.h"
 #include "simengine/importers/svgsource.h"
@@ -57,13 +58,6 @@ PathShape toPathShape(const QPainterPath& path, const QTransform& transform) {
     return shape;
 }
 
-/// A path of one straight contour as a polyline, others as they are.
-Shape simplest(const PathShape& path) {
-    if (path.contourCount() != 1 || path.verbs.contains(PathVerb::Cubic))
-        return path;
-    return PolylineShape{path.points, path.verbs.last() == PathVerb::Close};
-}
-
 ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
     ObjectData data;
     const QTransform transform = recorded.transform * toField;
@@ -80,7 +74,7 @@ ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
         data.transform = QTransform(rect.width() / 2, 0, 0, rect.height() / 2, center.x(), center.y()) * transform;
     } else {
         const PathShape path = toPathShape(recorded.path, transform);
-        data.shape = path.verbs.isEmpty() ? Shape(path) : simplest(path);
+        data.shape = path.verbs.isEmpty() ? Shape(path) : simplestShape(path);
     }
     return data;
 }

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "engine/languagemanager.h"
-#include "engine/marklog.h"
-#include "engine/systemparam.h"
+#include "simengine/document/curveedits.h"
 #include "simengine/view/arraydialog.h"
 #include "simengine/view/qrulerview_p.h"
 
@@ -13,11 +11,6 @@ namespace {
 
 /// Angle told when nothing is selected; panels show no selection above 180.
 constexpr double kNoSelectionAngle = 1000.0;
-
-void refuse(const char* operation) {
-    MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText(operation) + ":" +
-                                                    LanguageManager::GetLanText("当前引擎没有该运算"));
-}
 
 } // namespace
 
@@ -61,20 +54,19 @@ void QRulerView::CombineCurve() {
 }
 
 void QRulerView::CombineCurve(bool closed) {
-    Q_UNUSED(closed)
-    refuse("CompositeLine");
+    d->edit([closed](const DocumentState& state) { return sim::edits::combineCurves(state, closed); });
 }
 
 void QRulerView::UnCombineLine() {
-    refuse("DeCompositeLine");
+    d->edit(sim::edits::splitCurves);
 }
 
 bool QRulerView::CanSplit() const {
-    return false;
+    return sim::edits::canSplitCurves(*d->session.state());
 }
 
 bool QRulerView::CanCombineCurve() const {
-    return false;
+    return sim::edits::canCombineCurves(*d->session.state());
 }
 
 bool QRulerView::CanUnCombine() const {
@@ -148,7 +140,7 @@ void QRulerView::ArraySelectObj() {
 
 void QRulerView::DissimilationSelectObj(DissimilationParam* param) {
     if (param)
-        refuse("曲线异化");
+        d->edit([param](const DocumentState& state) { return sim::edits::roughen(state, *param); });
 }
 
 void QRulerView::AddMarkPoint(QPointF const& point) {
