@@ -78,7 +78,7 @@ OrderButtons::OrderButtons(VZListViewEx& list)
         m_buttons.append(tool);
     }
     setTexts();
-    list.installEventFilter(this);
+    list.viewport()->installEventFilter(this);
     place();
 }
 
@@ -93,12 +93,14 @@ void OrderButtons::setUsable(bool usable) {
 }
 
 void OrderButtons::place() {
-    setGeometry(0, m_list.height() - kHeight, m_list.width(), kHeight);
+    // The scroll bar keeps the list's whole height beside it.
+    const QRect rows = m_list.viewport()->geometry();
+    setGeometry(rows.left(), rows.bottom() + 1, rows.width(), kHeight);
     raise();
 }
 
 bool OrderButtons::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &m_list && (event->type() == QEvent::Resize || event->type() == QEvent::Show))
+    if (watched == m_list.viewport() && (event->type() == QEvent::Resize || event->type() == QEvent::Move))
         place();
     return QWidget::eventFilter(watched, event);
 }

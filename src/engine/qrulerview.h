@@ -90,9 +90,14 @@ public:
     void MirrorSelectObj(MirrorType type);
     void ArraySelectObj();
     void DissimilationSelectObj(DissimilationParam* param);
-    /// Asks for a vector file and imports it.
+    /// Asks for a vector file, imports it and tells what came of it.
     void ImportVectorFile();
+    /// Adds the drawing of a vector file, centred in the drawing area, as one step of undo. Nothing is asked and nothing
+    /// shown: false and the reason in `error` when nothing was added.
+    bool ImportVectorFile(QString const& path, QString& error);
     void AddMarkPoint(QPointF const& point);
+    /// Number of objects and of the vertices that a run of all of them marks.
+    void GetDocStatistics(int& objects, int& vertices) const;
 
     // Selection
     int GetSelectedToolCnt() const;
@@ -100,8 +105,8 @@ public:
     int GetFirstSelectedToolIndex() const;
     /// Pen of object `index`, -1 outside.
     int GetToolLayer(int index) const;
-    /// Base point, size and angle of the selection; false when nothing is selected. An angle below -180 means that the
-    /// objects have different angles.
+    /// Base point, size and angle of the selection. An angle below -180 means that the objects have different angles; one
+    /// above 180 that nothing is selected, the other values then being 0. False without a document to ask.
     bool GetSelectObjPos(double& x, double& y, double& width, double& height, double& angle) const;
     /// 0 not marked, 1 marked, -1 mixed or nothing selected.
     int GetSelectObjWorkType() const;
@@ -141,7 +146,8 @@ public:
     std::atomic<bool> m_bExitClear{true}; ///< cleared by the shell just before the program ends
 
 signals:
-    /// Base point, size, angle, count and work type of the selection.
+    /// Base point, size, angle, count and work type of the selection, as GetSelectObjPos and GetSelectObjWorkType give
+    /// them.
     void SelectChanged(double x, double y, double width, double height, double angle, int count, int workType);
     void MouseMoveEvent(QPointF mm, QPoint pixel);
     void ChangeOperatorOnView();
