@@ -136,7 +136,10 @@ void MkfTest::known_bytes() {
     QCOMPARE(bytes.left(16).toHex(), QByteArray("894d4b460d0a1a0a0100000003000000"));
     QCOMPARE(qFromLittleEndian<quint64>(bytes.constData() + 16), quint64(bytes.size()));
     QCOMPARE(bytes.mid(24, 4), QByteArray("PENS"));
+    QCOMPARE(qFromLittleEndian<quint64>(bytes.constData() + 32), quint64(96));
+    QCOMPARE(qFromLittleEndian<quint64>(bytes.constData() + 40), quint64(4 + 20 * 786 + 4 + 16 * 76));
     QCOMPARE(bytes.mid(48, 4), QByteArray("SETT"));
+    QCOMPARE(qFromLittleEndian<quint64>(bytes.constData() + 64), quint64(16));
     QCOMPARE(bytes.mid(72, 4), QByteArray("OBJS"));
     const QByteArray objects = bytes.mid(objectsOffset(bytes), bytes.size() - 32 - objectsOffset(bytes));
     ByteWriter expected;
@@ -384,6 +387,7 @@ void MkfTest::default_pen_file() {
     pen.UseDefault = true;
     pen.LineWave[19] = {3, 4};
     const QByteArray bytes = encodeDefaultPen(pen);
+    QCOMPARE(bytes.size(), 8 + 4 + 786 + 32);
     QVERIFY(bytes.size() < kMaxDefaultPenBytes);
     const auto decoded = decodeDefaultPen(bytes);
     QVERIFY(decoded);
