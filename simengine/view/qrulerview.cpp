@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "engine/languagemanager.h"
 #include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "simengine/document/mkfcodec.h"
@@ -13,6 +12,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -37,6 +37,15 @@ protected:
 
 constexpr double kZoomStep = 1.25; ///< of the zoom buttons
 
+/// A bare name means a document of this station.
+QString pathOf(const QString& name) {
+    if (name.isEmpty() || name.contains(QLatin1Char('/')))
+        return name;
+    const QString suffix = QStringLiteral(".mkf");
+    const QString file = name.endsWith(suffix, Qt::CaseInsensitive) ? name : name + suffix;
+    return tessera::rootPath(QStringLiteral("/MarkFile/") + file);
+}
+
 } // namespace
 
 QRulerView::Private::Private(QRulerView& view)
@@ -45,9 +54,13 @@ QRulerView::Private::Private(QRulerView& view)
     , top(new sim::RulerBar(Qt::Horizontal, &view))
     , left(new sim::RulerBar(Qt::Vertical, &view))
     , canvas(new sim::CanvasWidget(session, &view))
-    , list(new VZListViewEx(&view))
+    , listFrame(new QWidget(&view))
+    , list(new VZListViewEx(listFrame))
     , shownState(session.state()) {
-    list->hide();
+    listFrame->hide();
+    auto* listLayout = new QVBoxLayout(listFrame);
+    listLayout->setContentsMargins(0, 0, 0, 0);
+    listLayout->addWidget(list);
     QRulerViewAccess::attach(*list, session);
     auto* corner = new RulerCorner(&view);
     corner->setGeometry(0, 0, sim::RulerBar::kThickness, sim::RulerBar::kThickness);
@@ -69,6 +82,7 @@ QRulerView::Private::Private(QRulerView& view)
 // The list, wherever it was put, and the canvas look at the session, which must outlive them.
 QRulerView::Private::~Private() {
     delete list;
+    delete listFrame;
     delete canvas;
 }
 
@@ -109,6 +123,28 @@ bool QRulerView::Private::edit(const std::function<sim::EditResult(const sim::Do
     return session.document().edit(change);
 }
 
+void QRulerView::Private::setName(const QString& given) {
+    session.document().setFileName(pathOf(given));
+    const std::lock_guard<std::mutex> lock(nameMutex);
+    name = given;
+}
+
+QString QRulerView::Private::givenName() const {
+    const std::lock_guard<std::mutex> lock(nameMutex);
+    return name;
+}
+
+bool QRulerView::Private::read() {
+    canvas->cancelGesture();
+    QString error;
+    if (!sim::loadDocument(session.document(), &error)) {
+        MarkLog::Instance()->ShowNote_Error(error);
+        return false;
+    }
+    canvas->fitField();
+    return true;
+}
+
 QRulerView::QRulerView(QWidget* parent)
     : QWidget(parent)
     , d(std::make_unique<Private>(*this)) {
@@ -128,38 +164,31 @@ void QRulerView::Init() {
 }
 
 void QRulerView::SetFileName(QString const& name) {
-    if (name.isEmpty() || name.contains(QLatin1Char('/'))) {
-        d->session.document().setFileName(name);
-        return;
-    }
-    const QString suffix = QStringLiteral(".mkf");
-    const QString file = name.endsWith(suffix, Qt::CaseInsensitive) ? name : name + suffix;
-    d->session.document().setFileName(tessera::rootPath(QStringLiteral("/MarkFile/") + file));
+    d->setName(name);
 }
 
 QString QRulerView::GetFileName() const {
-    return d->session.document().fileName();
+    return d->givenName();
 }
 
 bool QRulerView::ReadDoc() {
-    d->canvas->cancelGesture();
-    QString error;
-    if (!sim::loadDocument(d->session.document(), &error)) {
-        MarkLog::Instance()->ShowNote_Error(GetFileName() + ": " + error);
-        return false;
-    }
-    d->canvas->fitField();
-    return true;
+    return d->read();
 }
 
 bool QRulerView::ReadDoc(QString const& first, QString const& second) {
-    Q_UNUSED(second)
-    MarkLog::Instance()->ShowNote_Error(LanguageManager::GetLanText("不能接收传来的文档") + ":" + first);
-    return false;
+    sim::Document& document = d->session.document();
+    const QString path = document.fileName();
+    document.setFileName(pathOf(first));
+    const bool done = d->read();
+    if (done)
+        d->setName(second);
+    else
+        document.setFileName(path);
+    return done;
 }
 
 bool QRulerView::SaveDoc() {
-    const QString directory = QFileInfo(GetFileName()).absolutePath();
+    const QString directory = QFileInfo(d->session.document().fileName()).absolutePath();
     QString error;
     if (!QDir().mkpath(directory))
         error = directory;

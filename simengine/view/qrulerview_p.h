@@ -9,6 +9,7 @@
 #include "simengine/view/viewsession.h"
 
 #include <QPointer>
+#include <mutex>
 
 struct QRulerView::Private {
     explicit Private(QRulerView& view);
@@ -26,6 +27,10 @@ struct QRulerView::Private {
     /// Takes the pending direction keys and moves the selection by them. Main thread.
     void moveByKeys(const QList<int>& keys, bool renewPreview);
     void place();
+    void setName(const QString& given);
+    QString givenName() const;
+    /// Reads the document's file; a failure is logged.
+    bool read();
 
     QRulerView& q;
     sim::ViewSession session;
@@ -33,10 +38,13 @@ struct QRulerView::Private {
     sim::RulerBar* top;
     sim::RulerBar* left;
     sim::CanvasWidget* canvas;
-    /// Lives in the left panel once the shell has put it there.
+    /// Both live in the left panel once the shell has put them there, each for itself or one inside the other.
+    QPointer<QWidget> listFrame;
     QPointer<VZListViewEx> list;
 
     sim::StatePtr shownState;
     bool shownRedo = false;
     bool shownUndo = false;
+    mutable std::mutex nameMutex; ///< guards name, which run workers ask for
+    QString name;                 ///< as it was set; the document knows the file's path
 };

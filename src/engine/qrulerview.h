@@ -21,8 +21,8 @@ class MarkShapeContainer;
 class MarkTool;
 class VZListViewEx;
 
-/// Draws and owns one mark document. Main thread, but for GetLayerParams, GetMarkTools, GetFileName and
-/// OnKeyUpDonwEvent, which worker threads call too. Deleting the widget ends the document.
+/// Draws and owns one mark document. Main thread, but for GetLayerParams, GetMarkTools, GetFileName,
+/// SetCallBackMirrorPt and OnKeyUpDonwEvent, which worker threads call too. Deleting the widget ends the document.
 /// Coordinates in mm, origin in the field centre, x to the right and y upwards. Indices count the top-level objects in
 /// marking order from 0. An editing operation is one step of undo; with the document read-only it does nothing.
 class ENGINE_API QRulerView : public QWidget {
@@ -34,12 +34,15 @@ public:
     static void Init();
 
     // File
-    /// Sets the document's path; a bare name is completed to /MarkFile/<name>.mkf below the application directory.
+    /// Sets the document's file: a path, or a bare name, which means /MarkFile/<name>.mkf below the application
+    /// directory.
     void SetFileName(QString const& name);
+    /// The name as it was set, so that a document is found again by the name that it was opened by.
     QString GetFileName() const;
     /// Reads the set file; false when it is missing, damaged or of a newer format, and the document stays as it was.
     bool ReadDoc();
-    /// Takes a document pushed by a controlling station: name and content.
+    /// Takes a document pushed by a controlling station: reads the file `first` and gives the document the name
+    /// `second`, both as in SetFileName. False as above, and the name too stays as it was.
     bool ReadDoc(QString const& first, QString const& second);
     /// Writes the set file: after a power cut it is the old or the new one. False when it could not be written.
     bool SaveDoc();
@@ -47,12 +50,13 @@ public:
     // Marking
     LayerParamEx* GetLayerParams();
     MarkShapeContainer* GetMarkTools();
-    /// Called with the place of a press while teaching; null takes it back.
+    /// Called on the main thread with the place of a press while teaching, mm; null takes it back.
     void SetCallBackMirrorPt(void (*callback)(QPointF));
 
     // Object list
-    /// Widget for the left panel, owned by the view until it is re-parented.
+    /// Widget for the left panel, hidden at first. It and the list inside may be re-parented; both go with the view.
     QWidget* GetShowObjList();
+    /// The list inside that widget.
     VZListViewEx* GetObjListView();
 
     // Operator
@@ -139,11 +143,16 @@ public:
     /// Takes pending direction keys from `m_DirKeys`, moves the selection by the key step and renews the running
     /// preview. Called every 10 ms on the key thread; locks `m_DirKeyLock`. `redView` is non-zero while a preview runs,
     /// `selected` tells that it traces the selected objects only.
+    ///
+    /// The view makes two calls into the front end, on the main thread and by name through the meta-object, so that the
+    /// engine links without it; both are to be invokable there. A direction key pressed in the view while a job runs
+    /// goes to MainWindow::HandDirEventOnRedView(QKeyEvent*), which may queue it in `m_DirKeys`; a move of the
+    /// selection under a running preview is told by Form_Marking::UpdateRedViewData().
     void OnKeyUpDonwEvent(int redView, bool selected);
 
     QMutex m_DirKeyLock;                  ///< guards m_DirKeys
     QList<int> m_DirKeys;                 ///< pending direction keys, Qt key codes
-    std::atomic<bool> m_bExitClear{true}; ///< cleared by the shell just before the program ends
+    std::atomic<bool> m_bExitClear{true}; ///< cleared just before the program ends: SubWndClosed is then not told
 
 signals:
     /// Base point, size, angle, count and work type of the selection, as GetSelectObjPos and GetSelectObjWorkType give
@@ -152,7 +161,7 @@ signals:
     void MouseMoveEvent(QPointF mm, QPoint pixel);
     void ChangeOperatorOnView();
     void RedoUnDo(bool redo, bool undo);
-    /// The document with this path is being closed.
+    /// The document with this name (GetFileName) is being closed. Emitted by the destructor.
     void SubWndClosed(QString path);
 
 protected:
