@@ -12,11 +12,13 @@
 class ENGINE_API CCSServer : public QObject {
     Q_OBJECT
 public:
+    /// Never null.
     static CCSServer* Instance();
-    /// Sends one answer; `tag` is what came with the command.
+    /// Sends one answer; `tag` is what came with the command. Nothing without a station.
     void WriteTcpMsg(CCSCmd cmd, int tag);
 
 signals:
+    /// A command has come in; `tag` goes back unchanged with its answer.
     void SendSignals(CCSCmd cmd, int tag);
 
 private:
@@ -26,6 +28,7 @@ private:
     std::unique_ptr<Private> d;
 };
 
-/// Start and stop of the command server. InitServer() is false when it could not listen. Main thread.
+/// Start and stop of the command server. InitServer() is false when it could not listen; CloseServer() may be called
+/// without it. Main thread.
 ENGINE_API bool InitServer();
 ENGINE_API void CloseServer();
