@@ -4,13 +4,14 @@
 #include "engine/engineapi.h"
 
 /// C functions of the card library. Any thread. With the card closed they change nothing; the functions that fill a
-/// value write 0.
+/// value write 0, and a write to the flash fails.
 extern "C" {
 
 /// Signature of the function that shows a message of the card library: text in UTF-8, kind 0 information, 1 error.
 typedef void (*VZMessageFunction)(char const* text, int kind);
 
-/// Hardware word: bit 7 and bits 5 and 6 tell the laser type, bit 12 and bits 22 and 23 the card variant.
+/// Hardware word: the laser type is bit 7 times 4 plus bits 5 and 6 as a number; bits 22 and 23 tell the card variant,
+/// and of variant 1 bit 12 which of its two kinds it is.
 ENGINE_API void VZ_GetHdVer(unsigned int* word);
 /// Gives the card library its message function; `context` is handed back by engines that need it and may be null.
 ENGINE_API void VZ_SetFuncMessageDisp(VZMessageFunction function, void* context);
@@ -26,13 +27,15 @@ ENGINE_API void VZ_SetFlyPara();
 ENGINE_API void VZ_SetFlyEncInitPos(int position);
 /// Reads the encoder count.
 ENGINE_API void VZ_GetEncPos(int* position);
-/// Writes up to 2048 bytes of firmware at an address; 0 on success.
+/// Writes 1 to 2048 bytes of firmware at an address; 0 on success. Blocks until they are written.
 ENGINE_API int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size);
-/// Restarts the card after a firmware update, or resets its flash.
+/// Restarts the card after a firmware update, or resets its flash. Ends a running job and blocks until the card is
+/// back.
 ENGINE_API void VZ_ResetCardFlash();
 /// The card rereads its parameter file; `path` is in Latin-1.
 ENGINE_API void VZ_SetCardParaFile(char const* path);
 }
 
-/// Message function of the engine: shows a message to the operator, or logs it when no window is up.
+/// Message function of the engine: shows a message to the operator, or logs it when no window is up. `kind` as above.
+/// Any thread; it does not wait for the operator.
 ENGINE_API void MessageBox(char const* text, int kind);

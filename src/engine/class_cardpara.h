@@ -23,22 +23,22 @@ struct AxisPara {
                           ///< backwards, positive limit then index, negative limit then index
     double HomeHighSpeed = 20.0; ///< axis unit/s
     double HomeHighAcc = 200.0;  ///< axis unit/s^2
-    double HomeLowSpeed = 5.0;
+    double HomeLowSpeed = 5.0;   ///< likewise
     double HomeLowAcc = 100.0;
-    int HomeCount = 1; ///< repeated approaches
-    double HomeBackDist = 5.0;
-    int LimitEnable = 1;
-    int LimitReverse = 0;
-    int PulseReverse = 0;
-    int DriverAlarmEnable = 0;
-    int DriverReverse = 0;
-    int JogReverse = 0;
-    double JogHighSpeed = 50.0;
-    double JogHighAcc = 500.0;
+    int HomeCount = 1;          ///< repeated approaches
+    double HomeBackDist = 5.0;  ///< axis unit that it backs off between two approaches
+    int LimitEnable = 1;        ///< 0 or 1, like the five that follow
+    int LimitReverse = 0;       ///< the limit lines are inverted
+    int PulseReverse = 0;       ///< the pulse direction is inverted
+    int DriverAlarmEnable = 0;  ///< the driver's alarm line is obeyed
+    int DriverReverse = 0;      ///< that line is inverted
+    int JogReverse = 0;         ///< the jog direction is inverted
+    double JogHighSpeed = 50.0; ///< axis unit/s
+    double JogHighAcc = 500.0;  ///< axis unit/s^2
     double JogLowSpeed = 10.0;
     double JogLowAcc = 100.0;
-    int SoftLimitEnable = 0;
-    double SoftLimitMin = 0.0;
+    int SoftLimitEnable = 0;   ///< 0 or 1
+    double SoftLimitMin = 0.0; ///< axis unit
     double SoftLimitMax = 200.0;
 };
 
@@ -54,19 +54,19 @@ struct AxisHomePlan {
 class ENGINE_API Class_CardPara {
 public:
     bool EnableMotion = false;
-    int AxisCount = 3;
-    double MaxSpeed = 500.0;
-    double MaxAcc = 5000.0;
+    int AxisCount = 3;       ///< axes in use, the first of `Axis`
+    double MaxSpeed = 500.0; ///< axis unit/s
+    double MaxAcc = 5000.0;  ///< axis unit/s^2
     std::array<AxisPara, kAxisSlots> Axis;
-    double DefaultSpeed = 50.0;
-    double DefaultAcc = 500.0;
-    int DefaultDelay = 50; ///< ms that an axis is given to settle
+    double DefaultSpeed = 50.0; ///< axis unit/s
+    double DefaultAcc = 500.0;  ///< axis unit/s^2
+    int DefaultDelay = 50;      ///< ms that an axis is given to settle
     std::array<AxisHomePlan, kAxisSlots> Home;
-    bool HomeDoneSignal = false;
-    int HomeDoneBit = 0;
-    int HomeDoneTime = 100; ///< ms
-    bool HomeDoneHigh = true;
-    bool HomeAtStart = false;
+    bool HomeDoneSignal = false; ///< an output tells that homing has ended
+    int HomeDoneBit = 0;         ///< that output
+    int HomeDoneTime = 100;      ///< ms that it stays
+    bool HomeDoneHigh = true;    ///< it tells by the level 1
+    bool HomeAtStart = false;    ///< the axes with `Home[i].Enable` are homed at program start
 
     Class_CardPara();
 

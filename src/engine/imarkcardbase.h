@@ -18,7 +18,8 @@ public:
 
     /// Opens a direct job: AddList and AddMarkPoint calls follow. `mode` is 1 for a job of this program.
     virtual void BeginList(int mode) = 0;
-    /// Closes the direct job, runs it on the calling thread and returns when it has ended.
+    /// Closes the direct job, runs it on the calling thread and returns when it has ended. It runs whatever the run
+    /// state was before, MarkStatusStop included; a stop from BeginList on ends it.
     virtual void EndList() = 0;
     /// Stops the card at once. When it has returned nothing more is marked.
     virtual void StopMark() = 0;
@@ -30,18 +31,20 @@ public:
     virtual void ResetCardFlash() = 0;
     /// Buffer run time of the last job in ms; 0 before the first and with the card closed.
     virtual double GetBufferRunTime() = 0;
-    /// Alarm time setting, ms.
+    /// Alarm time setting, ms, kept over the program's end. It can be read with the card closed, but not set.
     virtual int GetAlarmTime() = 0;
     virtual void SetAlarmTime(int ms) = 0;
-    /// General command channel of attached devices; the outputs stay unchanged when nothing answers.
+    /// General command channel of attached devices; the outputs, which may be null, stay unchanged when nothing
+    /// answers.
     virtual void CardCommand(int code, int a, int b, int* out1, int* out2) = 0;
     virtual ~IMarkCardBase();
 
     /// Opens the hardware. Its success is told by IsCardOpend().
     void OpenCard();
+    /// Stops a running job, whose caller then gets its result.
     void CloseCard();
     bool IsCardOpend() const;
-    /// A motion module is fitted.
+    /// A motion module is fitted; false when closed.
     bool HasMotion() const;
     /// Text of the card's version, empty when closed.
     QString GetCardVersion() const;
@@ -58,7 +61,8 @@ public:
 
     /// Kind of the next job.
     void SetMarkType(MarkType type);
-    /// Run state that the card's worker and MarkShapeContainer::StartMark obey.
+    /// Run state that the card's worker and MarkShapeContainer::StartMark obey: stop ends the running job, pause holds
+    /// it, run lets it go on.
     void SetMarkStaus(MarkStatus status);
     /// State last set; MarkStatusStop when closed.
     MarkStatus GetMarkStatus() const;
@@ -67,9 +71,10 @@ public:
     /// Loads the pen table into the card. `count` is always 20.
     void DownLayerPara(LayerParamEx* layers, int count);
 
-    /// Queues one polyline of `count` points for pen `layer` into the open direct job.
+    /// Queues one polyline of `count` points for pen `layer`, 0 to 19, into the open direct job; without one it opens
+    /// one. The points are copied.
     void AddList(DOT3* points, int count, int layer);
-    /// Queues one point with a dwell time in ms for pen `layer` of `layers` into the open direct job.
+    /// Queues one point with a dwell time in ms for pen `layer` of `layers` likewise.
     void AddMarkPoint(LayerParamEx const& layers, int layer, DOT3 point, double dwell);
     /// Moves the mirrors without laser to (x, y) mm at `speed` mm/s. `mode` is 0.
     void MoveMirrorPos(double x, double y, double speed, int mode);
@@ -78,16 +83,20 @@ public:
     bool SystemIsAlarm(unsigned int& word);
     void ClearAlarm();
     /// Status word of the run: bit 0 running, 8 run succeeded, 9 motion stopped, 10 data underrun, 20 to 23 what the
-    /// card waits for, 24 paused, 25 time-out.
+    /// card waits for (0 nothing, 1 input, 2 extended motion module, 3 encoder, 4 closed-loop head), 24 paused, 25
+    /// time-out. 0 when closed.
     unsigned int GetMarkInfo() const;
-    /// Status word of the scan head.
+    /// Status word of the scan head: bits 0 and 1 the loop (0 unknown, 2 faulty, 3 good), 2 and 3 feedback position
+    /// wrong in X and Y, 4 and 5 head alarm X and Y, 6 and 7 no feedback X and Y, 8 closed-loop head, 9 initialising,
+    /// 10 overcurrent, 11 supply, 12 and 13 position wrong in X and Y, 14 transfer check failed. 0 when closed.
     unsigned int GetScanState() const;
-    /// Text of what the card waits for.
+    /// Text of what the card waits for, in the operator's language; empty when it waits for nothing.
     QString GetWaitInfo() const;
 
-    /// The box calibration record of the card, edited in place. Never null.
+    /// The box calibration record of the card, edited in place on the main thread while no calibration runs. Never
+    /// null, with the card closed too.
     StandardCalibParam* GetStabtadrCalibParam();
-    /// The card takes over that record.
+    /// The card takes over that record as it is now.
     void SetCalibrationParam();
 
 protected:

@@ -5,7 +5,8 @@
 
 /// The serial laser as the engine sees it: the front end's laser form implements it and registers itself in
 /// `m_hInstance`; the engine sets waveform parameters per pen through it during a run. Null while there is none.
-/// The operations are called on the engine's run thread. The slot order is part of the boundary.
+/// It is registered on the main thread while no job runs, and the destructor takes itself back. The operations are
+/// called on the engine's run thread. The slot order is part of the boundary.
 class ENGINE_API IModbusLaser {
 public:
     /// Pulse width of the selected waveform, us.
@@ -17,10 +18,13 @@ public:
     virtual void AutoCalcPWM(double& freq, double& duty) = 0;
     /// Peak in W, pulse in ms, for waveform `model` (0 to 15).
     virtual void SetQCWParam(int model, double peak, double pulse) = 0;
+    /// The whole waveform: `mode` 0 QCW, else PWM; peaks in W, `qcwPulse` in ms, `pwmFreq` in Hz, `pwmDuty` in percent,
+    /// the two delays in ms.
     virtual void SetQCWParam(int mode, int model, double qcwPeak, double qcwPulse, double pwmPeak, double pwmFreq,
                              double pwmDuty, double blowDelay, double shutterDelay) = 0;
     virtual ~IModbusLaser();
 
+    /// What is registered, null without a serial laser.
     static IModbusLaser* Instance();
     static IModbusLaser* m_hInstance;
 };

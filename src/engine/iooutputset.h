@@ -47,13 +47,14 @@ public:
     void SetProtectGas(IMarkCardBase* card, bool on);
     bool ProtectGasEnabled(IMarkCardBase* card) const;
 
-    /// End signal: `clearType` 0 blocks for `duration` ms, 1 clears at the next run, 2 waits for the acknowledge input
-    /// for up to `ackTimeout` ms, 3 clears after `duration` ms without blocking; `selfCheck` reads the signal back.
+    /// End signal, which the engine gives when MarkShapeContainer::StartMark ends a normal job: `clearType` 0 blocks
+    /// for `duration` ms, 1 clears at the next run, 2 waits for the acknowledge input for up to `ackTimeout` ms, 3
+    /// clears after `duration` ms without blocking; `selfCheck` reads the signal back.
     void GetEndSignal(bool& enable, int& output, int& level, int& clearType, int& duration, int& ackInput,
                       int& ackLevel, int& ackTimeout, bool& selfCheck) const;
     void SetEndSignal(bool enable, int output, int level, int clearType, int duration, int ackInput, int ackLevel,
                       int ackTimeout, bool selfCheck);
-    std::atomic<bool> m_bStopHasEndSig{false}; ///< a stopped run gives the end signal too
+    std::atomic<bool> m_bStopHasEndSig{false}; ///< a stopped run gives the end signal too; persisted by Save()
 
 private:
     IOOutputSet();

@@ -24,8 +24,8 @@ struct ENGINE_API LayerData {
     double PWM = 50.0;                                ///< percent, or us when the pulse-width mode is on
     int OpenLaserDelay = 100;                         ///< us, may be negative
     int CloseLaserDelay = 100;                        ///< us, may be negative
-    int EndDelay = 300;                               ///< us
-    int TurnDelay = 50;                               ///< us at each corner
+    int EndDelay = 300;                               ///< us, may be negative
+    int TurnDelay = 50;                               ///< us at each corner, may be negative
     double JumpSpeed = 3000.0;                        ///< mm/s
     int MaxJumpDelay = 500;                           ///< us, at and beyond MaxJumpDelayDist
     int MarkDelay = 100;                              ///< us after each stroke

@@ -6,14 +6,16 @@
 
 #include <memory>
 
-/// Access to the axes. Every operation may be called from any thread; with the motion card closed it does nothing.
-/// Positions in the axis's unit (mm or degrees), speeds in unit/s, accelerations in unit/s^2.
+/// Access to the axes, numbered from 0. Every operation may be called from any thread; with the motion card closed it
+/// does nothing, gives false and leaves the values that it should fill as they are. Positions in the axis's unit (mm or
+/// degrees), speeds in unit/s, accelerations in unit/s^2.
 class ENGINE_API MoveCardManager {
 public:
     static MoveCardManager* Instance();
 
     /// Takes ownership of the motion card object.
     void SetMoveCardInstance(IMoveCardBase* card);
+    /// Decodes the state words of AxisGetInfo. Null before the shell has set one.
     IMoveCardBase* GetMoveCardInstance() const;
     /// Opens the motion card; its success is told by IsCardOpened().
     void InitMoveCard();
@@ -28,13 +30,13 @@ public:
     bool AxisMove2Jog(int axis, double signedSpeed, double acc);
     /// Gives the position counted since homing.
     bool AxisGetAltPos(int axis, double& pos) const;
-    /// Gives position and state word.
+    /// Gives position and state word, which IMoveCardBase decodes.
     bool AxisGetInfo(int axis, double& pos, int& state) const;
     /// Puts the axis back into point-to-point mode after a jog.
     bool AxisChangeToT(int axis);
     /// Declares the present place of the axis to be `pos`.
     bool SetCurPos(int axis, double pos);
-    /// Blocks until the axis stands still.
+    /// Blocks until the axis stands still, or returns at once when it does not exist.
     void WaiAxisStop(int axis);
     /// Stops all axes with their acceleration.
     void StopAll();

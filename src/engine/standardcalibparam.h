@@ -29,7 +29,9 @@ struct ENGINE_API StandardCalibParam {
     MirrorCorrection Mirror2;
     QString FileName; ///< name of the record's file below /ini/, set by the engine
 
-    /// Writes the record to its file: one value a line, 20 lines, in the order of the fields. False when it could
-    /// not be written; the old file is then whole.
+    /// Writes the record to its file: one value a line with six significant digits, 20 lines. The order is that of the
+    /// fields as far as Mirror2Reverse, then scale, barrel, parallelogram and trapezoid of mirror 1 and of mirror 2,
+    /// then light scale and offset of mirror 1 and of mirror 2. The file is not cut: what stands behind these lines
+    /// stays. False when it could not be written; the old file is then whole.
     bool Save() const;
 };

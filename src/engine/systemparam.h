@@ -7,8 +7,8 @@
 #include <QString>
 #include <memory>
 
-/// The machine's settings: get and set pairs, and Save() which persists all. The getters may be called from any thread;
-/// setters and Save() belong to the main thread.
+/// The machine's settings: get and set pairs, and Save() which persists all. The getters and LoopMarkDelay() may be
+/// called from any thread; setters, Save() and the public members belong to the main thread.
 class ENGINE_API SystemParam {
 public:
     static SystemParam* Instance();
@@ -39,6 +39,7 @@ public:
     /// a run may be triggered out of a looping red-light preview
     bool EnableTriggerWhenRedLoop() const;
     void SetEnableTriggerWhenRedLoop(bool value);
+    /// the ready line is driven by software
     bool EnableSoftReady() const;
     void SetEnableSoftReady(bool value);
     /// ms between strokes of different pens
@@ -56,11 +57,12 @@ public:
     /// V, largest analogue power voltage
     double GetMaxDA() const;
     void SetMaxDA(double value);
-    /// Gives the card its loop delay in milliseconds; not persisted.
+    /// Gives the card its loop delay in milliseconds for the jobs that follow; not persisted. Run workers call it.
     void LoopMarkDelay(double ms);
     double GetLoopMarkDelay() const;
-    /// Drawing area in mm.
+    /// Drawing area in mm, y upwards.
     QRectF GetCanvasRect() const;
+    /// Size and centre in mm.
     void SetCanvas(double width, double height, double centerX, double centerY);
     /// mm by which pasted objects are shifted
     void GetPasteOffSet(double& x, double& y) const;
@@ -125,11 +127,13 @@ public:
     /// days for which a code text may not repeat
     int CheckCodeTextDays() const;
     void SetCheckCodeTextDays(int value);
+    /// the check against repeated code texts is compulsory
     bool ForceCheckCodeText() const;
     void SetForceCheckCodeText(bool value);
     /// ms
     int GetCCDTimeOut() const;
     void SetCCDTimeOut(int value);
+    /// resolution of circles, dots an inch
     int GetCCDCircleDPI() const;
     void SetCCDCircleDPI(int value);
     /// address of the camera link
@@ -169,6 +173,7 @@ public:
     /// the outer encoder tracks the product
     bool FlyMarkIsUsedExEnc() const;
     void FlyMarkSetUsedExEnc(bool value);
+    /// the inner encoder runs
     bool FlyMarkIsEnInnerEnc() const;
     void FlyMarkSetEnInnerEnc(bool value);
     /// pulse interval of the inner encoder
@@ -180,10 +185,13 @@ public:
     /// 0 forward, 1 opposite
     int FlyMarkGetOuterEncDir() const;
     void FlyMarkSetOuterEncDir(int value);
+    /// the encoder's range is limited to FlyMarkGetEncRange()
     bool FlyMarkIsEncRangeEn() const;
     void FlyMarkSetEncRangeEn(bool value);
+    /// encoder pulses
     int FlyMarkGetEncRange() const;
     void FlyMarkSetEncRange(int value);
+    /// encoder pulses a mm
     int FlyMarkGetEncPPM() const;
     void FlyMarkSetEncPPM(int value);
     /// encoder pulses a mm in x and y
