@@ -8,7 +8,10 @@ namespace sim {
 
 namespace {
 
+/// A stop is StopMark, state Stop, StopMark; the card has settled this long after the last of them,
 constexpr std::chrono::milliseconds kSettleTime(10);
+/// or this long after a stop that is not followed up: the thread that stops may lose the processor in between.
+constexpr std::chrono::milliseconds kFollowUpTime(500);
 constexpr std::chrono::seconds kSettleLimit(1);
 
 } // namespace
@@ -89,9 +92,10 @@ void JobRunner::setState(RunState state) {
     Lock lock(m_mutex);
     m_state = state;
     alert();
-    if (state == RunState::Stop)
+    if (state == RunState::Stop) {
+        m_lastStopByState = true;
         requestStop(lock);
-    else if (state == RunState::Pause)
+    } else if (state == RunState::Pause)
         awaitHold(lock);
 }
 
@@ -102,12 +106,14 @@ RunState JobRunner::state() const {
 
 void JobRunner::stop() {
     Lock lock(m_mutex);
+    m_lastStopByState = false;
     requestStop(lock);
 }
 
 void JobRunner::requestStop(Lock& lock) {
     ++m_stops;
     m_lastStop = Clock::now();
+    m_changed.notify_all(); // for who waits for the card to settle
     if (!m_job)
         return;
     if (!m_stop) {
@@ -144,11 +150,12 @@ void JobRunner::setWaiting(bool on) {
 bool JobRunner::waitSettled() {
     Lock lock(m_mutex);
     const Clock::time_point limit = Clock::now() + kSettleLimit;
-    // A stop comes as several calls in a row; a job started between two of them would fall to the second.
+    // A job that is started between two of the calls would fall to the second.
     while (Clock::now() < limit) {
         const bool ending = m_stop && m_job && !onWorker();
-        const Clock::time_point settled = m_lastStop + kSettleTime;
-        if (!ending && (m_stops == 0 || settled <= Clock::now()))
+        const bool complete = m_state == RunState::Stop && !m_lastStopByState;
+        const Clock::time_point settled = m_lastStop + (complete ? kSettleTime : kFollowUpTime);
+        if (!ending && (!m_open || m_stops == 0 || settled <= Clock::now()))
             return true;
         m_changed.wait_until(lock, ending ? limit : std::min(limit, settled));
     }
@@ -233,7 +240,6 @@ Reaction JobRunner::lastReaction() const {
 void JobRunner::alert() {
     m_attention.store(true, std::memory_order_release);
     m_wake.notify_one();
-    m_changed.notify_all();
 }
 
 void JobRunner::awaitEnd(Lock& lock, std::uint64_t job) {

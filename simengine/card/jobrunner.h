@@ -4,13 +4,13 @@
 #include "simengine/card/executor.h"
 #include "simengine/card/job.h"
 #include "simengine/card/penparams.h"
+#include "simengine/card/prioritylock.h"
 #include "simengine/card/simclock.h"
 #include "simengine/card/timemodel.h"
 #include "simengine/card/trace.h"
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdint>
 #include <mutex>
 #include <thread>
@@ -95,8 +95,8 @@ public:
     void release();
     /// Lets jobs wait as for a signal from outside, on top of the other holds.
     void setWaiting(bool on);
-    /// Waits until no stop has been asked for during 10 ms and no stopped job is still ending. False when that took
-    /// longer than a second.
+    /// Waits until a stop is over. A stop comes as stop(), setState(Stop), stop(): the card has settled 10 ms after the
+    /// last of the three, 0.5 s after a stop that is not followed up. False when that took longer than a second.
     bool waitSettled();
 
     /// Simulated seconds a second, 0 as fast as possible; a negative or invalid factor is ignored.
@@ -114,7 +114,7 @@ public:
     Reaction lastReaction() const;
 
 private:
-    using Lock = std::unique_lock<std::mutex>;
+    using Lock = std::unique_lock<PriorityMutex>;
     using Clock = std::chrono::steady_clock;
 
     /// A mirror move without a job.
@@ -143,10 +143,10 @@ private:
     bool onWorker() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
     Trace& m_trace;
-    mutable std::mutex m_mutex;        ///< guards everything below but the attention flag
-    std::condition_variable m_wake;    ///< for the worker
-    std::condition_variable m_changed; ///< for those who wait for it
-    std::mutex m_openMutex;            ///< one opening or closing at a time; taken before m_mutex
+    mutable PriorityMutex m_mutex; ///< guards everything below but the attention flag
+    PriorityCondition m_wake;      ///< for the worker
+    PriorityCondition m_changed;   ///< for those who wait for it
+    std::mutex m_openMutex;        ///< one opening or closing at a time; taken before m_mutex
     std::thread m_thread;
     std::atomic<bool> m_attention{false};
     bool m_open = false;
@@ -158,6 +158,7 @@ private:
     bool m_stop = false;
     std::uint64_t m_stops = 0; ///< stops asked for so far
     Clock::time_point m_lastStop{};
+    bool m_lastStopByState = false; ///< the last stop was the state's, so StopMark is still to follow
     double m_factor = 1.0;
 
     const Job* m_job = nullptr; ///< the job on the card

@@ -119,6 +119,7 @@ bool JobRunner::obey(Lock& lock, Executor& executor) {
         return false;
     schedule();
     m_clock.anchor(Clock::now(), executor.nowUs(), m_factor);
+    m_changed.notify_all(); // a hold that was taken back before it began
     return true;
 }
 

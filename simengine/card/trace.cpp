@@ -9,7 +9,7 @@ namespace sim {
 
 void Trace::beginPass() {
     std::vector<std::shared_ptr<TraceSnapshot::Block>> old;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     // The first block stays when nobody looks at it, so that a short loop allocates nothing.
     if (m_blocks.size() != 1 || m_blocks.front().use_count() != 1)
         old.swap(m_blocks);
@@ -19,7 +19,7 @@ void Trace::beginPass() {
 }
 
 void Trace::append(TraceRow row) {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    std::unique_lock<PriorityMutex> lock(m_mutex);
     if (const std::shared_ptr<const PointMap> map = m_map) {
         lock.unlock();
         row.at = (*map)(row.at);
@@ -37,7 +37,7 @@ void Trace::append(TraceRow row) {
 
 TraceSnapshot Trace::snapshot() const {
     TraceSnapshot copy;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     copy.m_blocks.assign(m_blocks.begin(), m_blocks.end());
     copy.m_size = m_size;
     copy.m_dropped = m_dropped;
@@ -46,12 +46,12 @@ TraceSnapshot Trace::snapshot() const {
 }
 
 std::size_t Trace::size() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     return m_size;
 }
 
 std::uint64_t Trace::pass() const {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     return m_pass;
 }
 
@@ -71,7 +71,7 @@ std::size_t Trace::readSince(std::uint64_t& pass, std::size_t& from, std::vector
 
 void Trace::setPointMap(PointMap map) {
     auto shared = map ? std::make_shared<const PointMap>(std::move(map)) : nullptr;
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     m_map = std::move(shared);
 }
 

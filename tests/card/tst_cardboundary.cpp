@@ -1,4 +1,4 @@
-// SPDX-License-Identifier: GPL-2.0-or-later
+// SPDX-License-Identifier: MIT
 // The card as the boundary shows it, on the simulated machine.
 #include "engine/cardfunctions.h"
 #include "engine/markcardinstance.h"
