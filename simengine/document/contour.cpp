@@ -2,6 +2,8 @@
 #include "simengine/document/contour.h"
 
 #include <cmath>
+#include <map>
+#include <optional>
 
 namespace sim {
 
@@ -23,6 +25,75 @@ void closeIfMet(Contour& contour, double tolerance) {
     contour.closed = true;
     contour.segments.back().end = contour.start;
 }
+
+/// The ends of open contours that belong to no chain yet, found by their place.
+class OpenEnds {
+public:
+    struct Found {
+        size_t contour;
+        bool atEnd; ///< the contour's end is what was found, so it is run through backwards
+    };
+
+    OpenEnds(const std::vector<Contour>& contours, double tolerance)
+        : m_contours(contours)
+        , m_tolerance(tolerance)
+        , m_taken(contours.size(), false) {
+        for (size_t i = 0; i < contours.size(); ++i) {
+            if (contours[i].closed)
+                continue;
+            m_cells[cellOf(contours[i].start)].push_back({i, false});
+            m_cells[cellOf(contours[i].end())].push_back({i, true});
+        }
+    }
+
+    bool isTaken(size_t contour) const { return m_taken[contour]; }
+    void take(size_t contour) { m_taken[contour] = true; }
+
+    /// The nearest end within the tolerance; of equally near ones the first contour, and its start before its end.
+    std::optional<Found> takeNearest(const QPointF& place) {
+        std::optional<Found> best;
+        double bestDistance = m_tolerance;
+        const Cell middle = cellOf(place);
+        for (qint64 dx = -1; dx <= 1; ++dx) {
+            for (qint64 dy = -1; dy <= 1; ++dy) {
+                const auto cell = m_cells.find({middle.first + dx, middle.second + dy});
+                if (cell == m_cells.end())
+                    continue;
+                for (const Found& found : cell->second)
+                    consider(found, place, best, bestDistance);
+            }
+        }
+        if (best)
+            take(best->contour);
+        return best;
+    }
+
+private:
+    using Cell = std::pair<qint64, qint64>;
+
+    Cell cellOf(const QPointF& p) const {
+        return {qint64(std::floor(p.x() / m_tolerance)), qint64(std::floor(p.y() / m_tolerance))};
+    }
+
+    void consider(const Found& found, const QPointF& place, std::optional<Found>& best, double& bestDistance) const {
+        if (m_taken[found.contour])
+            return;
+        const Contour& contour = m_contours[found.contour];
+        const double away = distance(place, found.atEnd ? contour.end() : contour.start);
+        const auto rank = [](const Found& f) { return std::make_pair(f.contour, f.atEnd); };
+        const bool nearer =
+            best ? away < bestDistance || (away == bestDistance && rank(found) < rank(*best)) : away <= bestDistance;
+        if (nearer) {
+            best = found;
+            bestDistance = away;
+        }
+    }
+
+    const std::vector<Contour>& m_contours;
+    double m_tolerance;
+    std::vector<bool> m_taken;
+    std::map<Cell, std::vector<Found>> m_cells;
+};
 
 } // namespace
 
@@ -96,32 +167,17 @@ std::vector<Contour> segmentsOf(const Contour& contour) {
 }
 
 std::vector<Contour> joinContours(std::vector<Contour> contours, double tolerance) {
+    OpenEnds ends(contours, tolerance);
     std::vector<Contour> joined;
-    std::vector<bool> used(contours.size(), false);
     for (size_t i = 0; i < contours.size(); ++i) {
-        if (used[i])
+        if (ends.isTaken(i))
             continue;
+        ends.take(i);
         Contour chain = contours[i];
         bool turned = false;
         while (!chain.closed) {
-            size_t best = contours.size();
-            bool reverse = false;
-            double bestDistance = tolerance;
-            for (size_t j = i + 1; j < contours.size(); ++j) {
-                if (used[j] || contours[j].closed)
-                    continue;
-                const double forward = distance(chain.end(), contours[j].start);
-                const double backward = distance(chain.end(), contours[j].end());
-                if (std::min(forward, backward) <= bestDistance &&
-                    (best == contours.size() || std::min(forward, backward) < bestDistance)) {
-                    best = j;
-                    reverse = backward < forward;
-                    bestDistance = std::min(forward, backward);
-                }
-            }
-            if (best < contours.size()) {
-                used[best] = true;
-                append(chain, contours[best], reverse);
+            if (const auto next = ends.takeNearest(chain.end())) {
+                append(chain, contours[next->contour], next->atEnd);
                 continue;
             }
             closeIfMet(chain, tolerance);

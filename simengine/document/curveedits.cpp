@@ -110,13 +110,14 @@ EditResult combineCurves(const DocumentState& state, bool join) {
     const ObjectPtr whole = reshaped(*state.at(curves.first()), pathOf(contours));
     if (!whole)
         return std::nullopt;
+    const Selection combined(curves, state.count());
     ObjectList objects;
     int place = 0;
     for (int i = 0; i < state.count(); ++i) {
         if (i == curves.first()) {
             place = int(objects.size());
             objects.push_back(whole);
-        } else if (!curves.contains(i)) {
+        } else if (!combined.contains(i)) {
             objects.push_back(state.at(i));
         }
     }
