@@ -134,6 +134,7 @@
     <message><source>安全光幕触发</source><translation>Light curtain interrupted</translation></message>
     <message><source>急停</source><translation>Emergency stop</translation></message>
     <message><source>未知错误</source><translation>Unknown error</translation></message>
+    <message><source>打开卡失败</source><translation>The card could not be opened</translation></message>
     <!-- Status window -->
     <message><source>卡&amp;振镜状态</source><translation>Card &amp; scanner state</translation></message>
     <message><source>运行中</source><translation>Running</translation></message>
@@ -828,6 +829,24 @@
     <message><source>修改打标参数</source><translation>Edit mark parameters</translation></message>
     <message><source>设置管理员密码</source><translation>Set administrator's password</translation></message>
     <message><source>密码只能包含数字</source><translation>The password may hold digits only</translation></message>
+    <!-- Document view -->
+    <message><source>列数</source><translation>Columns</translation></message>
+    <message><source>行数</source><translation>Rows</translation></message>
+    <message><source>列间距(mm)</source><translation>Column distance (mm)</translation></message>
+    <message><source>行间距(mm)</source><translation>Row distance (mm)</translation></message>
+    <message><source>点</source><translation>Point</translation></message>
+    <message><source>线</source><translation>Line</translation></message>
+    <message><source>圆弧</source><translation>Arc</translation></message>
+    <message><source>曲线</source><translation>Curve</translation></message>
+    <message><source>组合</source><translation>Group</translation></message>
+    <message><source>移到最前</source><translation>Move to front</translation></message>
+    <message><source>移到最后</source><translation>Move to back</translation></message>
+    <message><source>文档没有文字对象</source><translation>Documents hold no text objects</translation></message>
+    <message><source>文档没有该工具的对象</source><translation>Documents hold no objects of this tool</translation></message>
+    <message><source>不能接收传来的文档</source><translation>The document that was sent cannot be taken</translation></message>
+    <message><source>当前引擎没有该运算</source><translation>This engine does not have the operation</translation></message>
+    <message><source>不能添加对象</source><translation>The object cannot be added</translation></message>
+    <message><source>三点不能确定圆</source><translation>The three points give no circle</translation></message>
     <!-- Language and small dialogs -->
     <message><source>语言设置成功,重启软件后全部生效</source><translation>The language is set. Some texts change after a restart of the software.</translation></message>
     <message><source>锯齿</source><translation>Zigzag</translation></message>
@@ -843,29 +862,12 @@
     <message><source>删除</source><translation>Delete</translation></message>
     <message><source>名称</source><translation>Name</translation></message>
     <message><source>拍照位</source><translation>Photo position</translation></message>
-    <message><source>列数</source><translation>Columns</translation></message>
-    <message><source>行数</source><translation>Rows</translation></message>
-    <message><source>列间距(mm)</source><translation>Column pitch (mm)</translation></message>
-    <message><source>行间距(mm)</source><translation>Row pitch (mm)</translation></message>
     <message><source>导入对象</source><translation>Imported objects</translation></message>
     <message><source>页面</source><translation>Page</translation></message>
     <message><source>未导入</source><translation>Not imported</translation></message>
-    <message><source>点</source><translation>Point</translation></message>
-    <message><source>线</source><translation>Line</translation></message>
-    <message><source>圆弧</source><translation>Arc</translation></message>
-    <message><source>曲线</source><translation>Curve</translation></message>
-    <message><source>组合</source><translation>Group</translation></message>
-    <message><source>移到最前</source><translation>Move to first</translation></message>
-    <message><source>移到最后</source><translation>Move to last</translation></message>
-    <message><source>文档没有文字对象</source><translation>Documents have no text objects</translation></message>
-    <message><source>文档没有该工具的对象</source><translation>Documents have no objects of this tool</translation></message>
-    <message><source>不能接收传来的文档</source><translation>The document sent cannot be taken over</translation></message>
-    <message><source>当前引擎没有该运算</source><translation>This engine does not have the operation</translation></message>
     <message><source>文档只读</source><translation>The document is read-only</translation></message>
     <message><source>文件中没有可导入的对象</source><translation>The file has nothing that can be imported</translation></message>
     <message><source>图形超出坐标范围</source><translation>The drawing reaches beyond the coordinate range</translation></message>
     <message><source>导入矢量文件</source><translation>Import vector file</translation></message>
-    <message><source>不能添加对象</source><translation>The object cannot be added</translation></message>
-    <message><source>三点不能确定圆</source><translation>The three points do not make a circle</translation></message>
 </context>
 </TS>
