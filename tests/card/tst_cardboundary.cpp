@@ -601,5 +601,5 @@ void tst_CardBoundary::trace_is_written_by_ending() {
     QVERIFY(!error.empty());
 }
 
-QTEST_MAIN(tst_CardBoundary)
+QTEST_GUILESS_MAIN(tst_CardBoundary)
 #include "tst_cardboundary.moc"
