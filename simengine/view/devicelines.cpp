@@ -11,6 +11,9 @@ namespace {
 /// Square of the distance in pixels below which a vertex adds nothing that can be seen.
 constexpr double kSquaredResolution = 0.25;
 
+/// Pixels by which a line may lean and still lie along an axis.
+constexpr double kLean = 0.02;
+
 } // namespace
 
 DeviceLines::DeviceLines(const QTransform& toPixel, const QRectF& bounds)
@@ -33,11 +36,38 @@ void DeviceLines::append(double x, double y) {
 }
 
 void DeviceLines::endRun() {
-    if (m_points.size() - m_runStart >= 2)
+    if (m_points.size() - m_runStart >= 2) {
+        sharpen();
         m_ends.append(m_points.size());
-    else
+    } else {
         m_points.resize(m_runStart);
+    }
     m_runStart = m_points.size();
+}
+
+void DeviceLines::sharpen() {
+    QPointF* points = m_points.data();
+    const auto middle = [](double value) { return std::floor(value) + 0.5; };
+    const int last = m_points.size() - 1;
+    const QPointF first = points[m_runStart];
+    const bool closed = points[last] == first;
+    QPointF before = first; // as it was, for its part in the next segment
+    for (int i = m_runStart + 1; i < m_points.size(); ++i) {
+        const QPointF here = points[i];
+        if (std::abs(here.x() - before.x()) < kLean)
+            points[i - 1].rx() = points[i].rx() = middle(before.x());
+        if (std::abs(here.y() - before.y()) < kLean)
+            points[i - 1].ry() = points[i].ry() = middle(before.y());
+        before = here;
+    }
+    if (!closed)
+        return;
+    QPointF& begin = points[m_runStart];
+    if (begin.x() == first.x())
+        begin.setX(points[last].x());
+    if (begin.y() == first.y())
+        begin.setY(points[last].y());
+    points[last] = begin;
 }
 
 void DeviceLines::addWhole(const QPolygonF& mm) {

@@ -11,7 +11,8 @@ class QPainter;
 namespace sim {
 
 /// Brings polylines from mm into a viewport: leaves out what cannot be seen, cuts what reaches far beyond the edge (a
-/// painter's numbers end at strong zoom) and drops vertices closer than half a pixel to the one before.
+/// painter's numbers end at strong zoom) and drops vertices closer than half a pixel to the one before. Lines along the
+/// axes are put onto the middles of pixels, so that smoothing does not blur them.
 class DeviceLines {
 public:
     /// `toPixel`: from mm to the viewport, affine. `bounds`: the viewport in pixels with as much around it as pens
@@ -39,6 +40,7 @@ private:
     double pixelX(const QPointF& mm) const { return m_xx * mm.x() + m_xy * mm.y() + m_dx; }
     double pixelY(const QPointF& mm) const { return m_yx * mm.x() + m_yy * mm.y() + m_dy; }
     void endRun();
+    void sharpen();
     bool clip(double& x1, double& y1, double& x2, double& y2) const;
 
     QRectF m_bounds;

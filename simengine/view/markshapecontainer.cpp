@@ -3,7 +3,7 @@
 
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
-#include "simengine/card/cardcore.h"
+#include "simengine/card/cardlink.h"
 #include "simengine/document/jobbuilder.h"
 #include "simengine/view/marktoolaccess.h"
 
@@ -37,26 +37,27 @@ std::unique_ptr<MarkShapeContainer> MarkShapeContainerAccess::make(sim::Document
     return container;
 }
 
-// The pens are those that DownLayerPara has brought to the card; `layers` is the table they came from.
 bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* layers) {
-    Q_UNUSED(layers)
-    sim::CardCore& card = sim::simulatedCard();
-    card.journal().add("StartMark", sim::journalArgs(selectedOnly, loop));
-    const sim::JobRunner::Ticket ticket = card.arm();
-    const SystemParam* settings = SystemParam::Instance();
+    // First of all, so that a stop while the job is being built ends it.
+    sim::CardRun run(selectedOnly, loop);
+    if (!run.isAccepted())
+        return false;
     sim::JobOptions options;
     options.selectedOnly = selectedOnly;
-    options.invertX = settings->InvertX();
-    options.invertY = settings->InvertY();
+    options.invertX = SystemParam::Instance()->InvertX();
+    options.invertY = SystemParam::Instance()->InvertY();
     {
         const std::lock_guard<std::mutex> lock(d->mutex);
         options.offsets = d->offsets;
     }
     sim::Job job = sim::buildJob(*d->document.state(), options);
-    card.setBufferLoop(settings->UsedBufLoop());
-    card.setLoopDelayMs(settings->GetLoopMarkDelay());
-    card.setPenChangeDelayMs(settings->GetChangeLayerDelay());
-    return card.run(std::move(job), loop, ticket);
+    if (job.strokes.empty())
+        return false;
+    if (layers) {
+        sim::CardCore& card = sim::simulatedCard();
+        card.setPens(sim::penTable(*layers, kLayerCount, card.pens()));
+    }
+    return run.start(std::move(job));
 }
 
 int MarkShapeContainer::GetSelectedToolCnt() const {

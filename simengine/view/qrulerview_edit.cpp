@@ -139,8 +139,10 @@ void QRulerView::ArraySelectObj() {
 }
 
 void QRulerView::DissimilationSelectObj(DissimilationParam* param) {
-    if (param)
-        d->edit([param](const DocumentState& state) { return sim::edits::roughen(state, *param); });
+    if (!param)
+        return;
+    const DissimilationParam pattern = *param;
+    d->edit([&pattern](const DocumentState& state) { return sim::edits::roughen(state, pattern); });
 }
 
 void QRulerView::AddMarkPoint(QPointF const& point) {

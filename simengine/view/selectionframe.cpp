@@ -64,12 +64,12 @@ bool SelectionFrame::hasHandle(FrameHandle handle) const {
     return high && (!wide || m_rect.width() >= kRoom);
 }
 
-FrameHandle SelectionFrame::handleAt(const QPointF& pixel) const {
+FrameHandle SelectionFrame::handleAt(const QPointF& pixel, double reach) const {
     static constexpr FrameHandle kOrder[] = {FrameHandle::BottomRight, FrameHandle::TopRight, FrameHandle::BottomLeft,
                                              FrameHandle::TopLeft,     FrameHandle::Rotate,   FrameHandle::Right,
                                              FrameHandle::Bottom,      FrameHandle::Left,     FrameHandle::Top};
     FrameHandle nearest = FrameHandle::None;
-    double best = kReach;
+    double best = reach;
     for (const FrameHandle handle : kOrder) {
         if (!hasHandle(handle))
             continue;

@@ -29,9 +29,12 @@ constexpr int kScaleHandleCount = 8;
 /// Where the handles of a selection are on the screen, and what dragging one does to the selection.
 class SelectionFrame {
 public:
-    static constexpr double kGap = 8.0;             ///< px between the selection's box and the frame
-    static constexpr double kHandleSize = 10.0;     ///< px, drawn
-    static constexpr double kReach = 16.0;          ///< px around a handle's middle that take a press; a finger is wide
+    static constexpr double kGap = 8.0;         ///< px between the selection's box and the frame
+    static constexpr double kHandleSize = 10.0; ///< px, drawn
+    /// px around a handle's middle that take a press. With the mouse less than the gap, so that the outline itself
+    /// stays free for moving; a finger is wide.
+    static constexpr double kMouseReach = 7.5;
+    static constexpr double kTouchReach = 20.0;
     static constexpr double kRotateDistance = 34.0; ///< px from the frame's top edge to the rotation handle
 
     SelectionFrame(const Box& box, const ViewTransform& transform);
@@ -42,7 +45,7 @@ public:
     /// Whether the handle is there: a selection without width or height cannot be scaled in that axis.
     bool hasHandle(FrameHandle handle) const;
     /// The handle at a place in pixels. The corners go first, since edges are near them on a small frame.
-    FrameHandle handleAt(const QPointF& pixel) const;
+    FrameHandle handleAt(const QPointF& pixel, double reach) const;
 
 private:
     Box m_box;

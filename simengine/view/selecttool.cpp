@@ -20,6 +20,10 @@ constexpr double kTouchDrag = 10.0;
 /// Documents of more vertices do not look for the object under the pointer at every move.
 constexpr qint64 kMostHoverVertices = 2000000;
 
+double handleReach(const CanvasPoint& point) {
+    return point.touch ? SelectionFrame::kTouchReach : SelectionFrame::kMouseReach;
+}
+
 Qt::CursorShape scaleCursor(FrameHandle handle) {
     switch (handle) {
     case FrameHandle::TopLeft:
@@ -63,7 +67,7 @@ void SelectTool::press(const CanvasPoint& point) {
     const auto selected = frame();
     const bool readOnly = m_canvas.session().document().isReadOnly();
     if (selected && !readOnly)
-        m_handle = selected->handleAt(point.pixel);
+        m_handle = selected->handleAt(point.pixel, handleReach(point));
     if (m_handle != FrameHandle::None)
         return;
     m_object = objectUnder(point);
@@ -233,7 +237,7 @@ QTransform SelectTool::preview() const {
 void SelectTool::hover(const CanvasPoint& point) {
     const auto selected = frame();
     const bool readOnly = m_canvas.session().document().isReadOnly();
-    m_handle = selected && !readOnly ? selected->handleAt(point.pixel) : FrameHandle::None;
+    m_handle = selected && !readOnly ? selected->handleAt(point.pixel, handleReach(point)) : FrameHandle::None;
     const bool look = m_handle == FrameHandle::None && m_canvas.scene().vertexCount() <= kMostHoverVertices;
     const int under = look ? objectUnder(point) : -1;
     const bool selectedUnder = under >= 0 && m_canvas.scene().state()->selection.contains(under);

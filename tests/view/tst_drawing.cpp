@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: MIT
+// The operators that place objects, zoom and teach.
+#include "simengine/view/canvastool.h"
+#include "viewfixture.h"
+
+using namespace sim;
+using tests::ViewFixture;
+
+namespace {
+
+QVector<QPointF> g_taught;
+void noteTaught(QPointF point) {
+    g_taught.append(point);
+}
+
+} // namespace
+
+class tst_Drawing : public QObject {
+    Q_OBJECT
+
+private:
+    template<typename ShapeType>
+    static const ShapeType* shapeAt(ViewFixture& f, int index) {
+        return index < f.state()->count() ? std::get_if<ShapeType>(&f.state()->at(index)->shape()) : nullptr;
+    }
+    static bool near(const QPointF& a, const QPointF& b) { return QLineF(a, b).length() < 0.2; }
+
+private slots:
+    void points_are_added_with_the_current_pen() {
+        ViewFixture f;
+        f.view.SetCurrentLayerWithOutChangeLayer(7);
+        f.view.SetOperatorOnView(OperatorAddPoint);
+        f.click(10, 5);
+        f.click(-10, 5);
+        QCOMPARE(f.state()->count(), 2);
+        const auto* point = shapeAt<PointShape>(f, 0);
+        QVERIFY(point && near(point->pos, {10, 5}));
+        QCOMPARE(f.view.GetToolLayer(0), 7);
+        QCOMPARE(f.selected(), QList<int>({1}));
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorAddPoint);
+        QCOMPARE(f.undoSteps(), 2);
+    }
+
+    void right_button_goes_back_to_selecting_data() {
+        QTest::addColumn<int>("op");
+        for (const int op : {11, 12, 13, 15, 16, 17, 18, 19, 20, 10})
+            QTest::newRow(qPrintable(QString::number(op))) << op;
+    }
+    void right_button_goes_back_to_selecting() {
+        QFETCH(int, op);
+        ViewFixture f;
+        QSignalSpy spy(&f.view, &QRulerView::ChangeOperatorOnView);
+        f.view.SetOperatorOnView(static_cast<OperatorOnView>(op));
+        QCOMPARE(spy.count(), 0);
+        f.click(0, 0, {}, Qt::RightButton);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorSelect);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(f.state()->count(), 0);
+    }
+
+    void rectangle_by_drag_and_by_two_presses() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddRect);
+        f.dragFromTo({10, 10}, {-20, -5});
+        const auto* rect = shapeAt<RectShape>(f, 0);
+        QVERIFY(rect && near(rect->rect.topLeft(), {-20, -5}) && near(rect->rect.bottomRight(), {10, 10}));
+        f.click(20, 20);
+        QCOMPARE(f.state()->count(), 1);
+        f.hover(30, 25);
+        f.click(40, 30);
+        rect = shapeAt<RectShape>(f, 1);
+        QVERIFY(rect && near(rect->rect.topLeft(), {20, 20}) && near(rect->rect.bottomRight(), {40, 30}));
+    }
+
+    void shift_makes_a_square() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddRect);
+        f.dragFromTo({0, 0}, {20, -8}, Qt::ShiftModifier);
+        const auto* rect = shapeAt<RectShape>(f, 0);
+        QVERIFY(rect && near(rect->rect.topLeft(), {0, -20}) && near(rect->rect.bottomRight(), {20, 0}));
+    }
+
+    void circle_has_its_middle_at_the_first_press() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddCircle);
+        f.dragFromTo({5, 5}, {5, 25});
+        const auto* circle = shapeAt<CircleShape>(f, 0);
+        QVERIFY(circle && near(circle->center, {5, 5}));
+        QVERIFY(qAbs(circle->radius - 20.0) < 0.2);
+    }
+
+    void two_presses_at_one_place_add_nothing() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddCircle);
+        f.click(5, 5);
+        f.click(5, 5);
+        QCOMPARE(f.state()->count(), 0);
+    }
+
+    void line_ends_data() {
+        QTest::addColumn<QString>("end");
+        QTest::newRow("right button") << "right";
+        QTest::newRow("return") << "return";
+        QTest::newRow("double click") << "double";
+    }
+    void line_ends() {
+        QFETCH(QString, end);
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.hover(5, 5);
+        f.click(20, 0);
+        f.click(20, 20);
+        QCOMPARE(f.state()->count(), 0);
+        if (end == "right")
+            f.click(40, 40, {}, Qt::RightButton);
+        else if (end == "return")
+            QTest::keyClick(&f.canvas(), Qt::Key_Return);
+        else
+            QTest::mouseDClick(&f.canvas(), Qt::LeftButton, {}, f.pixel(20, 20));
+        const auto* line = shapeAt<PolylineShape>(f, 0);
+        QVERIFY(line);
+        QCOMPARE(line->points.size(), 3);
+        QVERIFY(!line->closed);
+        QVERIFY(near(line->points[2], {20, 20}));
+        QCOMPARE(f.undoSteps(), 1);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorAddLine);
+    }
+
+    void press_on_the_first_point_closes_the_line() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.click(20, 0);
+        f.click(20, 20);
+        f.click(0.4, 0.4);
+        const auto* line = shapeAt<PolylineShape>(f, 0);
+        QVERIFY(line && line->closed);
+        QCOMPARE(line->points.size(), 3);
+    }
+
+    void backspace_takes_a_point_back_and_shift_snaps() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.click(30, 30);
+        QTest::keyClick(&f.canvas(), Qt::Key_Backspace);
+        f.click(20, 3, Qt::ShiftModifier);
+        QTest::keyClick(&f.canvas(), Qt::Key_Enter);
+        const auto* line = shapeAt<PolylineShape>(f, 0);
+        QVERIFY(line);
+        QCOMPARE(line->points.size(), 2);
+        QVERIFY(near(line->points[1], {20, 0}));
+    }
+
+    void a_line_of_one_point_is_dropped() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        QTest::keyClick(&f.canvas(), Qt::Key_Return);
+        QCOMPARE(f.state()->count(), 0);
+    }
+
+    void escape_drops_the_line_then_the_operator() {
+        ViewFixture f;
+        QSignalSpy spy(&f.view, &QRulerView::ChangeOperatorOnView);
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.click(10, 0);
+        QTest::keyClick(&f.canvas(), Qt::Key_Escape);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorAddLine);
+        QTest::keyClick(&f.canvas(), Qt::Key_Escape);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorSelect);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(f.state()->count(), 0);
+    }
+
+    void changing_the_operator_drops_a_line_in_the_making() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.click(10, 0);
+        f.view.SetOperatorOnView(OperatorSelect);
+        f.view.SetOperatorOnView(OperatorAddLine);
+        QTest::keyClick(&f.canvas(), Qt::Key_Return);
+        QCOMPARE(f.state()->count(), 0);
+    }
+
+    void zoom_region_shows_it_and_goes_back_to_selecting() {
+        ViewFixture f;
+        QSignalSpy spy(&f.view, &QRulerView::ChangeOperatorOnView);
+        f.view.SetOperatorOnView(OperatorZoomRegion);
+        f.dragFromTo({10, 10}, {20, 18});
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorSelect);
+        QCOMPARE(spy.count(), 1);
+        const QRectF shown = f.canvas().viewTransform().visibleMm();
+        QVERIFY(shown.contains(QRectF(10.2, 10.2, 9.6, 7.6)));
+        QVERIFY(shown.width() < 20.0);
+        QVERIFY(near(f.canvas().viewTransform().center(), {15, 14}));
+    }
+
+    void teaching_calls_back_and_confirms_points() {
+        ViewFixture f;
+        g_taught.clear();
+        f.view.SetCallBackMirrorPt(noteTaught);
+        f.view.SetOperatorOnView(OperatorTeach);
+        f.view.F6Pressed();
+        QCOMPARE(f.state()->count(), 0);
+        f.click(12, -7);
+        QCOMPARE(g_taught.size(), 1);
+        QVERIFY(near(g_taught.first(), {12, -7}));
+        QCOMPARE(f.state()->count(), 0);
+        f.view.F6Pressed();
+        const auto* point = shapeAt<PointShape>(f, 0);
+        QVERIFY(point);
+        QCOMPARE(point->pos, g_taught.first());
+        f.view.SetCallBackMirrorPt(nullptr);
+        f.click(0, 0);
+        QCOMPARE(g_taught.size(), 1);
+    }
+
+    void three_taught_points_make_a_circle_or_an_arc_data() {
+        QTest::addColumn<int>("op");
+        QTest::newRow("circle") << 17;
+        QTest::newRow("arc") << 18;
+    }
+    void three_taught_points_make_a_circle_or_an_arc() {
+        QFETCH(int, op);
+        ViewFixture f;
+        f.view.SetOperatorOnView(static_cast<OperatorOnView>(op));
+        for (const QPointF place : {QPointF(20, 0), QPointF(0, 20), QPointF(-20, 0)}) {
+            QCOMPARE(f.state()->count(), 0);
+            f.click(place.x(), place.y());
+            f.view.F6Pressed();
+        }
+        QCOMPARE(f.state()->count(), 1);
+        if (op == 17) {
+            const auto* circle = shapeAt<CircleShape>(f, 0);
+            QVERIFY(circle && near(circle->center, {0, 0}) && qAbs(circle->radius - 20.0) < 0.2);
+        } else {
+            const auto* arc = shapeAt<ArcShape>(f, 0);
+            QVERIFY(arc && near(arc->center, {0, 0}) && qAbs(arc->sweepAngle - 180.0) < 2.0);
+        }
+    }
+
+    void text_and_plugin_presses_add_nothing_and_are_logged_data() {
+        QTest::addColumn<int>("op");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("text") << 20 << "文档没有文字对象";
+        QTest::newRow("plug-in") << 10 << "文档没有该工具的对象";
+    }
+    void text_and_plugin_presses_add_nothing_and_are_logged() {
+        QFETCH(int, op);
+        QFETCH(QString, text);
+        ViewFixture f;
+        f.view.SetOperatorOnView(static_cast<OperatorOnView>(op));
+        f.click(0, 0);
+        QCOMPARE(f.state()->count(), 0);
+        const QString today = QDate::currentDate().toString("yyyy-MM-dd");
+        QVERIFY(QString::fromUtf8(f.root.read("/日志文件/" + today + ".log")).contains(text));
+    }
+
+    void read_only_documents_take_no_objects() {
+        ViewFixture f;
+        f.view.SetReadOnly(true);
+        f.view.SetOperatorOnView(OperatorAddPoint);
+        f.click(0, 0);
+        f.view.SetOperatorOnView(OperatorAddRect);
+        f.dragFromTo({0, 0}, {20, 20});
+        f.view.SetOperatorOnView(OperatorAddLine);
+        f.click(0, 0);
+        f.click(10, 0);
+        QTest::keyClick(&f.canvas(), Qt::Key_Return);
+        QCOMPARE(f.state()->count(), 0);
+    }
+};
+
+QTEST_MAIN(tst_Drawing)
+#include "tst_drawing.moc"

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// Fingers on the canvas.
+#include "viewfixture.h"
+
+using namespace sim;
+using tests::ViewFixture;
+
+class tst_Touch : public QObject {
+    Q_OBJECT
+
+private:
+    QTouchDevice* m_screen = nullptr;
+
+private slots:
+    void initTestCase() { m_screen = QTest::createTouchDevice(); }
+
+    void one_finger_selects_and_moves() {
+        ViewFixture f;
+        f.addRect(-20, -10, 20, 20);
+        QTest::touchEvent(&f.canvas(), m_screen).press(0, f.pixel(-20, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(-10, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(0, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).release(0, f.pixel(0, 0), &f.canvas());
+        QCOMPARE(f.selected(), QList<int>({0}));
+        QVERIFY(qAbs(f.bounds(0).minX) < 0.2);
+    }
+
+    void pinch_zooms_about_the_fingers() {
+        ViewFixture f;
+        const QPointF middle(300, 200);
+        const QPointF before = f.canvas().viewTransform().toMm(middle);
+        const double scale = f.canvas().viewTransform().scale();
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .press(0, QPoint(250, 200), &f.canvas())
+            .press(1, QPoint(350, 200), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .move(0, QPoint(200, 200), &f.canvas())
+            .move(1, QPoint(400, 200), &f.canvas());
+        QVERIFY(qAbs(f.canvas().viewTransform().scale() / scale - 2.0) < 1e-6);
+        QVERIFY(QLineF(f.canvas().viewTransform().toMm(middle), before).length() < 1e-6);
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .release(0, QPoint(200, 200), &f.canvas())
+            .release(1, QPoint(400, 200), &f.canvas());
+    }
+
+    void two_fingers_pan() {
+        ViewFixture f;
+        const ViewTransform before = f.canvas().viewTransform();
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .press(0, QPoint(250, 200), &f.canvas())
+            .press(1, QPoint(350, 200), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .move(0, QPoint(300, 250), &f.canvas())
+            .move(1, QPoint(400, 250), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen)
+            .release(0, QPoint(300, 250), &f.canvas())
+            .release(1, QPoint(400, 250), &f.canvas());
+        QCOMPARE(f.canvas().viewTransform().scale(), before.scale());
+        QVERIFY(qAbs(f.canvas().viewTransform().center().x() - before.center().x() + 10.0) < 1e-6);
+        QVERIFY(qAbs(f.canvas().viewTransform().center().y() - before.center().y() - 10.0) < 1e-6);
+    }
+
+    void a_second_finger_ends_a_drag_without_a_trace() {
+        ViewFixture f;
+        f.addRect(-20, -10, 20, 20);
+        const auto before = f.state()->objects;
+        QTest::touchEvent(&f.canvas(), m_screen).press(0, f.pixel(-20, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(0, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).stationary(0).press(1, QPoint(500, 400), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).stationary(0).release(1, QPoint(500, 400), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(30, 0), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).release(0, f.pixel(30, 0), &f.canvas());
+        QCOMPARE(f.state()->objects, before);
+    }
+
+    void a_tap_draws_with_the_operator() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddPoint);
+        QTest::touchEvent(&f.canvas(), m_screen).press(0, QPoint(400, 300), &f.canvas());
+        QTest::touchEvent(&f.canvas(), m_screen).release(0, QPoint(400, 300), &f.canvas());
+        QCOMPARE(f.state()->count(), 1);
+    }
+};
+
+QTEST_MAIN(tst_Touch)
+#include "tst_touch.moc"
