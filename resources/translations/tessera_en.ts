@@ -813,6 +813,7 @@
     <message><source>创建管理员</source><translation>Create administrator</translation></message>
     <message><source>请先登录</source><translation>Please log in first</translation></message>
     <message><source>需要管理员权限</source><translation>Administrator rights are needed</translation></message>
+    <message><source>用户不存在</source><translation>There is no such user</translation></message>
     <message><source>用户名已存在</source><translation>The user exists already</translation></message>
     <message><source>请输入用户名</source><translation>Please enter a user name</translation></message>
     <message><source>管理员</source><translation>Administrator</translation></message>

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/users/session.h"
+
+#include "engine/marklog.h"
+#include "support/approot.h"
+
+namespace sim {
+
+LoginResult Session::login(QString const& name, QString const& password) {
+    if (m_wrong >= kLoginAttempts && m_lastWrong.isValid() && !m_lastWrong.hasExpired(kLoginPauseMs))
+        return LoginResult::TooMany;
+    std::optional<User> const user = m_store.check(name, password);
+    if (!user) {
+        ++m_wrong;
+        m_lastWrong.start();
+        MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login refused: %1").arg(name));
+        return LoginResult::Wrong;
+    }
+    m_wrong = 0;
+    m_user = *user;
+    m_rights = user->rights;
+    MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login: %1").arg(user->name));
+    return LoginResult::Done;
+}
+
+void Session::logout() {
+    if (isLoggedIn())
+        MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("logout: %1").arg(m_user.name));
+    m_user = User();
+    m_rights = 0;
+}
+
+void Session::refresh() {
+    if (!isLoggedIn())
+        return;
+    std::optional<QVector<User>> const users = m_store.users();
+    if (!users)
+        return;
+    for (User const& user : *users) {
+        if (user.name == m_user.name) {
+            m_user = user;
+            m_rights = user.rights;
+            return;
+        }
+    }
+    logout();
+}
+
+UserStore& userStore() {
+    static UserStore store(tessera::rootPath(QStringLiteral("/ini/Users.db")));
+    return store;
+}
+
+Session& session() {
+    static Session instance(userStore());
+    return instance;
+}
+
+} // namespace sim
