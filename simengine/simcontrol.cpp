@@ -3,6 +3,7 @@
 
 #include "simengine/card/cardcore.h"
 #include "simengine/card/traceexport.h"
+#include "simengine/panel/panelwindow.h"
 
 #include <cmath>
 #include <utility>
@@ -108,7 +109,7 @@ public:
     bool setHead(const SimHeadDistortion&, std::string& error) override { return hasNo("head", error); }
     bool head(SimHeadDistortion&, std::string& error) const override { return hasNo("head", error); }
     bool measureHead(const std::string&, std::string& error) const override { return hasNo("head", error); }
-    bool showPanel(bool, std::string& error) override { return hasNo("panel", error); }
+    bool showPanel(bool on, std::string& error) override { return PanelWindow::showPanel(*this, on, error); }
 
 private:
     /// For what this build of the machine does not contain.

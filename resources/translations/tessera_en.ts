@@ -870,5 +870,37 @@
     <message><source>文件中没有可导入的对象</source><translation>The file has nothing that can be imported</translation></message>
     <message><source>图形超出坐标范围</source><translation>The drawing reaches beyond the coordinate range</translation></message>
     <message><source>导入矢量文件</source><translation>Import vector file</translation></message>
+    <message><source>任务失败</source><translation>Job fails</translation></message>
+    <message><source>Flash写入失败</source><translation>Flash write fails</translation></message>
+    <message><source>IO超时</source><translation>I/O time-out</translation></message>
+    <message><source>等待运动模块</source><translation>Waiting for motion</translation></message>
+    <message><source>等待振镜</source><translation>Waiting for mirrors</translation></message>
+    <message><source>等待</source><translation>Waiting</translation></message>
+    <message><source>振镜闭环异常</source><translation>Scan loop bad</translation></message>
+    <message><source>X反馈异常</source><translation>X feedback bad</translation></message>
+    <message><source>Y反馈异常</source><translation>Y feedback bad</translation></message>
+    <message><source>X振镜报警</source><translation>X mirror alarm</translation></message>
+    <message><source>Y振镜报警</source><translation>Y mirror alarm</translation></message>
+    <message><source>X无反馈</source><translation>X no feedback</translation></message>
+    <message><source>Y无反馈</source><translation>Y no feedback</translation></message>
+    <message><source>振镜初始化中</source><translation>Scan head starts</translation></message>
+    <message><source>振镜过流</source><translation>Scan overcurrent</translation></message>
+    <message><source>振镜电源异常</source><translation>Scan power bad</translation></message>
+    <message><source>X位置超差</source><translation>X position off</translation></message>
+    <message><source>Y位置超差</source><translation>Y position off</translation></message>
+    <message><source>振镜通信断开</source><translation>Scan link down</translation></message>
+    <message><source>卡未打开</source><translation>Card closed</translation></message>
+    <message><source>已暂停</source><translation>Paused</translation></message>
+    <message><source>空闲</source><translation>Idle</translation></message>
+    <message><source>最快</source><translation>Fastest</translation></message>
+    <message><source>输入</source><translation>Inputs</translation></message>
+    <message><source>输出</source><translation>Outputs</translation></message>
+    <message><source>加工轨迹</source><translation>Trace</translation></message>
+    <message><source>模拟故障</source><translation>Faults</translation></message>
+    <message><source>模拟机台</source><translation>Simulated machine</translation></message>
+    <message><source>显示空跳</source><translation>Show jumps</translation></message>
+    <message><source>导出轨迹</source><translation>Export trace</translation></message>
+    <message><source>任务</source><translation>Jobs</translation></message>
+    <message><source>用时</source><translation>Time</translation></message>
 </context>
 </TS>

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/panel/paneltexts.h"
+
+#include "engine/languagemanager.h"
+
+namespace sim {
+
+namespace {
+
+struct FaultName {
+    const char* name;
+    const char* key;
+};
+
+constexpr FaultName kFaultNames[] = {
+    {"card_open_fails", "打开卡失败"}, {"job_fails", "任务失败"},         {"flash_fails", "Flash写入失败"},
+    {"card_alarm", "激光器报警"},      {"io_timeout", "IO超时"},          {"data_underrun", "数据断流"},
+    {"wait_input", "等待输入"},        {"wait_motion", "等待运动模块"},   {"wait_encoder", "等待编码器"},
+    {"wait_mirror", "等待振镜"},       {"scan_loop", "振镜闭环异常"},     {"scan_feedback_x", "X反馈异常"},
+    {"scan_feedback_y", "Y反馈异常"},  {"scan_alarm_x", "X振镜报警"},     {"scan_alarm_y", "Y振镜报警"},
+    {"scan_no_feedback_x", "X无反馈"}, {"scan_no_feedback_y", "Y无反馈"}, {"scan_init", "振镜初始化中"},
+    {"scan_overcurrent", "振镜过流"},  {"scan_power", "振镜电源异常"},    {"scan_position_x", "X位置超差"},
+    {"scan_position_y", "Y位置超差"},  {"scan_link", "振镜通信断开"},
+};
+
+const char* waitKey(int code) {
+    switch (code) {
+    case 1:
+        return "等待输入";
+    case 2:
+        return "等待运动模块";
+    case 3:
+        return "等待编码器";
+    case 4:
+        return "等待振镜";
+    default:
+        return "等待";
+    }
+}
+
+template<typename Enabled, typename Mask>
+std::array<QStringList, kPanelLines> namesOf(const QVector<IOFuncList>& functions, Enabled enabled, Mask mask) {
+    std::array<QStringList, kPanelLines> names;
+    for (const IOFuncList& function : functions) {
+        if (!enabled(function))
+            continue;
+        for (int bit = 0; bit < kPanelLines; ++bit) {
+            if (mask(function) >> bit & 1u)
+                names[static_cast<std::size_t>(bit)] << LanguageManager::GetLanText(function.Name);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+std::array<QStringList, kPanelLines> inputNames(const QVector<IOFuncList>& functions) {
+    return namesOf(
+        functions, [](const IOFuncList& f) { return f.InputEnable; }, [](const IOFuncList& f) { return f.InputMask; });
+}
+
+std::array<QStringList, kPanelLines> outputNames(const QVector<IOFuncList>& functions) {
+    return namesOf(
+        functions, [](const IOFuncList& f) { return f.OutputEnable; },
+        [](const IOFuncList& f) { return f.OutputMask; });
+}
+
+QString activityText(const SimCardState& state) {
+    if (!state.open)
+        return LanguageManager::GetLanText("卡未打开");
+    switch (state.activity) {
+    case SimActivity::Running:
+        return LanguageManager::GetLanText("运行中");
+    case SimActivity::Paused:
+        return LanguageManager::GetLanText("已暂停");
+    case SimActivity::Waiting:
+        return LanguageManager::GetLanText(waitKey(state.waitCode));
+    case SimActivity::Idle:
+        break;
+    }
+    return LanguageManager::GetLanText("空闲");
+}
+
+QString faultText(const std::string& name) {
+    for (const FaultName& fault : kFaultNames) {
+        if (name == fault.name)
+            return LanguageManager::GetLanText(fault.key);
+    }
+    return QString::fromStdString(name);
+}
+
+QString timeText(double ms) {
+    return ms < 1000.0 ? QStringLiteral("%1 ms").arg(ms, 0, 'f', 1)
+                       : QStringLiteral("%1 s").arg(ms / 1000.0, 0, 'f', 3);
+}
+
+} // namespace sim

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "engine/iofunclist.h"
+#include "simengine/simcontrol.h"
+
+#include <QStringList>
+#include <QVector>
+#include <array>
+
+namespace sim {
+
+constexpr int kPanelLines = 32;
+
+/// For each of the 32 lines the translated names of the functions that watch (inputs) or drive (outputs) it.
+std::array<QStringList, kPanelLines> inputNames(const QVector<IOFuncList>& functions);
+std::array<QStringList, kPanelLines> outputNames(const QVector<IOFuncList>& functions);
+
+/// What the machine does, in one word, translated.
+QString activityText(const SimCardState& state);
+/// What a fault does, translated; a fault that is not known here has its own name.
+QString faultText(const std::string& name);
+/// Milliseconds as "12.345 s", below a second as "123.4 ms".
+QString timeText(double ms);
+
+} // namespace sim

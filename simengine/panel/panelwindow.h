@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/simcontrol.h"
+
+#include <QTimer>
+#include <QVector>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace sim {
+
+class FaultPanel;
+class InputSwitch;
+class OutputLamps;
+class StackLight;
+class TraceView;
+
+/// The simulated machine's own window: what a person at the plant would see and switch. It looks at the machine 25
+/// times a second, and only while it is shown.
+class PanelWindow : public QWidget {
+    Q_OBJECT
+public:
+    static constexpr int kPeriod = 40; ///< ms
+
+    explicit PanelWindow(SimControl& machine, QWidget* parent = nullptr);
+
+    /// Shows or hides the one panel of the machine; it goes with the application. Main thread.
+    static bool showPanel(SimControl& machine, bool on, std::string& error);
+    static PanelWindow* instance();
+
+    bool isFollowing() const { return m_timer.isActive(); }
+    /// Looks at the machine now.
+    void refresh();
+    /// False and the reason in `error` when the trace could not be written.
+    bool exportTrace(const QString& file, QString& error) const;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    QWidget* makeHeader();
+    QWidget* makeLines();
+    QWidget* makeTrace();
+    QWidget* makeSpeed();
+    QLabel* makeTitle(QVBoxLayout* layout, const char* key);
+    void setTexts();
+    void takeFunctions();
+    void showState(const SimCardState& state);
+    void showLight(const SimCardState& state);
+    void askExport();
+
+    SimControl& m_machine;
+    QTimer m_timer;
+    int m_ticks = 0;
+
+    QLabel* m_activity = nullptr;
+    QLabel* m_position = nullptr;
+    QLabel* m_run = nullptr;
+    StackLight* m_light = nullptr;
+    QVector<QPushButton*> m_speeds;
+    QVector<InputSwitch*> m_inputs;
+    OutputLamps* m_outputs = nullptr;
+    TraceView* m_trace = nullptr;
+    FaultPanel* m_faults = nullptr;
+    QPushButton* m_jumps = nullptr;
+    QPushButton* m_clear = nullptr;
+    QPushButton* m_export = nullptr;
+    struct Title {
+        QLabel* label;
+        const char* key;
+    };
+    QVector<Title> m_titles;
+};
+
+} // namespace sim

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/panel/traceview.h"
+
+#include "engine/layerparamex.h"
+#include "simengine/panel/paneltheme.h"
+
+#include <QPainter>
+#include <array>
+
+namespace sim {
+
+namespace {
+
+/// Rows drawn in one frame; what is left comes with the next ones.
+constexpr std::size_t kMostRows = 65536;
+
+/// Pens in the colours of new documents, lightened to stand out from the dark field.
+const std::array<QColor, kLayerCount>& penColors() {
+    static const std::array<QColor, kLayerCount> colors = [] {
+        std::array<QColor, kLayerCount> list;
+        for (int i = 0; i < kLayerCount; ++i) {
+            QColor color = LayerParamEx::GetDefultColor(i);
+            if (!color.isValid())
+                color = QColor::fromRgb(paneltheme::kText);
+            color = color.toHsl();
+            list[static_cast<std::size_t>(i)] =
+                QColor::fromHsl(qMax(0, color.hslHue()), color.hslSaturation(), qMax(165, color.lightness()));
+        }
+        return list;
+    }();
+    return colors;
+}
+
+} // namespace
+
+TraceView::TraceView(const SimControl& machine, QWidget* parent)
+    : QWidget(parent)
+    , m_machine(machine) {
+    setObjectName(QStringLiteral("traceView"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setField(QRectF(-50, -50, 100, 100));
+}
+
+void TraceView::setField(const QRectF& mm) {
+    if (m_field == mm || mm.isEmpty())
+        return;
+    m_field = mm;
+    restart();
+}
+
+void TraceView::setShowJumps(bool on) {
+    if (m_showJumps == on)
+        return;
+    m_showJumps = on;
+    restart();
+}
+
+void TraceView::clear() {
+    // The rows that are still to come of this pass begin behind those that the machine has now.
+    std::vector<SimTraceRow> rows;
+    while (m_machine.followTrace(m_pass, m_from, rows, kMostRows) > 0) {
+        m_last = rows.back();
+        m_hasLast = true;
+    }
+    m_clearedAt = m_from;
+    m_drawn = 0;
+    m_picture.fill(Qt::transparent);
+    update();
+}
+
+// The picture is made anew from the rows that the machine still has.
+void TraceView::restart() {
+    m_transform.setViewport(size());
+    m_transform.fit(m_field, 12.0);
+    const double ratio = devicePixelRatioF();
+    m_picture = QImage(size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    m_picture.setDevicePixelRatio(ratio);
+    m_picture.fill(Qt::transparent);
+    m_from = m_clearedAt;
+    m_drawn = 0;
+    m_hasLast = false;
+    update();
+}
+
+void TraceView::resizeEvent(QResizeEvent*) {
+    restart();
+}
+
+void TraceView::follow(const SimCardState& state) {
+    const std::uint64_t pass = m_pass;
+    std::vector<SimTraceRow> rows;
+    m_machine.followTrace(m_pass, m_from, rows, kMostRows);
+    if (m_pass != pass) {
+        m_clearedAt = 0;
+        m_drawn = 0;
+        m_hasLast = false;
+        m_picture.fill(Qt::transparent);
+    }
+    draw(rows);
+    const bool moved = state.x != m_state.x || state.y != m_state.y || state.laser != m_state.laser;
+    m_state = state;
+    if (moved || !rows.empty() || m_pass != pass)
+        update();
+}
+
+void TraceView::draw(const std::vector<SimTraceRow>& rows) {
+    if (m_picture.isNull() || rows.empty())
+        return;
+    QPainter painter(&m_picture);
+    painter.setRenderHint(QPainter::Antialiasing, rows.size() < kMostRows / 4);
+    for (const SimTraceRow& row : rows) {
+        const QPointF to = m_transform.toPixel({row.x, row.y});
+        if (m_hasLast && (row.drawn || m_showJumps)) {
+            const QPointF from = m_transform.toPixel({m_last.x, m_last.y});
+            QColor color = QColor::fromRgb(paneltheme::kTraceJump);
+            if (row.drawn && row.laser)
+                color = penColors()[static_cast<std::size_t>(qBound(0, row.pen, kLayerCount - 1))];
+            else if (row.drawn)
+                color = QColor::fromRgb(paneltheme::kTracePilot);
+            painter.setPen(QPen(color, 1.0));
+            if (row.drawn && m_last.x == row.x && m_last.y == row.y) {
+                painter.setBrush(color);
+                painter.drawEllipse(to, 1.5, 1.5);
+            } else {
+                painter.drawLine(from, to);
+            }
+        }
+        m_last = row;
+        m_hasLast = true;
+    }
+    m_drawn += rows.size();
+}
+
+void TraceView::paintField(QPainter& painter) const {
+    painter.fillRect(rect(), QColor::fromRgb(paneltheme::kCard));
+    const QRectF field(m_transform.toPixel({m_field.left(), m_field.bottom()}),
+                       m_transform.toPixel({m_field.right(), m_field.top()}));
+    const QRectF sharp = QRectF(field.toAlignedRect()).adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.setPen(QPen(QColor::fromRgb(paneltheme::kTraceEdge), 1.0));
+    painter.setBrush(QColor::fromRgb(paneltheme::kTraceField));
+    painter.drawRect(sharp);
+    const QPointF center = m_transform.toPixel({0.0, 0.0}).toPoint() + QPointF(0.5, 0.5);
+    painter.setPen(QPen(QColor::fromRgb(paneltheme::kEdge), 1.0));
+    if (field.left() < center.x() && center.x() < field.right())
+        painter.drawLine(QPointF(center.x(), sharp.top() + 1), QPointF(center.x(), sharp.bottom() - 1));
+    if (field.top() < center.y() && center.y() < field.bottom())
+        painter.drawLine(QPointF(sharp.left() + 1, center.y()), QPointF(sharp.right() - 1, center.y()));
+}
+
+void TraceView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    paintField(painter);
+    painter.drawImage(QPointF(0, 0), m_picture);
+    if (!m_state.open)
+        return;
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QPointF head = m_transform.toPixel({m_state.x, m_state.y});
+    painter.setPen(QPen(QColor::fromRgb(m_state.laser ? paneltheme::kRed : paneltheme::kHead), 1.5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(head, 5, 5);
+    painter.drawLine(head - QPointF(9, 0), head + QPointF(9, 0));
+    painter.drawLine(head - QPointF(0, 9), head + QPointF(0, 9));
+}
+
+} // namespace sim
