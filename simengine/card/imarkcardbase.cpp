@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "simengine/card/cardlink.h"
 #include "simengine/card/statuswords.h"
+#include "simengine/log/logfile.h"
 #include "simengine/params/standardcalibfile.h"
 
 #include <algorithm>
@@ -61,13 +62,18 @@ IMarkCardBase::~IMarkCardBase() = default;
 
 void IMarkCardBase::OpenCard() {
     d->record("OpenCard");
-    if (!d->card.open())
+    bool const open = d->card.open();
+    writeLog(LogKind::OpenCard, open ? QStringLiteral("card opened") : QStringLiteral("card not opened"));
+    if (!open)
         showCardMessage(LanguageManager::GetLanText("打开卡失败"), 1);
 }
 
 void IMarkCardBase::CloseCard() {
     d->record("CloseCard");
+    bool const wasOpen = d->card.isOpen();
     d->card.close();
+    if (wasOpen)
+        writeLog(LogKind::CloseCard, QStringLiteral("card closed"));
 }
 
 bool IMarkCardBase::IsCardOpend() const {

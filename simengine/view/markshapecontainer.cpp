@@ -4,7 +4,9 @@
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
 #include "simengine/card/cardlink.h"
+#include "simengine/card/statuswords.h"
 #include "simengine/document/jobbuilder.h"
+#include "simengine/servers/runrecord.h"
 #include "simengine/view/marktoolaccess.h"
 
 #include <mutex>
@@ -57,7 +59,11 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
         sim::CardCore& card = sim::simulatedCard();
         card.setPens(sim::penTable(*layers, kLayerCount, card.pens()));
     }
-    return run.start(std::move(job));
+    sim::RunRecord const record(job, layers);
+    bool const ran = run.start(std::move(job));
+    if (ran)
+        record.ended((sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0);
+    return ran;
 }
 
 int MarkShapeContainer::GetSelectedToolCnt() const {

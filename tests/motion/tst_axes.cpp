@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "engine/class_cardpara.h"
+#include "engine/markcardinstance.h"
 #include "engine/movecardmanager.h"
 #include "engine/profinifile.h"
+#include "engine/vzmarkcard.h"
 #include "engine/vzmovecard.h"
 #include "engine/waitaxisstop.h"
 #include "simengine/card/cardcore.h"
@@ -357,7 +359,7 @@ private slots:
         QVERIFY(axes.move(0, 0.0, 1000.0, 100000.0));
     }
 
-    void search_home_homes_in_order_and_gives_the_done_signal() {
+    void search_home_homes_in_order() {
         Class_CardPara para = *Class_CardPara::Instance();
         para.Axis[0].HomeType = 3;
         para.Axis[1].HomeType = 0;
@@ -374,6 +376,38 @@ private slots:
         std::vector<JournalEntry> const entries = simulatedCard().journal().since(before);
         QVERIFY(entries.size() >= 3);
         QVERIFY(entries[0].name == "SearchHome" && std::get<std::int64_t>(entries[0].args[0]) == 2);
+    }
+
+    void the_done_signal_is_a_pulse_of_the_configured_level_data() {
+        QTest::addColumn<bool>("high");
+        QTest::newRow("active high") << true;
+        QTest::newRow("active low") << false;
+    }
+
+    void the_done_signal_is_a_pulse_of_the_configured_level() {
+        QFETCH(bool, high);
+        MarkCardInstance::SetMarkCardInstance(new VZMarkCard);
+        MarkCardInstance::Instance()->OpenCard();
+        Class_CardPara para;
+        para.HomeDoneSignal = true;
+        para.HomeDoneBit = 17;
+        para.HomeDoneTime = 20;
+        para.HomeDoneHigh = high;
+        std::uint64_t const before = simulatedCard().journal().lastSequence();
+        QVector<AxisMoveStruct> list{homeOf(0)};
+        QVERIFY(WaitAxisStop::SearchHome(list, &para, nullptr));
+        std::vector<JournalEntry> pulse;
+        for (JournalEntry const& entry : simulatedCard().journal().since(before)) {
+            if (entry.name == "SetOutputBit")
+                pulse.push_back(entry);
+        }
+        QCOMPARE(pulse.size(), std::size_t(2));
+        QVERIFY(pulse[0].args == journalArgs(17, high ? 1 : 0) && pulse[1].args == journalArgs(17, high ? 0 : 1));
+        QVERIFY(pulse[1].ms - pulse[0].ms >= 20.0);
+        simulatedAxes().setDriverFault(0, true);
+        QVERIFY(!WaitAxisStop::SearchHome(list, &para, nullptr));
+        QCOMPARE(simulatedCard().journal().since(pulse[1].sequence).back().name, std::string("SearchHome"));
+        MarkCardInstance::SetMarkCardInstance(nullptr);
     }
 
     void search_home_of_nothing_is_done_at_once() {

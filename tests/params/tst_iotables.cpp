@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/iocheckedsys.h"
 #include "engine/iooutputset.h"
+#include "engine/vzmarkcard.h"
 #include "simengine/io/iofunctable.h"
 #include "simengine/io/iooutputtable.h"
 #include "support/approot.h"
@@ -123,6 +124,53 @@ private slots:
         outputs.SetYellow(nullptr);
         outputs.GetLightStatus(red, green, yellow);
         QVERIFY(!red && !green && yellow);
+    }
+
+    void lamps_are_written_to_their_outputs_data() {
+        QTest::addColumn<bool>("invert");
+        QTest::newRow("lit by 1") << false;
+        QTest::newRow("lit by 0") << true;
+    }
+
+    void lamps_are_written_to_their_outputs() {
+        QFETCH(bool, invert);
+        VZMarkCard card;
+        card.OpenCard();
+        QVERIFY(card.IsCardOpend());
+        IOOutputSet& outputs = *IOOutputSet::Instance();
+        outputs.SetLight(8, 9, -1, 11);
+        outputs.SetOutputInv(invert);
+        int const on = invert ? 0 : 1;
+        int const off = 1 - on;
+        outputs.SetRed(&card);
+        QVERIFY(card.GetOutputBit(8) == on && card.GetOutputBit(9) == off && card.GetOutputBit(11) == on);
+        outputs.SetGreenYellow(&card);
+        QVERIFY(card.GetOutputBit(8) == off && card.GetOutputBit(9) == on && card.GetOutputBit(11) == off);
+        QCOMPARE(card.GetOutput() & ~0xB00u, 0u); // the yellow lamp is not fitted
+        outputs.SetOutputInv(false);
+    }
+
+    void switches_are_written_and_read_back() {
+        VZMarkCard card;
+        card.OpenCard();
+        IOOutputSet& outputs = *IOOutputSet::Instance();
+        int bit = 14;
+        double delay = 20.0;
+        outputs.SetProtectGas(bit, delay, "gas");
+        outputs.SetProtectGas(&card, true);
+        QVERIFY(outputs.ProtectGasEnabled(&card) && card.GetOutputBit(14) == 1);
+        outputs.SetProtectGas(&card, false);
+        QVERIFY(!outputs.ProtectGasEnabled(&card));
+        bit = 15;
+        outputs.SetRedLight(bit, "red");
+        outputs.SetRedLight(&card, true);
+        QVERIFY(outputs.RedLightEnabled(&card) && card.GetOutputBit(15) == 1);
+        bit = -1;
+        outputs.SetRedLight(bit, "red");
+        unsigned int const before = card.GetOutput();
+        outputs.SetRedLight(&card, false);
+        QCOMPARE(card.GetOutput(), before);
+        QVERIFY(!outputs.RedLightEnabled(&card));
     }
 
     void every_output_setting_survives() {

@@ -5,6 +5,7 @@
 #include "engine/manualresetevent.h"
 #include "engine/rundatagather.h"
 #include "simengine/servers/rundatagatheraccess.h"
+#include "simengine/servers/runrecord.h"
 #include "support/approot.h"
 
 #include <QDir>
@@ -93,6 +94,31 @@ private slots:
         QCOMPARE(data.GetRunTime(), qint64(4500));
         QCOMPARE(data.GetLayerList().size(), 1);
         QCOMPARE(data.GetLayerList().at(0).MarkSpeed, 123.0);
+    }
+
+    void a_run_tells_its_pens_in_the_order_of_use() {
+        LayerParamEx layers;
+        for (int i = 0; i < kLayerCount; ++i) {
+            LayerData data;
+            layers.GetLayerData(i, data);
+            data.MarkSpeed = 100.0 + i;
+            data.UseDefault = false;
+            layers.SetLayerData(i, data);
+        }
+        sim::Job job;
+        for (int pen : {7, 3, 7, 99, 3}) {
+            sim::Stroke stroke;
+            stroke.pen = pen;
+            job.strokes.push_back(stroke);
+        }
+        sim::RunRecord(job, &layers).ended(false);
+        QVector<LayerData> const used = RunDataGather::Instance()->GetLayerList();
+        QCOMPARE(used.size(), 3);
+        QVERIFY(used[0].MarkSpeed == 107.0 && used[1].MarkSpeed == 103.0 && used[2].MarkSpeed == 100.0);
+        QVERIFY(!RunDataGather::Instance()->GetRunResult());
+        QVERIFY(logText().contains("stopped: 5 strokes"));
+        sim::RunRecord(job, nullptr).ended(true);
+        QVERIFY(RunDataGather::Instance()->GetLayerList().isEmpty() && RunDataGather::Instance()->GetRunResult());
     }
 
     void the_event_stays_set_until_reset() {
