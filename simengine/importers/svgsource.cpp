@@ -279,7 +279,10 @@ private:
         const Handling handling = rule ? rule->handling : Handling::Skip;
         switch (handling) {
         case Handling::Keep:
-            writeElement(name, attributes, 1);
+            if (name == QLatin1String("rect") && hasRoundCorners(attributes))
+                startRoundedRect(attributes);
+            else
+                writeElement(name, attributes, 1);
             break;
         case Handling::Group:
             writeElement(QStringLiteral("g"), attributes, 1);
@@ -366,6 +369,46 @@ private:
         writeElement(QStringLiteral("g"), attributes, 2,
                      {"x", "y", "width", "height", "viewBox", "preserveAspectRatio", "version"});
         m_levels.back().viewport = box ? box->size() : size;
+    }
+
+    /// A length of an element in pixels, nothing when it is missing or no length.
+    std::optional<double> lengthOf(const QXmlStreamAttributes& attributes, const char* name, Axis axis) const {
+        const auto length = parseSvgLength(attributes.value(QLatin1String(name)).toString());
+        if (!length)
+            return std::nullopt;
+        return length->pixels(axisExtent(m_levels.back().viewport, axis));
+    }
+
+    bool hasRoundCorners(const QXmlStreamAttributes& attributes) const {
+        return lengthOf(attributes, "rx", Axis::Horizontal).value_or(0.0) > 0.0 ||
+               lengthOf(attributes, "ry", Axis::Vertical).value_or(0.0) > 0.0;
+    }
+
+    /// A rectangle with round corners becomes a path: the renderer would round its radii to whole percents of its size.
+    void startRoundedRect(const QXmlStreamAttributes& attributes) {
+        const double width = lengthOf(attributes, "width", Axis::Horizontal).value_or(0.0);
+        const double height = lengthOf(attributes, "height", Axis::Vertical).value_or(0.0);
+        if (!(width > 0.0) || !(height > 0.0)) {
+            m_in.skipCurrentElement();
+            return;
+        }
+        // A radius that is missing or wrong is taken from the other.
+        const double givenX = lengthOf(attributes, "rx", Axis::Horizontal).value_or(-1.0);
+        const double givenY = lengthOf(attributes, "ry", Axis::Vertical).value_or(-1.0);
+        const double rx = std::min(givenX >= 0.0 ? givenX : givenY, width / 2);
+        const double ry = std::min(givenY >= 0.0 ? givenY : givenX, height / 2);
+        const double x = lengthOf(attributes, "x", Axis::Horizontal).value_or(0.0);
+        const double y = lengthOf(attributes, "y", Axis::Vertical).value_or(0.0);
+        writeElement(QStringLiteral("path"), attributes, 1, {"x", "y", "width", "height", "rx", "ry", "d"});
+        const auto corner = [&](double toX, double toY) {
+            return QStringLiteral(" A %1 %2 0 0 1 %3 %4").arg(plain(rx), plain(ry), plain(toX), plain(toY));
+        };
+        m_out.writeAttribute(QStringLiteral("d"),
+                             QStringLiteral("M %1 %2 H %3").arg(plain(x + rx), plain(y), plain(x + width - rx)) +
+                                 corner(x + width, y + ry) + QStringLiteral(" V ") + plain(y + height - ry) +
+                                 corner(x + width - rx, y + height) + QStringLiteral(" H ") + plain(x + rx) +
+                                 corner(x, y + height - ry) + QStringLiteral(" V ") + plain(y + ry) +
+                                 corner(x + rx, y) + QStringLiteral(" Z"));
     }
 
     void startSymbol(const QXmlStreamAttributes& attributes) {

@@ -181,6 +181,13 @@ void SvgImportTest::shapes_become_objects_data() {
     row("rectangle", "<rect x='10' y='20' width='30' height='5' stroke='red'/>", "MarkToolRect", 70, {10, 20, 40, 25});
     row("rounded rectangle", "<rect x='10' y='20' width='30' height='20' rx='5' stroke='red'/>", "MarkToolPath",
         2 * 20 + 2 * 10 + 2 * M_PI * 5, {10, 20, 40, 40});
+    row("rounded rectangle whose radius is no whole percent",
+        "<rect x='2' y='2' width='76' height='56' rx='3' ry='3' stroke='red'/>", "MarkToolPath",
+        2 * 70 + 2 * 50 + 2 * M_PI * 3, {2, 2, 78, 58});
+    row("radius beyond the half", "<rect width='20' height='20' ry='90' stroke='red'/>", "MarkToolPath", 2 * M_PI * 10,
+        {0, 0, 20, 20});
+    row("wrong second radius", "<rect width='40' height='30' rx='5' ry='-1' stroke='red'/>", "MarkToolPath",
+        2 * 30 + 2 * 20 + 2 * M_PI * 5, {0, 0, 40, 30});
     row("circle", "<circle cx='20' cy='30' r='10' stroke='red'/>", "MarkToolCircle", 20 * M_PI, {10, 20, 30, 40});
     row("ellipse", "<ellipse cx='20' cy='30' rx='6' ry='4' stroke='red'/>", "MarkToolCircle", ellipse,
         {14, 26, 26, 34});
