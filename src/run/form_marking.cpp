@@ -53,6 +53,7 @@ Form_Marking::~Form_Marking() {
 }
 
 void Form_Marking::Connect() {
+    m_Thread.SetHoldUntilCounted(true);
     connect(&m_Thread, &MarkingThread::markstart, this, &Form_Marking::OnMarkStart, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markRestart, this, &Form_Marking::OnReMarkStart, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markpause, this, &Form_Marking::OnMarkPause, Qt::QueuedConnection);
@@ -99,7 +100,10 @@ void Form_Marking::StartMarkPreview() {
     SelectKind(1);
     m_Thread.RunTrigerOnly(ui->checkBoxSelectMarking->isChecked(), ui->checkBoxLoopMark->isChecked(),
                            ui->spinBox->value(), MarkTypeRedPreview, false);
+    // While this thread waits it counts nothing, so the passes are not to wait for it.
+    m_Thread.SetHoldUntilCounted(false);
     m_Thread.wait();
+    m_Thread.SetHoldUntilCounted(true);
 }
 
 void Form_Marking::StartMarkPreview(bool select, bool loop, int delay, MarkType type) {

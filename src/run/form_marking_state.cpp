@@ -74,6 +74,7 @@ void Form_Marking::OnMarkFinish(bool, QDateTime time) {
         AddRunTime(time);
     StoreCounter(m_nMarkCnt.Value() + 1);
     emit SendRunData();
+    m_Thread.PassCounted();
 }
 
 void Form_Marking::OnMarkFinishUI() {

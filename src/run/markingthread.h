@@ -29,6 +29,9 @@ public:
     void StopTrigerVirtual();
     void SetStopVirtual(bool on);
     bool IsStopVirtual() const;
+    /// With it the next pass of a loop begins only when PassCounted() was called for the last one.
+    void SetHoldUntilCounted(bool hold) { m_Run.SetHoldUntilCounted(hold); }
+    void PassCounted() { m_Run.PassCounted(); }
     void SetEnableTriggerWhenRedLoop(bool on);
 
     bool IsActive() const { return m_Run.IsActive(); }

@@ -56,6 +56,22 @@ bool RunLoop::IsStopVirtual() const {
     return m_bStopVirtual;
 }
 
+void RunLoop::SetHoldUntilCounted(bool hold) {
+    {
+        const std::lock_guard<std::mutex> lock(m_Lock);
+        m_bHoldUntilCounted = hold;
+    }
+    m_Wake.notify_all();
+}
+
+void RunLoop::PassCounted() {
+    {
+        const std::lock_guard<std::mutex> lock(m_Lock);
+        m_bUncounted = false;
+    }
+    m_Wake.notify_all();
+}
+
 bool RunLoop::IsActive() const {
     const std::lock_guard<std::mutex> lock(m_Lock);
     return m_bActive;
@@ -99,6 +115,7 @@ bool RunLoop::Begin(bool select, bool loop, int delay, MarkType type, bool const
         m_MarkType = type;
         if (redLoopTrigger)
             m_EnableTriggerWhenRedLoop = *redLoopTrigger;
+        m_bUncounted = false;
         m_bActive = true;
     }
     m_Port.startWorker();
@@ -152,10 +169,10 @@ bool RunLoop::SetRunUnlessStopped() {
     return !m_bStop;
 }
 
-/// A pause that came after the last pass holds the next one back.
+/// A pause that came after the last pass holds the next one back, and so does a pass that is not counted yet.
 void RunLoop::BeginPass() {
     std::unique_lock<std::mutex> lock(m_Lock);
-    m_Wake.wait(lock, [this] { return !m_bPause || m_bStop; });
+    m_Wake.wait(lock, [this] { return m_bStop || (!m_bPause && !(m_bHoldUntilCounted && m_bUncounted)); });
     if (!m_bStop)
         m_Port.setMarkStatus(MarkStatusRun);
 }
@@ -171,6 +188,10 @@ bool RunLoop::RunPass() {
         if (!SetRunUnlessStopped())
             break;
         ok = MarkFileTraced();
+    }
+    {
+        const std::lock_guard<std::mutex> lock(m_Lock);
+        m_bUncounted = true;
     }
     m_Port.event(RunEvent::PassDone);
     return ok;

@@ -30,6 +30,11 @@ public:
     void StopTrigerVirtual();
     void SetStopVirtual(bool on);
     bool IsStopVirtual() const;
+    /// With it the next pass of a loop begins only when PassCounted() was called for the last one: passes that end
+    /// faster than they are counted would otherwise pile up in front of the operator's orders. Off at construction.
+    void SetHoldUntilCounted(bool hold);
+    /// The last pass has been counted.
+    void PassCounted();
     void SetEnableTriggerWhenRedLoop(bool on) { m_EnableTriggerWhenRedLoop = on; }
 
     /// From the order that starts a run to the moment the worker has decided to end it.
@@ -57,11 +62,13 @@ private:
     RunTraceData TraceData(bool ok) const;
 
     RunPort& m_Port;
-    /// Guards the three flags below against the worker's test and set; it may be held during a call to the card, never
+    /// Guards the five flags below against the worker's test and set; it may be held during a call to the card, never
     /// while a job runs or an event is reported.
     mutable std::mutex m_Lock;
     std::condition_variable m_Wake;
     bool m_bActive = false;
+    bool m_bHoldUntilCounted = false;
+    bool m_bUncounted = false; ///< a pass has ended and not been counted yet
     std::atomic<bool> m_bPause{false};
     std::atomic<bool> m_bStop{false};
     std::atomic<bool> m_bSelect{false};

@@ -101,6 +101,32 @@ TEST_F(RunLoopTest, a_loop_repeats_until_a_stop) {
     EXPECT_EQ(port.count("ended"), 1);
 }
 
+TEST_F(RunLoopTest, the_next_pass_waits_until_the_last_one_is_counted) {
+    loop.SetHoldUntilCounted(true);
+    start(true, 1);
+    for (int pass = 1; pass <= 3; ++pass) {
+        ASSERT_TRUE(port.waitFor("pass", pass));
+        // Far longer than the delay between two passes.
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        EXPECT_EQ(port.count("started"), pass);
+        loop.PassCounted();
+    }
+    ASSERT_TRUE(port.waitFor("pass", 4));
+    loop.StopTriger();
+    port.join();
+    EXPECT_EQ(port.count("ended"), 1);
+}
+
+TEST_F(RunLoopTest, passes_go_on_when_they_are_not_to_be_counted_any_more) {
+    loop.SetHoldUntilCounted(true);
+    start(true, 1);
+    ASSERT_TRUE(port.waitFor("pass"));
+    loop.SetHoldUntilCounted(false);
+    ASSERT_TRUE(port.waitFor("pass", 3));
+    loop.StopTriger();
+    port.join();
+}
+
 TEST_F(RunLoopTest, a_false_result_ends_a_loop_after_the_pass) {
     port.mark = [this] { return ++passes < 3; };
     start(true, 1);
