@@ -209,8 +209,13 @@ QImage WidgetDriver::pictureOfScreen() {
         return image;
     image.fill(Qt::black);
     QPainter painter(&image);
-    for (QWidget* window : windows)
-        painter.drawPixmap(window->geometry().topLeft() - area.topLeft(), window->grab());
+    for (QWidget* window : windows) {
+        QRect const place = window->geometry().translated(-area.topLeft());
+        painter.drawPixmap(place.topLeft(), window->grab());
+        // The frame that a window manager draws is not part of a window: a line stands for it.
+        if (window->parentWidget())
+            painter.drawRect(place.adjusted(0, 0, -1, -1));
+    }
     return image;
 }
 

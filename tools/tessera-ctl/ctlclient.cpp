@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ctlclient.h"
 
-#include <QDateTime>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QThread>
 #include <algorithm>
@@ -34,7 +34,8 @@ int CtlClient::timeLeft() const {
 }
 
 CtlOutcome CtlClient::connectTo(QString const& socket) {
-    m_socket.connectToServer(socket);
+    // A bare name would be looked for in the temporary folder.
+    m_socket.connectToServer(QFileInfo(socket).absoluteFilePath());
     if (m_socket.waitForConnected(m_timeout))
         return CtlOutcome::Done;
     m_problem = m_socket.errorString();

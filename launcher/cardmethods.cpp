@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include "cardmethods.h"
+
+#include "machinecontrol.h"
+#include "simengine/simcontrol.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace tessera {
+
+namespace {
+
+/// Most calls that one answer lists; the rest comes with the next question.
+constexpr int kMostCalls = 100000;
+
+constexpr char const* kStatusNames[] = {"run", "pause", "stop"};
+constexpr char const* kTypeNames[] = {"laser", "red", "border"};
+constexpr char const* kActivityNames[] = {"idle", "running", "paused", "waiting"};
+
+template<int Count>
+QJsonValue nameOf(char const* const (&names)[Count], int index) {
+    return index >= 0 && index < Count ? QJsonValue(QLatin1String(names[index])) : QJsonValue(index);
+}
+
+/// The values of head.set and of its answer.
+struct HeadValue {
+    char const* name;
+    double sim::SimHeadDistortion::*value;
+};
+constexpr HeadValue kHeadValues[] = {
+    {"scaleX", &sim::SimHeadDistortion::scaleX},         {"scaleY", &sim::SimHeadDistortion::scaleY},
+    {"rotation", &sim::SimHeadDistortion::rotation},     {"barrel", &sim::SimHeadDistortion::barrel},
+    {"trapezoidX", &sim::SimHeadDistortion::trapezoidX}, {"trapezoidY", &sim::SimHeadDistortion::trapezoidY},
+    {"noise", &sim::SimHeadDistortion::noise},
+};
+
+RpcReply noSimulator() {
+    return RpcReply::failure(RpcNoSimulator, QStringLiteral("the engine is not a simulated machine"));
+}
+
+QString fileParam(QJsonObject const& params) {
+    return QFileInfo(params.value(QLatin1String("file")).toString()).absoluteFilePath();
+}
+
+std::string nativeName(QString const& file) {
+    return QFile::encodeName(file).toStdString();
+}
+
+RpcReply fileReply(QString const& file, std::string const& error) {
+    if (!error.empty())
+        return RpcReply::failure(RpcFileError, QString::fromStdString(error));
+    return RpcReply::value(QJsonObject{{QStringLiteral("file"), file}});
+}
+
+QJsonValue toJson(sim::SimValue const& value) {
+    if (auto const* whole = std::get_if<std::int64_t>(&value))
+        return double(*whole);
+    if (auto const* real = std::get_if<double>(&value))
+        return *real;
+    return QString::fromStdString(std::get<std::string>(value));
+}
+
+QJsonObject toJson(sim::SimCall const& call) {
+    QJsonArray arguments;
+    for (sim::SimValue const& value : call.args)
+        arguments.append(toJson(value));
+    return {{QStringLiteral("seq"), double(call.sequence)},
+            {QStringLiteral("ms"), call.ms},
+            {QStringLiteral("name"), QString::fromStdString(call.name)},
+            {QStringLiteral("args"), arguments}};
+}
+
+QJsonObject toJson(sim::SimHeadDistortion const& distortion) {
+    QJsonObject values;
+    for (HeadValue const& entry : kHeadValues)
+        values.insert(QLatin1String(entry.name), distortion.*entry.value);
+    return values;
+}
+
+} // namespace
+
+std::array<CardMethods::Row, 9> const& CardMethods::methods() {
+    static constexpr RpcParameter kFile{"file", RpcType::Text, true};
+    static std::array<Row, 9> const rows{{
+        {"card.state", {}, &CardMethods::state},
+        {"card.setInput", {{{"bit", RpcType::Index, true}, {"value", RpcType::Level, true}}}, &CardMethods::setInput},
+        {"card.setInputs", {{{"word", RpcType::Word, true}}}, &CardMethods::setInputs},
+        {"card.journal", {{{"since", RpcType::Number, false}}}, &CardMethods::journal},
+        {"card.clearJournal", {}, &CardMethods::clearJournal},
+        {"card.trace", {{kFile}}, &CardMethods::trace},
+        {"card.fault", {{{"name", RpcType::Text, true}, {"on", RpcType::Switch, true}}}, &CardMethods::fault},
+        {"head.set",
+         {{{"scaleX", RpcType::Number, false},
+           {"scaleY", RpcType::Number, false},
+           {"rotation", RpcType::Number, false},
+           {"barrel", RpcType::Number, false},
+           {"trapezoidX", RpcType::Number, false},
+           {"trapezoidY", RpcType::Number, false},
+           {"noise", RpcType::Number, false}}},
+         &CardMethods::setHead},
+        {"head.measure", {{kFile}}, &CardMethods::measureHead},
+    }};
+    return rows;
+}
+
+RpcReply CardMethods::state(QJsonObject const&) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    sim::SimCardState const state = m_machine.sim()->state();
+    return RpcReply::value(QJsonObject{{QStringLiteral("open"), state.open},
+                                       {QStringLiteral("activity"), nameOf(kActivityNames, int(state.activity))},
+                                       {QStringLiteral("status"), nameOf(kStatusNames, state.status)},
+                                       {QStringLiteral("type"), nameOf(kTypeNames, state.type)},
+                                       {QStringLiteral("inputs"), double(state.inputs)},
+                                       {QStringLiteral("outputs"), double(state.outputs)},
+                                       {QStringLiteral("x"), state.x},
+                                       {QStringLiteral("y"), state.y},
+                                       {QStringLiteral("laser"), state.laser},
+                                       {QStringLiteral("pen"), state.pen},
+                                       {QStringLiteral("runTime"), state.runTimeMs},
+                                       {QStringLiteral("jobs"), double(state.jobs)},
+                                       {QStringLiteral("speed"), state.speed},
+                                       {QStringLiteral("alarms"), double(state.alarmWord)}});
+}
+
+RpcReply CardMethods::setInput(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    int const bit = params.value(QLatin1String("bit")).toInt();
+    if (!m_machine.sim()->setInput(bit, params.value(QLatin1String("value")).toBool()))
+        return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"bit\" is 0 to 31, not %1").arg(bit));
+    return RpcReply::value(double(m_machine.sim()->state().inputs));
+}
+
+RpcReply CardMethods::setInputs(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    m_machine.sim()->setInputs(std::uint32_t(params.value(QLatin1String("word")).toDouble()));
+    return RpcReply::value(double(m_machine.sim()->state().inputs));
+}
+
+RpcReply CardMethods::journal(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    double const since = params.value(QLatin1String("since")).toDouble();
+    if (since < 0)
+        return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"since\" is a sequence number of 0 or above"));
+    QJsonArray calls;
+    for (sim::SimCall const& call : m_machine.sim()->journal(std::uint64_t(since), kMostCalls))
+        calls.append(toJson(call));
+    return RpcReply::value(calls);
+}
+
+RpcReply CardMethods::clearJournal(QJsonObject const&) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    m_machine.sim()->clearJournal();
+    return RpcReply::value(true);
+}
+
+RpcReply CardMethods::trace(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    QString const file = fileParam(params);
+    std::string error;
+    m_machine.sim()->writeTrace(nativeName(file), error);
+    return fileReply(file, error);
+}
+
+RpcReply CardMethods::fault(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    QString const name = params.value(QLatin1String("name")).toString();
+    if (m_machine.sim()->setFault(name.toStdString(), params.value(QLatin1String("on")).toBool()))
+        return RpcReply::value(true);
+    QJsonArray names;
+    for (std::string const& known : m_machine.sim()->faultNames())
+        names.append(QString::fromStdString(known));
+    return RpcReply::failure(RpcInvalidParams, QStringLiteral("no fault \"%1\"").arg(name),
+                             QJsonObject{{QStringLiteral("candidates"), names}});
+}
+
+RpcReply CardMethods::setHead(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    sim::SimHeadDistortion distortion;
+    std::string error;
+    bool done = m_machine.sim()->head(distortion, error);
+    for (HeadValue const& entry : kHeadValues) {
+        QJsonValue const value = params.value(QLatin1String(entry.name));
+        if (!value.isUndefined())
+            distortion.*entry.value = value.toDouble();
+    }
+    done = done && m_machine.sim()->setHead(distortion, error);
+    if (!done)
+        return RpcReply::failure(RpcInvalidParams, QString::fromStdString(error));
+    return RpcReply::value(toJson(distortion));
+}
+
+RpcReply CardMethods::measureHead(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    QString const file = fileParam(params);
+    std::string error;
+    m_machine.sim()->measureHead(nativeName(file), error);
+    return fileReply(file, error);
+}
+
+} // namespace tessera

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace sim {
+class SimControl;
+}
+
+namespace tessera {
+
+/// The simulated machine behind the linked engine, if it is one. Main thread.
+class MachineControl {
+public:
+    /// Looks for the machine among the loaded libraries.
+    MachineControl();
+
+    bool isSimulated() const { return m_sim; }
+    /// Null when the engine is not a simulated machine.
+    sim::SimControl* sim() const { return m_sim; }
+
+    // Without a simulated machine these do nothing and fail.
+    bool setSpeed(double factor);
+    bool showPanel(QString& error);
+    bool writeTrace(QString const& file, QString& error) const;
+
+    /// How long `machineTime` (ms) takes by the wall clock; 0 when it takes no time.
+    double wallTime(double machineTime) const;
+
+private:
+    sim::SimControl* m_sim = nullptr;
+};
+
+} // namespace tessera
