@@ -12,8 +12,8 @@ struct RunFigures {
     qint64 vertices = 0;
     double markedLength = 0.0;  ///< mm of one pass, laser on
     double jumpedLength = 0.0;  ///< mm of one pass, laser off
-    double estimatedTime = 0.0; ///< ms of one pass, machine time, told before the run
-    double actualTime = 0.0;    ///< ms of the last pass, machine time, as the card counted it
+    double estimatedTime = 0.0; ///< ms of one pass as the card reckons it, without pauses
+    double actualTime = 0.0;    ///< ms of the last pass as measured, pauses included
     qint64 elapsedTime = 0;     ///< ms of all passes by the wall clock
     int passes = 0;             ///< that ended well
     int passesWanted = 0;

@@ -97,8 +97,10 @@ private slots:
             QVERIFY2(figure(report, length).endsWith(" mm"), report.constData());
             QVERIFY(figure(report, length).section(' ', 0, 0).toDouble() > 100.0);
         }
-        for (char const* time : {"estimated time", "actual time"})
-            QVERIFY2(figure(report, time).section(' ', 0, 0).toDouble() > 100.0, report.constData());
+        double const estimated = figure(report, "estimated time").section(' ', 0, 0).toDouble();
+        QVERIFY2(estimated > 1000.0, report.constData());
+        // As fast as possible: the machine does not take the time that it reckons.
+        QVERIFY2(figure(report, "actual time").section(' ', 0, 0).toDouble() < estimated, report.constData());
         QCOMPARE(m_root->counter(), 2);
         QVERIFY2(program.errors().contains("pass 1 of 2: ") && program.errors().contains("pass 2 of 2: "),
                  program.errors().constData());
@@ -122,9 +124,11 @@ private slots:
             {"--sim-speed", "100", "--import", sampleFile("gear-plate.svg"), "--mark", "1", "--report", "--quit"});
         QVERIFY(program.waitEnd());
         QVERIFY2(program.exitCode() == 0, program.errors().constData());
-        double const machine = figure(program.output(), "actual time").section(' ', 0, 0).toDouble();
-        double const wall = figure(program.output(), "elapsed time").section(' ', 0, 0).toDouble();
-        QVERIFY2(wall >= machine / 100, program.output().constData());
+        auto const milliseconds = [&program](char const* name) {
+            return figure(program.output(), name).section(' ', 0, 0).toDouble();
+        };
+        QVERIFY2(milliseconds("actual time") >= milliseconds("estimated time") / 100 - 1, program.output().constData());
+        QVERIFY2(milliseconds("elapsed time") >= milliseconds("actual time"), program.output().constData());
     }
 
     void nothing_to_mark_is_a_failure_data() {
