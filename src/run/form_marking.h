@@ -48,8 +48,8 @@ public:
     /// `kind` 0 normal, 1 red light, other border.
     void SetRunSelection(int kind, bool loop);
     void SetEnableTriggerWhenRedLoop(bool on);
-    /// The running preview takes over changed data.
-    void UpdateRedViewData();
+    /// The running preview takes over changed data. Document views call it by name.
+    Q_INVOKABLE void UpdateRedViewData();
     /// Shows or hides the axis buttons by the debug setting and fixes the size for it.
     void ChangeFormSize();
     /// Every text in the operator's language.

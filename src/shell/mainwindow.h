@@ -91,8 +91,9 @@ public:
     /// Centres the visible run dialog when it is not inside the main window, or always with `force`.
     void MoveMarkWindow2Center(bool force);
     void UpdateMarkBTTime();
-    /// Queues a direction key for the view while a preview runs; repeats are dropped while one waits.
-    void HandDirEventOnRedView(QKeyEvent* event);
+    /// Queues a direction key for the view while a preview runs; repeats are dropped while one waits. Document views
+    /// call it by name.
+    Q_INVOKABLE void HandDirEventOnRedView(QKeyEvent* event);
     /// Hands pending direction keys to the active view. Key thread.
     void PassDirKeys();
 

@@ -12,6 +12,7 @@
 #include "shell/mainwindow_texts.h"
 #include "shell/rightpanel.h"
 #include "shell/statuseview.h"
+#include "shell/statuszones.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -111,14 +112,19 @@ void MainWindow::BuildAlarmCtrls() {
 }
 
 void MainWindow::FillStatusBar() {
-    for (QLabel* label : {m_pSelectCntLabel, m_pMousePosLabel, m_pBufferTimeLabel, m_pSpareLabel})
-        ui->statusbar->addWidget(label);
+    auto* zones = new tessera::StatusZones(ui->statusbar);
+    for (QLabel* label : {m_pSelectCntLabel, m_pMousePosLabel, m_pBufferTimeLabel})
+        zones->AddLeft(label);
+    zones->SetMiddle(m_pSpareLabel);
     GlassParam::Instance()->SetShowLaserAlarm(true);
-    for (QWidget* widget : {static_cast<QWidget*>(m_pGreenLabel), static_cast<QWidget*>(m_pYellowLabel),
-                            static_cast<QWidget*>(m_pRedLabel), static_cast<QWidget*>(m_pLaserAlarm),
-                            static_cast<QWidget*>(m_pSafeAlarm), static_cast<QWidget*>(m_pCardVersionLabel),
-                            static_cast<QWidget*>(m_pSoftVersionLabel), static_cast<QWidget*>(m_pCardStatusLabel)})
-        ui->statusbar->addPermanentWidget(widget);
+    for (QLabel* lamp : {m_pGreenLabel, m_pYellowLabel, m_pRedLabel})
+        zones->AddRight(lamp, false);
+    zones->AddRight(m_pLaserAlarm, true);
+    zones->AddRight(m_pSafeAlarm, false);
+    zones->AddRight(m_pCardVersionLabel, false);
+    zones->AddRight(m_pSoftVersionLabel, false);
+    zones->AddRight(m_pCardStatusLabel, true);
+    ui->statusbar->addWidget(zones, 1);
 }
 
 void MainWindow::ShowVersions() {
