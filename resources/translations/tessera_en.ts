@@ -116,7 +116,7 @@
     <!-- Input functions and alarms -->
     <message><source>暂停</source><translation>Pause</translation></message>
     <message><source>终止</source><translation>Stop</translation></message>
-    <message><source>红光预览</source><translation>Red-light preview</translation></message>
+    <message><source>红光预览</source><translation>Red preview</translation></message>
     <message><source>手动</source><translation>Manual</translation></message>
     <message><source>自动</source><translation>Automatic</translation></message>
     <message><source>机台就绪</source><translation>Machine ready</translation></message>

@@ -36,6 +36,8 @@ Form_Marking::Form_Marking(QWidget* parent)
     ui->setupUi(this);
     Connect();
     ui->labelRunCnt->installEventFilter(this);
+    ui->pushButtonMoveUp->setIcon(QIcon(QStringLiteral(":/Icon/Res/uparrow.png")));
+    ui->pushButtonMoveDown->setIcon(QIcon(QStringLiteral(":/Icon/Res/downarrow.png")));
     ui->radioButtonRun->setChecked(true);
     ShowCounter();
     ui->labelRunTime->setText(QStringLiteral("0"));

@@ -139,8 +139,9 @@ void Form_Marking::StoreCounter(int value) {
     m_bCounterFailed = !stored;
 }
 
+/// A short pass may have ended before the message of its start was handled here; no time has been seen of it then.
 void Form_Marking::AddRunTime(QDateTime const& until) {
-    m_nRunTime += m_LastTime.msecsTo(until);
+    m_nRunTime += std::max<qint64>(0, m_LastTime.msecsTo(until));
     m_LastTime = until;
     ui->labelRunTime->setText(QString::number(m_nRunTime));
 }

@@ -159,14 +159,11 @@ private slots:
     void OnTimerUpDate();
     void OnResetAlarmStatus();
     void onSetSystemUI();
-    void on_LaserAlarm(bool alarmed, QString text);
     void ShowBufferRunTime();
     void ChangeUIMode();
 
     void onSaveFile();
     void onSaveAllFile();
-    void on_ActivDocChanged(int index);
-    void on_CloseFile(int index, bool save);
     void OnChangeFileIndex(int from, int to);
     void onSubWndClosed(QString path);
     void enableRedoUndo(bool redo, bool undo);
@@ -182,9 +179,6 @@ private slots:
     void OnUnCombine();
     void OnCombineLine();
     void OnUnCpmbineLine();
-    void on_actSelect_triggered();
-    void on_actAddMarkPoint_triiger(bool on);
-    void on_actAddLine_triiger(bool on);
     void on_actionAddRect_triggered(bool on);
     void on_actionAddCircle_triggered(bool on);
     void on_actionAddText_triggered(bool on);
@@ -203,7 +197,6 @@ private slots:
     void on_actionsameWidth_triggered();
     void on_actionsameHeight_triggered();
     void on_actionsameSize_triggered();
-    void on_actAddMarkTools_triggered(bool on);
 
     void on_actionSave_triggered();
     void on_actionMark_triggered();
@@ -225,6 +218,15 @@ private slots:
 
 private:
     MainWindow();
+
+    // Handlers whose names look like generated connections and are not
+    void on_LaserAlarm(bool alarmed, QString text);
+    void on_ActivDocChanged(int index);
+    void on_CloseFile(int index, bool save);
+    void on_actSelect_triggered();
+    void on_actAddMarkPoint_triiger(bool on);
+    void on_actAddLine_triiger(bool on);
+    void on_actAddMarkTools_triggered(bool on);
 
     // Steps of the constructor, in their order
     void ReadVersion();

@@ -13,6 +13,8 @@
 #include "shell/rightpanel.h"
 #include "shell/statuseview.h"
 #include "shell/statuszones.h"
+#include "shell/toolbarstyle.h"
+#include "shell/windowgeometry.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -61,6 +63,8 @@ void MainWindow::BuildPanels() {
     m_pRightPanel->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     m_pRightPanel->setFixedWidth(kRightPanelWidth);
     ui->gridLayout->addWidget(m_pRightPanel, 0, kRightPanelColumn);
+    for (QToolBar* bar : {ui->toolbar_AddMarkTool, ui->toolBarAuxiliary})
+        tessera::WidenExtension(bar);
     m_pLeftPanel = new LeftPanel(this);
     ui->verticalLayout->addWidget(m_pLeftPanel);
     m_pStatusView = new StatuseView(this);
@@ -125,6 +129,7 @@ void MainWindow::FillStatusBar() {
     zones->AddRight(m_pSoftVersionLabel, false);
     zones->AddRight(m_pCardStatusLabel, true);
     ui->statusbar->addWidget(zones, 1);
+    ui->statusbar->installEventFilter(this);
 }
 
 void MainWindow::ShowVersions() {
@@ -193,6 +198,9 @@ void MainWindow::countTime() {
     m_pTimeLabel->setText(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
 }
 
+/// The status bar gets its height after the window has got its size; the clock follows.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui->statusbar && event->type() == QEvent::Resize)
+        m_pTimeLabel->setGeometry(tessera::TimeRect(ui->statusbar->size()));
     return QMainWindow::eventFilter(watched, event);
 }

@@ -4,7 +4,9 @@
 #include <QResizeEvent>
 
 RightPanel::RightPanel(QWidget* parent)
-    : QWidget(parent) {}
+    : QWidget(parent) {
+    setAttribute(Qt::WA_StyledBackground);
+}
 
 void RightPanel::AddWnd(QWidget* widget) {
     widget->setParent(this);

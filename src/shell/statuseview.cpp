@@ -2,6 +2,7 @@
 #include "shell/statuseview.h"
 
 #include "engine/iooutputset.h"
+#include "engine/languagemanager.h"
 #include "engine/markcardinstance.h"
 #include "engine/qrulerview.h"
 #include "engine/vzlistviewex.h"
@@ -56,14 +57,14 @@ void StatuseView::ClearText() {
 }
 
 void StatuseView::SetProtectGas(int bit, QString const& name) {
-    ui->labelExternSet->setText(name);
+    ui->labelExternSet->setText(LanguageManager::GetLanText(name));
     ui->label_Bprotective_gas->setEnabled(bit >= 0);
     if (bit >= 0)
         showSwitch(ui->label_Bprotective_gas, IOOutputSet::Instance()->ProtectGasEnabled(MarkCardInstance::Instance()));
 }
 
 void StatuseView::SetRedLight(int bit, QString const& name) {
-    ui->labelLaserRed->setText(name);
+    ui->labelLaserRed->setText(LanguageManager::GetLanText(name));
     ui->label_Bindicate_red->setEnabled(bit >= 0);
     if (bit >= 0)
         showSwitch(ui->label_Bindicate_red, IOOutputSet::Instance()->RedLightEnabled(MarkCardInstance::Instance()));
