@@ -34,6 +34,7 @@ void RunLoop::StopTriger() {
             return;
         StopCard();
         m_bStop = true;
+        m_EnableTriggerWhenRedLoop = false;
     }
     m_Wake.notify_all();
 }

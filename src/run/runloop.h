@@ -24,7 +24,7 @@ public:
     void RunTrigerOnly(bool select, bool loop, int delay, MarkType type, bool redLoopTrigger);
     void PauseTriger();
     void ReStartTriger();
-    /// Stops the card and ends the run after the pass under way.
+    /// Stops the card and ends the run after the pass under way, one triggered out of a red-light loop too.
     void StopTriger();
     /// Stops the card so that the preview under way begins anew with changed data.
     void StopTrigerVirtual();

@@ -275,7 +275,6 @@ TEST_F(RunLoopTest, a_triggered_run_goes_back_to_the_red_loop) {
 TEST_F(RunLoopTest, a_stop_of_a_triggered_run_does_not_go_back) {
     port.mark = [this] {
         loop.StopTriger();
-        loop.SetEnableTriggerWhenRedLoop(false);
         return true;
     };
     loop.RunTrigerOnly(false, false, 50, MarkTypeLaser, true);

@@ -1,0 +1,601 @@
+// SPDX-License-Identifier: MIT
+#include "engine/class_cardpara.h"
+#include "engine/iooutputset.h"
+#include "engine/languagemanager.h"
+#include "engine/markcardinstance.h"
+#include "engine/marklog.h"
+#include "run/jogbuttons.h"
+#include "support/approot.h"
+#include "tests/shell/windowfixture.h"
+#include "tests/support/dialoganswerer.h"
+#include "tests/support/timeoutscale.h"
+
+#include <QAbstractItemView>
+#include <QCheckBox>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QDoubleSpinBox>
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSpinBox>
+
+using namespace tests;
+
+namespace {
+
+/// What the lamps of the stack light are set to: red, green, yellow.
+QVector<ExpectedCall> lamps(int red, int green, int yellow) {
+    return {call("SetOutputBit", kRed, red), call("SetOutputBit", kGreen, green),
+            call("SetOutputBit", kYellow, yellow)};
+}
+
+QString settingsFile() {
+    return tessera::rootPath(QStringLiteral("/ini/Marking.ini"));
+}
+
+int storedCount() {
+    return QSettings(settingsFile(), QSettings::IniFormat).value(QStringLiteral("MarkCnt"), 0).toInt();
+}
+
+/// Slow enough that a job of one point is still under way when the test looks at it.
+constexpr double kSlow = 0.0001;
+
+} // namespace
+
+class FormMarkingTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void widgets_have_their_texts_and_limits();
+    void size_is_fixed_with_and_without_axis_buttons();
+    void one_run_in_its_order();
+    void a_pass_counts_and_is_stored_at_once();
+    void a_count_survives_the_program();
+    void a_count_that_cannot_be_stored_is_told_once();
+    void without_a_document_the_pass_counts();
+    void selected_only_without_a_selection_counts_a_pass_without_marking();
+    void start_button_pauses_and_resumes();
+    void pause_and_resume_in_their_order();
+    void an_input_edge_does_not_pause_a_run();
+    void a_stop_while_paused_ends_the_run();
+    void stop_in_its_order();
+    void loop_with_delay_0_marks_once_and_waits_for_a_stop();
+    void card_loop_counts_once_after_the_stop();
+    void a_change_of_document_between_passes_takes_effect();
+    void border_preview_repeats_with_the_loop_box();
+    void an_alarm_refuses_start_and_input_but_not_the_preview();
+    void preview_waits_for_its_end();
+    void preview_with_options_sets_the_boxes_and_does_not_wait();
+    void selection_of_the_kind();
+    void counter_is_cleared_by_a_double_click_after_a_question();
+    void counter_keeps_its_value_on_no();
+    void double_click_during_a_run_does_nothing();
+    void a_running_dialog_does_not_close();
+    void keys_are_swallowed();
+    void closing_the_program_during_a_run_ends_it();
+    void a_triggered_run_returns_to_the_red_loop();
+    void a_stop_of_the_triggered_run_goes_idle();
+    void a_restart_before_the_end_was_told_is_not_stopped();
+    void axis_buttons_jog_below_a_hundredth_data();
+    void axis_buttons_jog_below_a_hundredth();
+
+private:
+    Form_Marking& dialog() { return *Form_Marking::Instance(); }
+    template<typename T>
+    T* part(char const* name) {
+        T* found = dialog().findChild<T*>(QString::fromLatin1(name));
+        if (!found)
+            qFatal("no %s in the run dialog", name);
+        return found;
+    }
+    QString status() { return part<QLabel>("labelStatus")->text(); }
+    QString look() { return part<QLabel>("labelStatus")->styleSheet(); }
+    void press(char const* button) { part<QPushButton>(button)->click(); }
+    int count() { return part<QLabel>("labelRunCnt")->text().toInt(); }
+    /// Starts a job that goes on until it is stopped and waits until the dialog shows it.
+    void startSlowly() {
+        machine().setSpeed(kSlow);
+        press("pushButtonStart");
+        QTRY_COMPARE(look(), QStringLiteral("background:green"));
+        QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    }
+    bool idle() { return !dialog().IsRunning() && look() == QLatin1String("background:gray"); }
+
+    TemporaryRoot m_Root;
+    std::unique_ptr<RunningWindow> m_Window;
+};
+
+void FormMarkingTest::initTestCase() {
+    QVERIFY(m_Root.isValid());
+}
+
+void FormMarkingTest::init() {
+    QFile::remove(settingsFile());
+    resetMachine();
+    m_Window = std::make_unique<RunningWindow>();
+    m_Window->newDocument();
+    (*m_Window)->ShowNormalMarkWindow();
+    machine().clearJournal();
+}
+
+void FormMarkingTest::cleanup() {
+    if (m_Window && MainWindow::Instance())
+        MainWindow::Instance()->CloseAllFile();
+    m_Window.reset();
+    QVERIFY(!Form_Marking::Instance());
+}
+
+void FormMarkingTest::widgets_have_their_texts_and_limits() {
+    QCOMPARE(dialog().windowTitle(), QStringLiteral("运行框"));
+    QCOMPARE(part<QRadioButton>("radioButtonRun")->text(), QStringLiteral("工作(F6)"));
+    QVERIFY(part<QRadioButton>("radioButtonRun")->isChecked());
+    QCOMPARE(part<QRadioButton>("radioButtonRedPre")->text(), QStringLiteral("红光预览(F7)"));
+    QCOMPARE(part<QRadioButton>("radioButtonBox")->text(), QStringLiteral("边框预览"));
+    QCOMPARE(part<QCheckBox>("checkBoxSelectMarking")->text(), QStringLiteral("选中工作"));
+    QCOMPARE(part<QCheckBox>("checkBoxLoopMark")->text(), QStringLiteral("循环工作"));
+    QCOMPARE(part<QLabel>("labelLoopDelay")->text(), QStringLiteral("循环间隔"));
+    QCOMPARE(part<QSpinBox>("spinBox")->maximum(), 50000000);
+    QCOMPARE(part<QSpinBox>("spinBox")->value(), 50);
+    QCOMPARE(part<QPushButton>("pushButtonStart")->text(), QStringLiteral("开始(F6)"));
+    QCOMPARE(part<QPushButton>("pushButtonStop")->text(), QStringLiteral("终止(F8)"));
+    QCOMPARE(part<QPushButton>("pushButtonCancel")->text(), QStringLiteral("退出(Esc)"));
+    QCOMPARE(status(), QStringLiteral("完成或终止运行..."));
+    QCOMPARE(look(), QStringLiteral("background:gray"));
+    const auto* step = part<QDoubleSpinBox>("doubleSpinBoxStep");
+    QCOMPARE(step->minimum(), -99999.0);
+    QCOMPARE(step->maximum(), 99999.0);
+    QCOMPARE(step->singleStep(), 0.01);
+    QVERIFY(part<QPushButton>("pushButtonStopAxis")->styleSheet().contains(QStringLiteral("red")));
+}
+
+void FormMarkingTest::size_is_fixed_with_and_without_axis_buttons() {
+    dialog().ChangeFormSize();
+    QCOMPARE(dialog().size(), QSize(385, 180));
+    QVERIFY(!part<QPushButton>("pushButtonMoveUp")->isVisible());
+    SystemParam::Instance()->SetMarkDebugMode(true);
+    dialog().ChangeFormSize();
+    QCOMPARE(dialog().size(), QSize(580, 180));
+    QCOMPARE(dialog().minimumSize(), dialog().maximumSize());
+    for (char const* name : {"pushButtonMoveUp", "pushButtonMoveDown", "pushButtonStopAxis"})
+        QVERIFY(part<QPushButton>(name)->isVisible());
+    QVERIFY(part<QDoubleSpinBox>("doubleSpinBoxStep")->isVisible());
+}
+
+/// The worker's calls in their order and the main thread's in theirs; how the two mix is up to the machine.
+void FormMarkingTest::one_run_in_its_order() {
+    machine().setSpeed(kSlow);
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    QCOMPARE(status(), QStringLiteral("运行开始..."));
+    QCOMPARE(part<QPushButton>("pushButtonStart")->text(), QStringLiteral("暂停(F6)"));
+    for (char const* name : {"radioButtonRun", "radioButtonRedPre", "radioButtonBox", "checkBoxLoopMark",
+                             "checkBoxSelectMarking", "spinBox", "labelLoopDelay", "pushButtonCancel"})
+        QVERIFY2(!part<QWidget>(name)->isEnabled(), name);
+    QVERIFY(!m_Window->child<QWidget>("centralwidget")->isEnabled());
+    QVERIFY(!m_Window->child<QWidget>("menuBar")->isEnabled());
+    machine().setSpeed(0.0);
+    QTRY_VERIFY(idle());
+    QCOMPARE(status(), QStringLiteral("完成或终止运行..."));
+    QCOMPARE(part<QPushButton>("pushButtonStart")->text(), QStringLiteral("开始(F6)"));
+    QVERIFY(part<QWidget>("spinBox")->isEnabled());
+    QVERIFY(m_Window->child<QWidget>("centralwidget")->isEnabled());
+
+    const QVector<JournalEntry> journal = machineJournal();
+    COMPARE_JOURNAL(without(journal, {"SetOutputBit"}),
+                    {call("SetMarkStaus", 0), call("SetMarkType", 0),
+                     call("DownLayerPara", 20, ArgumentPattern::rest()), call("StartMark", 0, 0),
+                     call("SetMarkStaus", 2), call("SetMarkStaus", 2)});
+    COMPARE_JOURNAL(only(journal, {"SetOutputBit"}), lamps(0, 1, 0) + lamps(0, 0, 1));
+}
+
+void FormMarkingTest::a_pass_counts_and_is_stored_at_once() {
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(1);
+    machine().setSpeed(0.0);
+    QSignalSpy passes(&dialog(), &Form_Marking::SendRunData);
+    bool behind = false;
+    connect(&dialog(), &Form_Marking::SendRunData, this, [&] { behind = behind || storedCount() != count(); });
+    press("pushButtonStart");
+    QTRY_VERIFY(passes.count() >= 5);
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QVERIFY(!behind);
+    QCOMPARE(count(), passes.count());
+    QCOMPARE(storedCount(), count());
+}
+
+void FormMarkingTest::a_count_survives_the_program() {
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    QTRY_VERIFY(idle());
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 2);
+    QTRY_VERIFY(idle());
+    m_Window.reset();
+    m_Window = std::make_unique<RunningWindow>();
+    QCOMPARE(count(), 2);
+}
+
+void FormMarkingTest::a_count_that_cannot_be_stored_is_told_once() {
+    // A directory in the file's place: no process can write it, whoever it runs as.
+    QFile::remove(settingsFile());
+    QVERIFY(QDir().mkpath(settingsFile()));
+    machine().setSpeed(0.0);
+    auto* list = m_Window->child<QWidget>("listWidget");
+    for (int pass = 1; pass <= 3; ++pass) {
+        press("pushButtonStart");
+        QTRY_COMPARE(count(), pass);
+        QTRY_VERIFY(idle());
+    }
+    const auto* model = qobject_cast<QAbstractItemView*>(list)->model();
+    QCOMPARE(model->rowCount(), 1);
+    QCOMPARE(model->index(0, 0).data().toString(), LanguageManager::GetLanText("运行计数保存失败"));
+    QVERIFY(QDir().rmdir(settingsFile()));
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 4);
+    QCOMPARE(storedCount(), 4);
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::without_a_document_the_pass_counts() {
+    (*m_Window)->CloseAllFile();
+    machine().clearJournal();
+    QSignalSpy passes(&dialog(), &Form_Marking::SendRunData);
+    press("pushButtonStart");
+    QTRY_COMPARE(passes.count(), 1);
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+    QCOMPARE(machineCalls("StartMark"), 0);
+    QCOMPARE(machineCalls("SetMarkType"), 1);
+    QCOMPARE(machineCalls("DownLayerPara"), 0);
+}
+
+void FormMarkingTest::selected_only_without_a_selection_counts_a_pass_without_marking() {
+    // A new point is selected; another document has none.
+    m_Window->newDocument(0, QStringLiteral("empty"));
+    part<QCheckBox>("checkBoxSelectMarking")->setChecked(true);
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(1);
+    QVERIFY(dialog().IsMarkSelect());
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 1);
+    QTRY_VERIFY(idle());
+    QCOMPARE(machineCalls("StartMark"), 0);
+    QCOMPARE(machineCalls("DownLayerPara"), 1);
+}
+
+void FormMarkingTest::start_button_pauses_and_resumes() {
+    startSlowly();
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    QCOMPARE(status(), QStringLiteral("用户暂停..."));
+    QCOMPARE(part<QPushButton>("pushButtonStart")->text(), QStringLiteral("开始(F6)"));
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Paused);
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    machine().setSpeed(0.0);
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+}
+
+void FormMarkingTest::pause_and_resume_in_their_order() {
+    startSlowly();
+    machine().clearJournal();
+    dialog().PauseMark();
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    COMPARE_JOURNAL(machineJournal(), QVector<ExpectedCall>{call("SetMarkStaus", 1)} + lamps(0, 1, 1) +
+                                          QVector<ExpectedCall>{call("PauseMark")});
+    machine().clearJournal();
+    dialog().ReStartMark();
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    COMPARE_JOURNAL(machineJournal(), QVector<ExpectedCall>{call("SetMarkStaus", 0)} + lamps(0, 1, 0) +
+                                          QVector<ExpectedCall>{call("SetMarkStaus", 0), call("RestartMark")});
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::an_input_edge_does_not_pause_a_run() {
+    startSlowly();
+    machine().clearJournal();
+    dialog().StartMark(false);
+    QTest::qWait(0);
+    QVERIFY(machineJournal().isEmpty());
+    QCOMPARE(look(), QStringLiteral("background:green"));
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    dialog().StartMark(false);
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::a_stop_while_paused_ends_the_run() {
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    startSlowly();
+    dialog().PauseMark();
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    press("pushButtonStop");
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+    // The card is not left paused for the next job.
+    machine().setSpeed(0.0);
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(false);
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 2);
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::stop_in_its_order() {
+    startSlowly();
+    machine().clearJournal();
+    press("pushButtonStop");
+    QTRY_VERIFY(idle());
+    COMPARE_JOURNAL(machineJournal(), QVector<ExpectedCall>{call("StopMark"), call("SetMarkStaus", 2), call("StopMark"),
+                                                            call("SetMarkStaus", 2), call("SetMarkStaus", 2)} +
+                                          lamps(0, 0, 1));
+    QCOMPARE(count(), 1);
+}
+
+void FormMarkingTest::loop_with_delay_0_marks_once_and_waits_for_a_stop() {
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(0);
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 1);
+    const QString shown = part<QLabel>("labelRunTime")->text();
+    QVERIFY(!tests::waitFor([this] { return count() != 1 || idle(); }, 200));
+    QCOMPARE(look(), QStringLiteral("background:green"));
+    QCOMPARE(part<QLabel>("labelRunTime")->text(), shown);
+    QVERIFY(dialog().IsRunning());
+    press("pushButtonStop");
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+    QCOMPARE(machineCalls("StartMark"), 1);
+}
+
+void FormMarkingTest::card_loop_counts_once_after_the_stop() {
+    SystemParam::Instance()->SetBufLoop(true);
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(1);
+    press("pushButtonStart");
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    QVERIFY(!tests::waitFor([this] { return count() != 0; }, 100));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+    COMPARE_JOURNAL(only(machineJournal(), {"StartMark"}), {call("StartMark", 0, 1)});
+    QCOMPARE(SystemParam::Instance()->GetLoopMarkDelay(), 1.0);
+}
+
+void FormMarkingTest::a_change_of_document_between_passes_takes_effect() {
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(20);
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    QTRY_VERIFY(count() >= 2);
+    QRulerView* empty = m_Window->newDocument(0, QStringLiteral("other"));
+    QCOMPARE((*m_Window)->GetActiveView(), empty);
+    // Nothing to mark in it: the run ends by itself.
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::border_preview_repeats_with_the_loop_box() {
+    part<QRadioButton>("radioButtonBox")->setChecked(true);
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    part<QSpinBox>("spinBox")->setValue(2);
+    QVERIFY(dialog().IsRedView());
+    press("pushButtonStart");
+    QTRY_VERIFY((*m_Window)->IsRedView());
+    QTRY_VERIFY(count() >= 3);
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QVERIFY(!(*m_Window)->IsRedView());
+    for (JournalEntry const& entry : only(machineJournal(), {"SetMarkType"}))
+        QCOMPARE(entry.arguments, QStringList{"2"});
+    QVERIFY(machineCalls("StartMark") >= 3);
+}
+
+void FormMarkingTest::an_alarm_refuses_start_and_input_but_not_the_preview() {
+    (*m_Window)->SetSafeAlarm(true, 128);
+    press("pushButtonStart");
+    dialog().StartMark(false);
+    QVERIFY(!dialog().IsRunning());
+    QVERIFY(machineJournal().isEmpty());
+    const auto* model = qobject_cast<QAbstractItemView*>(m_Window->child<QWidget>("listWidget"))->model();
+    QCOMPARE(model->rowCount(), 1);
+    QCOMPARE(model->index(0, 0).data().toString(), QStringLiteral("急停"));
+    machine().setSpeed(0.0);
+    dialog().StartMarkPreview();
+    QTRY_COMPARE(count(), 1);
+    COMPARE_JOURNAL(only(machineJournal(), {"SetMarkType"}), {call("SetMarkType", 1)});
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::preview_waits_for_its_end() {
+    dialog().StartMarkPreview();
+    QVERIFY(!dialog().IsRunning());
+    QVERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
+    QCOMPARE(machineCalls("StartMark"), 1);
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::preview_with_options_sets_the_boxes_and_does_not_wait() {
+    machine().setSpeed(kSlow);
+    dialog().StartMarkPreview(true, true, 10, MarkTypeRedPreview);
+    QVERIFY(dialog().IsRunning());
+    QVERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
+    QVERIFY(part<QCheckBox>("checkBoxSelectMarking")->isChecked());
+    QVERIFY(part<QCheckBox>("checkBoxLoopMark")->isChecked());
+    QCOMPARE(part<QSpinBox>("spinBox")->value(), 10);
+    QTRY_VERIFY(dialog().IsRedLoopRun());
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QVERIFY(!dialog().IsRedLoopRun());
+}
+
+void FormMarkingTest::selection_of_the_kind() {
+    dialog().SetRunSelection(1, true);
+    QVERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
+    QVERIFY(part<QCheckBox>("checkBoxLoopMark")->isChecked());
+    dialog().SetRunSelection(7, false);
+    QVERIFY(part<QRadioButton>("radioButtonBox")->isChecked());
+    QVERIFY(!part<QCheckBox>("checkBoxLoopMark")->isChecked());
+    dialog().SetRunSelection(0, false);
+    QVERIFY(part<QRadioButton>("radioButtonRun")->isChecked());
+    QVERIFY(!dialog().IsRedView());
+}
+
+void FormMarkingTest::counter_is_cleared_by_a_double_click_after_a_question() {
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 1);
+    QTRY_VERIFY(idle());
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Yes);
+    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
+    QVERIFY(answerer.waitUntilAnswered());
+    QCOMPARE(answerer.seen().at(0).title, QStringLiteral("提示"));
+    QCOMPARE(answerer.seen().at(0).text, QStringLiteral("是否清空运行个数计数?"));
+    QCOMPARE(count(), 0);
+    QCOMPARE(storedCount(), 0);
+}
+
+void FormMarkingTest::counter_keeps_its_value_on_no() {
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    QTRY_COMPARE(count(), 1);
+    QTRY_VERIFY(idle());
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::No);
+    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
+    QVERIFY(answerer.waitUntilAnswered());
+    QCOMPARE(count(), 1);
+    QCOMPARE(storedCount(), 1);
+}
+
+void FormMarkingTest::double_click_during_a_run_does_nothing() {
+    startSlowly();
+    DialogAnswerer answerer;
+    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
+    QVERIFY(answerer.seen().isEmpty());
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::a_running_dialog_does_not_close() {
+    startSlowly();
+    QVERIFY(!dialog().close());
+    dialog().reject();
+    QVERIFY(dialog().isVisible());
+    QCOMPARE((*m_Window)->MarkWindowIsVisible(), 1);
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    press("pushButtonCancel");
+    QVERIFY(!dialog().isVisible());
+    QCOMPARE((*m_Window)->MarkWindowIsVisible(), 0);
+}
+
+void FormMarkingTest::keys_are_swallowed() {
+    for (Qt::Key key : {Qt::Key_Escape, Qt::Key_F6, Qt::Key_F8, Qt::Key_Return, Qt::Key_Space})
+        QTest::keyClick(&dialog(), key);
+    QVERIFY(dialog().isVisible());
+    QVERIFY(!dialog().IsRunning());
+}
+
+void FormMarkingTest::closing_the_program_during_a_run_ends_it() {
+    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
+    startSlowly();
+    m_Window.reset();
+    QVERIFY(!MainWindow::Instance());
+    QCOMPARE(MarkCardInstance::Instance()->GetMarkStatus(), MarkStatusStop);
+    QCOMPARE(machine().state().activity, sim::SimActivity::Idle);
+}
+
+void FormMarkingTest::a_triggered_run_returns_to_the_red_loop() {
+    SystemParam::Instance()->SetEnableTriggerWhenRedLoop(true);
+    machine().setSpeed(kSlow);
+    dialog().StartMarkPreview(false, true, 1, MarkTypeRedPreview);
+    QTRY_VERIFY(dialog().IsRedLoopRun());
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    machine().clearJournal();
+    machine().setSpeed(0.0);
+    (*m_Window)->IOStartRun();
+    QTRY_VERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
+    QTRY_VERIFY(machineCalls("StartMark") >= 2);
+    QVERIFY(part<QCheckBox>("checkBoxLoopMark")->isChecked());
+    const QVector<JournalEntry> types = only(machineJournal(), {"SetMarkType"});
+    QCOMPARE(types.at(0).arguments, QStringList{"0"});
+    QCOMPARE(types.at(1).arguments, QStringList{"1"});
+    QCOMPARE(look(), QStringLiteral("background:green"));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::a_stop_of_the_triggered_run_goes_idle() {
+    SystemParam::Instance()->SetEnableTriggerWhenRedLoop(true);
+    machine().setSpeed(kSlow);
+    dialog().StartMarkPreview(false, true, 1, MarkTypeRedPreview);
+    QTRY_VERIFY(dialog().IsRedLoopRun());
+    (*m_Window)->IOStartRun();
+    QTRY_VERIFY(machine().state().type == 0 && machine().state().activity == sim::SimActivity::Running);
+    (*m_Window)->IOStopRun();
+    QTRY_COMPARE(count(), 2);
+    QTRY_VERIFY(idle());
+    QVERIFY(part<QRadioButton>("radioButtonRun")->isChecked());
+    QVERIFY(!tests::waitFor([this] { return dialog().IsRunning(); }, 100));
+}
+
+/// The message that a run has ended comes after the next run was started: it must not stop that.
+void FormMarkingTest::a_restart_before_the_end_was_told_is_not_stopped() {
+    machine().setSpeed(0.0);
+    press("pushButtonStart");
+    // Without the event loop: the worker ends, its messages wait.
+    QDeadlineTimer patience(scaled(5000));
+    while (dialog().IsRunning() && !patience.hasExpired())
+        QThread::yieldCurrentThread();
+    QVERIFY(!dialog().IsRunning());
+    machine().setSpeed(kSlow);
+    dialog().StartMark(false);
+    QTRY_COMPARE(count(), 1);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    QCOMPARE(MarkCardInstance::Instance()->GetMarkStatus(), MarkStatusRun);
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::axis_buttons_jog_below_a_hundredth_data() {
+    QTest::addColumn<bool>("up");
+    QTest::addColumn<double>("step");
+    QTest::addColumn<bool>("jog");
+    QTest::addColumn<double>("speed");
+    QTest::addColumn<double>("delta");
+    QTest::newRow("jog up") << true << 0.0 << true << 10.0 << 0.0;
+    QTest::newRow("jog down") << false << 0.0 << true << -10.0 << 0.0;
+    QTest::newRow("just below") << true << 0.00999 << true << 10.0 << 0.0;
+    QTest::newRow("below zero") << true << -5.0 << true << 10.0 << 0.0;
+    QTest::newRow("step up") << true << 0.01 << false << -10.0 << 0.01;
+    QTest::newRow("step down") << false << 2.5 << false << -10.0 << -2.5;
+}
+
+void FormMarkingTest::axis_buttons_jog_below_a_hundredth() {
+    QFETCH(bool, up);
+    QFETCH(double, step);
+    const tessera::AxisButtonMove move = tessera::MoveOfAxisButton(up, step, -10.0, -100.0);
+    QTEST(move.jog, "jog");
+    QTEST(move.speed, "speed");
+    QTEST(move.delta, "delta");
+    QCOMPARE(move.acc, move.jog ? 100.0 : -100.0);
+}
+
+QTEST_MAIN(FormMarkingTest)
+#include "tst_formmarking.moc"
