@@ -41,6 +41,8 @@ void MainWindow::InitMarkCard() {
     else
         ui->actionMotionSet->setVisible(false);
 
+    // The style sheet puts font and palette of a label back that it has not polished yet.
+    m_pCardStateLabel->ensurePolished();
     QFont font = m_pCardStateLabel->font();
     font.setPixelSize(18);
     m_pCardStateLabel->setFont(font);

@@ -1,0 +1,273 @@
+// SPDX-License-Identifier: MIT
+#include "engine/markcardinstance.h"
+#include "engine/showdebugino.h"
+#include "engine/vzlistviewex.h"
+#include "shell/alarmctrl.h"
+#include "shell/leftpanel.h"
+#include "shell/rightpanel.h"
+#include "shell/statuseview.h"
+#include "tests/shell/windowfixture.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QResizeEvent>
+#include <QSignalSpy>
+#include <thread>
+
+using namespace tests;
+
+/// Indicators, status frame, side panels and the message list.
+class StatusViewsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void an_indicator_shows_its_colour_data();
+    void an_indicator_shows_its_colour();
+    void an_indicator_is_clicked_only_when_clickable();
+    void the_laser_indicator_follows_the_alarm_signal();
+    void the_safety_indicator_is_not_clickable();
+    void alarm_lines_replace_the_list();
+    void lines_from_another_thread_reach_the_list();
+    void lines_are_appended_and_cleared();
+    void a_double_click_clears_the_list();
+    void gas_switch_toggles_its_output();
+    void red_light_switch_toggles_its_output();
+    void a_switch_that_is_not_fitted_is_disabled_and_stays();
+    void order_buttons_move_the_selected_object();
+    void order_buttons_without_a_document_do_nothing();
+    void right_panel_tells_its_size();
+    void left_panel_takes_widgets_into_its_holders();
+
+private:
+    TemporaryRoot m_Root;
+    QStringList lines(RunningWindow const& window) {
+        const auto* list = window.child<QListWidget>("listWidget");
+        QStringList all;
+        for (int i = 0; i < list->count(); ++i)
+            all.append(list->item(i)->text());
+        return all;
+    }
+};
+
+void StatusViewsTest::initTestCase() {
+    QVERIFY(m_Root.isValid());
+}
+
+void StatusViewsTest::init() {
+    resetMachine();
+    int none = -1;
+    double delay = 20.0;
+    IOOutputSet::Instance()->SetProtectGas(none, delay, QStringLiteral("保护气体"));
+    IOOutputSet::Instance()->SetRedLight(none, QStringLiteral("指示红光"));
+}
+
+void StatusViewsTest::an_indicator_shows_its_colour_data() {
+    QTest::addColumn<int>("color");
+    QTest::addColumn<QString>("picture");
+    QTest::newRow("green") << 0 << QStringLiteral("green");
+    QTest::newRow("yellow") << 1 << QStringLiteral("yellow");
+    QTest::newRow("red") << 2 << QStringLiteral("red");
+    QTest::newRow("any other") << 77 << QStringLiteral("yellow");
+}
+
+void StatusViewsTest::an_indicator_shows_its_colour() {
+    QFETCH(int, color);
+    QFETCH(QString, picture);
+    AlarmCtrl indicator;
+    indicator.SetStatus(static_cast<AlarmColor>(color), QStringLiteral("text"));
+    const QPixmap expected = QPixmap(QStringLiteral(":/Icon/Res/%1.png").arg(picture))
+                                 .scaled(16, 16, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QVERIFY(!expected.isNull());
+    QCOMPARE(indicator.findChild<QLabel*>(QStringLiteral("labelImg"))->pixmap(Qt::ReturnByValue).toImage(),
+             expected.toImage());
+    QCOMPARE(indicator.findChild<QLabel*>(QStringLiteral("labelText"))->text(), QStringLiteral("text"));
+}
+
+void StatusViewsTest::an_indicator_is_clicked_only_when_clickable() {
+    AlarmCtrl indicator;
+    QSignalSpy clicked(&indicator, &AlarmCtrl::clicked);
+    QTest::mouseClick(&indicator, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 0);
+    indicator.SetClickable(true);
+    QTest::mousePress(&indicator, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 0);
+    QTest::mouseRelease(&indicator, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+}
+
+void StatusViewsTest::the_laser_indicator_follows_the_alarm_signal() {
+    RunningWindow window;
+    const auto* text = window.child<AlarmCtrl>("alarmLaser")->findChild<QLabel*>(QStringLiteral("labelText"));
+    QCOMPARE(text->text(), QStringLiteral("激光器正常"));
+    emit window->LaserAlarm(true, QStringLiteral("not shown"));
+    QCOMPARE(text->text(), QStringLiteral("激光器报警"));
+    emit window->LaserAlarm(false, QString());
+    QCOMPARE(text->text(), QStringLiteral("激光器正常"));
+}
+
+void StatusViewsTest::the_safety_indicator_is_not_clickable() {
+    RunningWindow window;
+    auto* laser = window.child<AlarmCtrl>("alarmLaser");
+    auto* safe = window.child<AlarmCtrl>("alarmSafe");
+    QSignalSpy laserClicked(laser, &AlarmCtrl::clicked);
+    QSignalSpy safeClicked(safe, &AlarmCtrl::clicked);
+    QTest::mouseClick(laser, Qt::LeftButton);
+    QTest::mouseClick(safe, Qt::LeftButton);
+    QCOMPARE(laserClicked.count(), 1);
+    QCOMPARE(safeClicked.count(), 0);
+    QCOMPARE(safe->findChild<QLabel*>(QStringLiteral("labelText"))->text(), QStringLiteral("安全报警"));
+}
+
+void StatusViewsTest::alarm_lines_replace_the_list() {
+    RunningWindow window;
+    window->ShowTextsSub(QStringLiteral("old"), DebugInfoTrace);
+    QVERIFY(window->CheckAlarmStatus());
+    QCOMPARE(lines(window), QStringList{"old"});
+    window->SetSafeAlarm(true, 2 | 128);
+    QVERIFY(!window->CheckAlarmStatus());
+    QCOMPARE(lines(window), (QStringList{QStringLiteral("安全门1报警"), QStringLiteral("急停")}));
+    QVERIFY(window->IsSafeAlarm(128));
+    window->SetSafeAlarm(false, 2);
+    QCOMPARE(window->GetAlarmInfos(), QVector<QString>{QStringLiteral("急停")});
+    QCOMPARE(lines(window), QStringList{QStringLiteral("急停")});
+    window->SetSafeAlarm(false, 128);
+    window->SetSafeAlarm(true, 1 | 32);
+    QVERIFY(window->CheckAlarmStatus());
+    QCOMPARE(window->GetSafeAlarm(), 33U);
+}
+
+void StatusViewsTest::lines_from_another_thread_reach_the_list() {
+    RunningWindow window;
+    window->SetSafeAlarm(true, 512);
+    bool good = true;
+    std::thread([&] { good = window->CheckAlarmStatus(); }).join();
+    QVERIFY(!good);
+    QTRY_COMPARE(lines(window), QStringList{QStringLiteral("水冷机报警")});
+}
+
+void StatusViewsTest::lines_are_appended_and_cleared() {
+    RunningWindow window;
+    ShowDebugIno& sink = *window;
+    sink.ShowTextsSub(QStringLiteral("a"), DebugInfoAlarm);
+    sink.ShowTextsSub(QStringLiteral("b"), DebugInfoTrace);
+    QCOMPARE(lines(window), (QStringList{"a", "b"}));
+    sink.SetTextsSub({QStringLiteral("c"), QStringLiteral("d")}, {DebugInfoAlarm, DebugInfoAlarm});
+    QCOMPARE(lines(window), (QStringList{"c", "d"}));
+    sink.ClearTextSub();
+    QVERIFY(lines(window).isEmpty());
+}
+
+void StatusViewsTest::a_double_click_clears_the_list() {
+    RunningWindow window;
+    window->ShowTextsSub(QStringLiteral("a"), DebugInfoAlarm);
+    auto* list = window.child<QListWidget>("listWidget");
+    const QPoint place = list->visualItemRect(list->item(0)).center();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(list->count(), 1);
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(list->count(), 0);
+}
+
+void StatusViewsTest::gas_switch_toggles_its_output() {
+    RunningWindow window;
+    int bit = 9;
+    double delay = 5.0;
+    IOOutputSet::Instance()->SetProtectGas(bit, delay, QStringLiteral("Argon"));
+    window->UpdateIOSetting();
+    auto* view = window.child<StatuseView>("StatuseView");
+    QCOMPARE(window.child<QLabel>("labelExternSet")->text(), QStringLiteral("Argon"));
+    QVERIFY(view->GasLabel()->isEnabled());
+    machine().clearJournal();
+    const QImage off = view->GasLabel()->pixmap(Qt::ReturnByValue).toImage();
+    QTest::mousePress(view->GasLabel(), Qt::LeftButton);
+    QVERIFY(IOOutputSet::Instance()->ProtectGasEnabled(MarkCardInstance::Instance()));
+    QVERIFY(view->GasLabel()->pixmap(Qt::ReturnByValue).toImage() != off);
+    QTest::mouseRelease(view->GasLabel(), Qt::LeftButton);
+    QTest::mousePress(view->GasLabel(), Qt::LeftButton);
+    COMPARE_JOURNAL(machineJournal(), {call("SetOutputBit", 9, 1), call("SetOutputBit", 9, 0)});
+    QCOMPARE(view->GasLabel()->pixmap(Qt::ReturnByValue).toImage(), off);
+}
+
+void StatusViewsTest::red_light_switch_toggles_its_output() {
+    RunningWindow window;
+    int bit = 4;
+    IOOutputSet::Instance()->SetRedLight(bit, QStringLiteral("Pilot"));
+    window->UpdateIOSetting();
+    auto* view = window.child<StatuseView>("StatuseView");
+    QCOMPARE(window.child<QLabel>("labelLaserRed")->text(), QStringLiteral("Pilot"));
+    machine().clearJournal();
+    QTest::mousePress(view->RedLabel(), Qt::LeftButton);
+    QTest::mousePress(view->RedLabel(), Qt::LeftButton);
+    COMPARE_JOURNAL(machineJournal(), {call("SetOutputBit", 4, 1), call("SetOutputBit", 4, 0)});
+}
+
+void StatusViewsTest::a_switch_that_is_not_fitted_is_disabled_and_stays() {
+    RunningWindow window;
+    auto* view = window.child<StatuseView>("StatuseView");
+    view->SetProtectGas(3, QStringLiteral("gas"));
+    const QImage before = view->GasLabel()->pixmap(Qt::ReturnByValue).toImage();
+    view->SetProtectGas(-1, QStringLiteral("none"));
+    QVERIFY(!view->GasLabel()->isEnabled());
+    QCOMPARE(view->GasLabel()->pixmap(Qt::ReturnByValue).toImage(), before);
+    machine().clearJournal();
+    QTest::mousePress(view->GasLabel(), Qt::LeftButton);
+    QVERIFY(machineJournal().isEmpty());
+}
+
+void StatusViewsTest::order_buttons_move_the_selected_object() {
+    RunningWindow window;
+    QRulerView* view = window.newDocument(3, QStringLiteral("order"));
+    // The newest point is the selected one.
+    QCOMPARE(view->GetFirstSelectedToolIndex(), 2);
+    window.child<QPushButton>("pushButtonMoveUp")->click();
+    QCOMPARE(view->GetFirstSelectedToolIndex(), 1);
+    window.child<QPushButton>("pushButtonMoveDown")->click();
+    QCOMPARE(view->GetFirstSelectedToolIndex(), 2);
+    window.child<QPushButton>("pushButtonMoveTop")->click();
+    QCOMPARE(view->GetFirstSelectedToolIndex(), 0);
+    window.child<QPushButton>("pushButtonMoveBotton")->click();
+    QCOMPARE(view->GetFirstSelectedToolIndex(), 2);
+    window->CloseAllFile();
+}
+
+void StatusViewsTest::order_buttons_without_a_document_do_nothing() {
+    RunningWindow window;
+    window->CloseAllFile();
+    for (char const* name : {"pushButtonMoveUp", "pushButtonMoveTop", "pushButtonMoveDown", "pushButtonMoveBotton"}) {
+        auto* button = window.child<QPushButton>(name);
+        button->click();
+        QVERIFY2(!button->icon().isNull(), name);
+    }
+}
+
+void StatusViewsTest::right_panel_tells_its_size() {
+    RightPanel panel;
+    auto* page = new QLabel(QStringLiteral("page"));
+    panel.AddWnd(page);
+    QCOMPARE(page->parentWidget(), &panel);
+    QSize told;
+    connect(&panel, &RightPanel::SizeChanged, [&told](QResizeEvent* event) { told = event->size(); });
+    panel.show();
+    panel.resize(245, 333);
+    QTRY_COMPARE(told, QSize(245, 333));
+}
+
+void StatusViewsTest::left_panel_takes_widgets_into_its_holders() {
+    LeftPanel panel;
+    auto* status = new QLabel;
+    auto* file = new QLabel;
+    auto* list = new QLabel;
+    panel.AddStatusWidged(status);
+    panel.AddFileWidged(file);
+    panel.AddListWidget(list);
+    QCOMPARE(status->parentWidget(), panel.StatusView());
+    QCOMPARE(file->parentWidget(), panel.FileList());
+    QCOMPARE(list->parentWidget(), panel.ObjList());
+}
+
+QTEST_MAIN(StatusViewsTest)
+#include "tst_statusviews.moc"
