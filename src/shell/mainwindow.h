@@ -70,7 +70,7 @@ public:
     bool IsFileOpened(QString const& path) const;
     /// Reads the set of open documents anew after files were imported.
     void ResetFiles();
-    /// Takes over a document pushed by a controlling station: name and content.
+    /// Takes over a document pushed by a controlling station: the file that was received, and its name here.
     bool SyncFileData(QString const& first, QString const& second);
     bool IsShowDoc();
     void SetShowDoc(bool show);

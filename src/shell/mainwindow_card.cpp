@@ -41,8 +41,6 @@ void MainWindow::InitMarkCard() {
     else
         ui->actionMotionSet->setVisible(false);
 
-    // The style sheet puts font and palette of a label back that it has not polished yet.
-    m_pCardStateLabel->ensurePolished();
     QFont font = m_pCardStateLabel->font();
     font.setPixelSize(18);
     m_pCardStateLabel->setFont(font);
@@ -53,6 +51,9 @@ void MainWindow::InitMarkCard() {
     QPalette palette = m_pCardStateLabel->palette();
     palette.setColor(QPalette::WindowText, open ? Qt::blue : Qt::red);
     m_pCardStateLabel->setPalette(palette);
+    // With a style sheet in force Qt forgets a widget's own font and palette whenever it polishes the window anew.
+    m_pCardStateLabel->setStyleSheet(
+        QStringLiteral("QLabel{ color:%1; font-size:18px}").arg(QLatin1String(open ? "blue" : "red")));
 }
 
 void MainWindow::ShowCardVersion() {
