@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QDir>
+#include <QFile>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -24,8 +25,16 @@ using namespace tests;
 
 namespace {
 
-int threadCount() {
-    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+/// Running threads of this name, which the system cuts to 15 characters.
+int threadsNamed(char const* name) {
+    int count = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (QString const& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks.filePath(task + QStringLiteral("/comm")));
+        if (file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == QByteArray(name).left(15))
+            ++count;
+    }
+    return count;
 }
 
 /// The hardware word of a card whose version carries a suffix.
@@ -164,14 +173,18 @@ void MainWindowTest::the_command_server_runs_with_a_controlling_station() {
 }
 
 void MainWindowTest::nothing_is_left_running() {
-    start();
-    m_Window->close();
-    const int before = threadCount();
     for (int round = 0; round < 3; ++round) {
         start();
-        QTRY_VERIFY(threadCount() > before);
+        QTRY_COMPARE(threadsNamed("UpdateInputThread"), 1);
+        QTRY_COMPARE(threadsNamed("KeyEventHandleThread"), 1);
+        m_Window->newDocument();
+        window().ShowNormalMarkWindow();
+        machine().setSpeed(0.0001);
+        window().IOStartRun();
+        QTRY_COMPARE(threadsNamed("MarkingThread"), 1);
         m_Window->close();
-        QTRY_COMPARE(threadCount(), before);
+        for (char const* name : {"UpdateInputThread", "KeyEventHandleThread", "MarkingThread"})
+            QTRY_COMPARE(threadsNamed(name), 0);
     }
 }
 
@@ -312,12 +325,11 @@ void MainWindowTest::second_show_starts_no_second_input_thread() {
     start();
     QSignalSpy beat(&window(), &MainWindow::TimerUpDate);
     QTRY_VERIFY(beat.count() >= 2);
-    const int threads = threadCount();
     window().hide();
     window().show();
     window().hide();
     window().show();
-    QCOMPARE(threadCount(), threads);
+    QVERIFY(!tests::waitFor([] { return threadsNamed("UpdateInputThread") != 1; }, 100));
 }
 
 void MainWindowTest::lamps_of_the_status_bar_follow_the_stack_light() {
