@@ -204,7 +204,7 @@ function(tessera_register_test name timeout)
                                 "UBSAN_OPTIONS=print_stacktrace=1"
                                 "LSAN_OPTIONS=print_suppressions=0:suppressions=${suppressions}")
     elseif(TESSERA_SANITIZE MATCHES "thread")
-        list(APPEND environment "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1")
+        list(APPEND environment "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp")
     endif()
     if(TARGET ${name})
         foreach(label IN LISTS labels)

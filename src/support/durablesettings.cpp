@@ -5,11 +5,11 @@
 #include "support/durablefile.h"
 #include "support/fileread.h"
 #include "support/settingscopy.h"
+#include "support/settingslock.h"
 
 #include <QDataStream>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QMap>
 #include <QMetaType>
 #include <QSettings>
@@ -22,12 +22,14 @@
 namespace tessera {
 namespace {
 
-constexpr int lockWait = 10000; // ms; QSettings holds the lock for one write of a small file
+/// Held while a QSettings lives, not while the disk is waited for. QSettings shares its cache of files between threads
+/// under a lock of its own that ThreadSanitizer does not see; recursive, since an edit may read other settings.
+std::recursive_mutex& qsettingsMutex() {
+    static std::recursive_mutex mutex;
+    return mutex;
+}
 
-/// A writer killed between making the lock file and filling it leaves an empty one, which only its age tells from a
-/// lock being taken; QLockFile's own 30 s would outlast lockWait. A living holder loses nothing by it, however long it
-/// holds: its file is locked in the kernel too, and QLockFile removes none that is.
-constexpr int emptyLockAge = 1000; // ms
+using QSettingsGuard = std::lock_guard<std::recursive_mutex>;
 
 using SettingsMap = QMap<QString, QVariant>;
 
@@ -48,6 +50,16 @@ bool isSameOwnType(const QVariant& wanted, const QVariant& read) {
             return false;
     }
     return bytes[0] == bytes[1];
+}
+
+/// Text of its own for QSettings, which keeps it in its cache: shared text would be let go of by whichever thread comes
+/// last, by a count that ThreadSanitizer does not see either.
+QString unshared(const QString& text) {
+    return QString(text.constData(), text.size());
+}
+
+QVariant unshared(const QVariant& value) {
+    return value.type() == QVariant::String ? QVariant(unshared(value.toString())) : value;
 }
 
 /// Ini text keeps no types: numbers come back as text, a list of one as its element, an empty list as no value.
@@ -87,6 +99,7 @@ public:
     /// QSettings tells no failed read apart from an empty file, and would then drop all other keys. So two of them read
     /// the text, each from a path of its own, and a text with a value in it must not come out empty.
     DurableResult edit(const std::function<void(QSettings&)>& change) {
+        const QSettingsGuard guard(qsettingsMutex());
         SettingsMap before;
         int error = m_copy.store(m_old);
         if (error == 0) {
@@ -110,6 +123,7 @@ public:
     }
 
     DurableResult prove() {
+        const QSettingsGuard guard(qsettingsMutex());
         int error = m_copy.moveAside();
         if (error == 0)
             error = m_copy.load(m_text);
@@ -158,16 +172,6 @@ private:
     bool m_damaged = false;
 };
 
-DurableResult lockAgainstQSettings(QLockFile& lock, const QString& path) {
-    lock.setStaleLockTime(emptyLockAge);
-    if (lock.tryLock(lockWait))
-        return DurableResult();
-    const bool held = lock.error() == QLockFile::LockFailedError;
-    return DurableResult::failure(DurableStep::LockFile, held ? EWOULDBLOCK : EIO, path,
-                                  held ? QStringLiteral("another writer does not release it")
-                                       : QStringLiteral("the lock file cannot be made"));
-}
-
 } // namespace
 
 DurableResult changeSettingsDurably(const QString& path, const std::function<void(QSettings&)>& edit,
@@ -180,8 +184,8 @@ DurableResult changeSettingsDurably(const QString& path, const std::function<voi
     DurableResult result = ensureDirectory(directoryOf(QFile::encodeName(absolute)));
     if (!result)
         return result;
-    QLockFile lock(absolute + QStringLiteral(".lock"));
-    result = lockAgainstQSettings(lock, absolute);
+    SettingsLock lock(absolute);
+    result = lock.take();
     if (!result)
         return result;
     SettingsSave save(absolute, codec);
@@ -197,7 +201,7 @@ DurableResult writeSettingsDurably(const QString& path, const QVector<QPair<QStr
                                    QTextCodec* codec) {
     const auto setAll = [&values](QSettings& settings) {
         for (const QPair<QString, QVariant>& value : values)
-            settings.setValue(value.first, value.second);
+            settings.setValue(unshared(value.first), unshared(value.second));
     };
     return changeSettingsDurably(path, setAll, codec);
 }
@@ -207,6 +211,7 @@ DurableResult writeSettingDurably(const QString& path, const QString& key, const
 }
 
 QVariant readSetting(const QString& path, const QString& key, const QVariant& fallback, QTextCodec* codec) {
+    const QSettingsGuard guard(qsettingsMutex());
     QSettings settings(path, QSettings::IniFormat);
     settings.setIniCodec(codec);
     return settings.value(key, fallback);

@@ -398,6 +398,11 @@ int fstat(int descriptor, struct stat* status) noexcept {
     return through(judgeDescriptor(FaultStat, descriptor), [&] { return REAL(fstat)(descriptor, status); });
 }
 
+/// ThreadSanitizer's own fstat() goes on to this older name.
+int __fxstat(int, int descriptor, struct stat* status) noexcept {
+    return through(judgeDescriptor(FaultStat, descriptor), [&] { return REAL(fstat)(descriptor, status); });
+}
+
 int fchmod(int descriptor, mode_t mode) noexcept {
     return through(judgeDescriptor(FaultAttributes, descriptor), [&] { return REAL(fchmod)(descriptor, mode); });
 }
