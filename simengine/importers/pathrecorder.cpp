@@ -110,12 +110,29 @@ private:
         shape.filled = shape.fillColor.isValid();
         if (joinsFill(shape, extent))
             return;
-        if (shape.stroked || shape.filled)
+        if (shape.stroked || shape.filled) {
+            // an outline without an area is painted twice: first its area, which is not seen, then its line
+            if (m_lastWasCounted && repeatsLast(shape, extent))
+                --invisible;
+            m_lastWasCounted = false;
             shapes.push_back(shape);
-        else if (m_last.stroked || m_last.filled || !sameOutline(m_last, shape))
+        } else if (m_last.stroked || m_last.filled || !repeatsLast(shape, extent)) {
             ++invisible;
+            m_lastWasCounted = true;
+        }
         m_last = shape;
         m_lastWasArea = extent == Areas;
+    }
+
+    /// The outline painted last comes once more; the area of an open line was painted closed.
+    bool repeatsLast(const RecordedShape& shape, Extent extent) const {
+        if (sameOutline(m_last, shape))
+            return true;
+        if (extent != Lines || !m_lastWasArea)
+            return false;
+        QPainterPath closed = shape.path;
+        closed.closeSubpath();
+        return m_last.transform == shape.transform && m_last.path == closed;
     }
 
     /// The second pass over an outline: its line after its area.
@@ -148,6 +165,7 @@ private:
     double m_opacity = 1.0;
     RecordedShape m_last;
     bool m_lastWasArea = false;
+    bool m_lastWasCounted = false; ///< the outline painted last is among the invisible ones
 };
 
 PathRecorder::PathRecorder(const QSizeF& size)

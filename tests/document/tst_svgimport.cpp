@@ -103,6 +103,7 @@ private slots:
     void sloppy_prefixes_are_read();
     void samples_come_whole_data();
     void samples_come_whole();
+    void outlines_without_area_are_not_told_as_left_out();
 };
 
 void SvgImportTest::lengths_of_texts_data() {
@@ -499,6 +500,15 @@ void SvgImportTest::samples_come_whole() {
     else
         QVERIFY(int(result.objects.size()) >= shapes - references);
     QVERIFY(near(boundsOf(result).center(), {0, 0}));
+    QCOMPARE(skippedCount(result, "path"), 0);
+}
+
+void SvgImportTest::outlines_without_area_are_not_told_as_left_out() {
+    const ImportResult result =
+        importBody("<g fill='none' stroke='red'><path d='M0 0H10V10'/><rect width='5' height='4'/>"
+                   "<polyline points='0 0 3 1 4 7'/><circle r='2'/></g>");
+    QCOMPARE(result.objects.size(), size_t(4));
+    QVERIFY(result.skipped.isEmpty());
 }
 
 QTEST_MAIN(SvgImportTest)
