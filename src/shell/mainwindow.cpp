@@ -16,6 +16,7 @@
 #include "engine/systemparam.h"
 #include "run/form_marking.h"
 #include "shell/updateinputthread.h"
+#include "shell/windowgeometry.h"
 #include "support/approot.h"
 #include "ui_mainwindow.h"
 
@@ -28,8 +29,6 @@
 namespace {
 
 constexpr int kSecondMs = 1000;
-/// The desktop's panel keeps this strip at the bottom of the screen.
-constexpr int kBottomStrip = 50;
 /// Work mode in which a controlling station commands this one.
 constexpr int kWorkModeRemote = 3;
 
@@ -124,7 +123,7 @@ void MainWindow::InitMainWindow() {
     connect(this, &MainWindow::MoveMarkWnd2Center, this, &MainWindow::onMoveMarkWnd2Center);
     m_SecondTimer.start(kSecondMs);
     if (QScreen const* screen = QGuiApplication::primaryScreen())
-        setGeometry(screen->geometry().adjusted(0, 0, 0, -kBottomStrip));
+        setGeometry(tessera::WindowRect(screen->geometry()));
     AuthorityManager::StartAutoLoginOut();
     m_KeyThread.Start();
 }

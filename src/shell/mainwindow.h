@@ -70,7 +70,8 @@ public:
     bool IsFileOpened(QString const& path) const;
     /// Reads the set of open documents anew after files were imported.
     void ResetFiles();
-    /// Takes over a document pushed by a controlling station: the file that was received, and its name here.
+    /// Takes over a document pushed by a controlling station. `first` is the file that holds it, `second` the name
+    /// under which it is opened and stored here. False when the file cannot be read; nothing is opened then.
     bool SyncFileData(QString const& first, QString const& second);
     bool IsShowDoc();
     void SetShowDoc(bool show);

@@ -58,8 +58,10 @@ void MainWindow::OnUserChanged() {
     DisableDocumentActions();
     BoxSpliceParam::Read();
     QRulerView* view = GetActiveView();
-    if (!view)
+    if (!view) {
+        enableAll(*ui, kObjectActions, false);
         return;
+    }
     const bool canSave = AuthorityManager::CanSaveFile();
     ui->actionSaveAll->setEnabled(canSave);
     ui->actionSaveFile->setEnabled(canSave);
@@ -95,8 +97,6 @@ void MainWindow::SetUIChangeDoc(QRulerView* view) {
     if (view) {
         ConnectView(view, true);
         EnableForDocument(view);
-    } else {
-        enableAll(*ui, kObjectActions, false);
     }
     UserChange();
     if (view && AuthorityManager::CanEditMarkTool())

@@ -6,11 +6,13 @@
 RightPanel::RightPanel(QWidget* parent)
     : QWidget(parent) {
     setAttribute(Qt::WA_StyledBackground);
+    hide();
 }
 
 void RightPanel::AddWnd(QWidget* widget) {
     widget->setParent(this);
     widget->show();
+    show();
 }
 
 void RightPanel::resizeEvent(QResizeEvent* event) {

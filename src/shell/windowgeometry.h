@@ -6,6 +6,14 @@
 
 namespace tessera {
 
+/// The desktop's panel keeps this strip at the bottom of the screen, pixels.
+constexpr int kBottomStrip = 50;
+
+/// Place of the main window on a screen.
+inline QRect WindowRect(QRect const& screen) {
+    return screen.adjusted(0, 0, 0, -kBottomStrip);
+}
+
 /// `target` centred over an area of the size of `area`, its size kept. The spans are counted from edge to edge, right
 /// minus left and bottom minus top, and halved without rest.
 inline QRect CentredRect(QRect const& area, QRect const& target) {

@@ -4,7 +4,6 @@
 #include "engine/languagemanager.h"
 #include "engine/markcardinstance.h"
 #include "engine/movecardmanager.h"
-#include "shell/windowgeometry.h"
 #include "support/approot.h"
 #include "tests/shell/windowfixture.h"
 
@@ -12,13 +11,9 @@
 #include <QDir>
 #include <QFile>
 #include <QLabel>
-#include <QMenu>
-#include <QMenuBar>
-#include <QScreen>
+#include <QSet>
 #include <QSignalSpy>
-#include <QStatusBar>
-#include <QStyle>
-#include <QToolBar>
+#include <QTimerEvent>
 #include <thread>
 
 using namespace tests;
@@ -37,8 +32,20 @@ int threadsNamed(char const* name) {
     return count;
 }
 
-/// The hardware word of a card whose version carries a suffix.
-constexpr std::uint32_t kSuffixFamily = 1U << 22;
+/// Which timers of an object fire.
+class TimerNumbers : public QObject {
+public:
+    QSet<int> seen;
+    int turns = 0;
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Timer) {
+            seen.insert(static_cast<QTimerEvent*>(event)->timerId());
+            ++turns;
+        }
+        return false;
+    }
+};
 
 } // namespace
 
@@ -56,37 +63,22 @@ private slots:
     void end_in_its_order();
     void the_command_server_runs_with_a_controlling_station();
     void nothing_is_left_running();
-    void window_is_made_as_told();
-    void version_comes_from_its_file();
-    void card_version_has_its_suffix_data();
-    void card_version_has_its_suffix();
     void a_failed_card_is_told_and_not_polled();
     void a_remote_console_does_not_open_the_card();
     void switching_the_mode_is_stored_and_shown();
     void start_up_opens_what_is_set_data();
     void start_up_opens_what_is_set();
+    void start_up_is_noted();
+    void every_show_starts_a_further_timer();
     void second_show_starts_no_second_input_thread();
     void lamps_of_the_status_bar_follow_the_stack_light();
     void mark_window_state_may_be_asked_on_any_thread();
     void a_visible_dialog_blocks_the_other_and_is_centred();
     void a_dialog_inside_the_window_stays_unless_forced();
     void a_move_may_be_asked_for_on_any_thread();
-    void custom_ui_types_other_than_whole_change_nothing_data();
-    void custom_ui_types_other_than_whole_change_nothing();
-    void whole_custom_ui_switches_the_editor();
-    void a_run_locks_the_editing_part();
-    void optional_tools_follow_the_work_mode_data();
-    void optional_tools_follow_the_work_mode();
-    void camera_tool_hides_the_text_tool();
-    void function_keys_without_a_dialog_open_it();
-    void function_keys_with_the_dialog_run_it();
-    void function_keys_without_response_do_nothing();
-    void f6_without_a_document_does_nothing();
-    void buffer_time_is_shown_with_three_decimals();
     void debug_lines_go_to_their_file();
     void mirror_point_reaches_the_signal();
     void axes_are_homed_at_start_when_set();
-    void direction_keys_wait_one_at_a_time();
     void exit_with_a_document_keeps_the_recent_file();
 
 private:
@@ -188,68 +180,6 @@ void MainWindowTest::nothing_is_left_running() {
     }
 }
 
-void MainWindowTest::window_is_made_as_told() {
-    start();
-    QCOMPARE(window().windowTitle(), QStringLiteral("VZ Tessera"));
-    QCOMPARE(window().windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint), Qt::WindowFlags());
-    QCOMPARE(window().contextMenuPolicy(), Qt::NoContextMenu);
-    QCOMPARE(window().minimumSize(), QSize(800, 600));
-    const QString sheet = qApp->styleSheet();
-    QVERIFY(sheet.contains(QStringLiteral("labelStatus")));
-    qApp->setStyleSheet(QString());
-    QCOMPARE(qApp->style()->objectName(), QStringLiteral("fusion"));
-    qApp->setStyleSheet(sheet);
-    QCOMPARE(m_Window->child<QWidget>("widgetRight")->width(), 245);
-    for (char const* name : {"labelSelectCnt", "labelMousePos", "labelBufferTime", "labelSpare"})
-        QVERIFY2(label(name)->width() >= 200, name);
-    QCOMPARE(label("labelMousePos")->text(), QStringLiteral("X:0.000,Y0.000"));
-    QCOMPARE(label("labelBufferTime")->text(), QStringLiteral("BT:0.000ms"));
-    QCOMPARE(label("labelSelectCnt")->text(), QStringLiteral("选择对象个数:0"));
-    QCOMPARE(label("labelCardStatus")->text(), QStringLiteral("卡/振镜状态"));
-    QVERIFY(action("Select")->isChecked());
-    QVERIFY(!m_Window->child<QToolBar>("toolbar_AddMarkTool")->isEnabled());
-    QVERIFY(QRegularExpression(QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d$"))
-                .match(label("labelTime")->text())
-                .hasMatch());
-    for (char const* name :
-         {"actionscaleRegion", "actionAddPoint", "actionAddText", "Select", "actionAddRect", "actionTeaching",
-          "actionaddLine", "actionAddCircle", "actionTeachArc", "actionTeachCircle"})
-        QVERIFY2(action(name)->isCheckable(), name);
-    const auto* bar = m_Window->child<QToolBar>("toolBar");
-    QCOMPARE(label("labelCardState")->geometry(), tessera::CardStateRect(bar->geometry(), 140));
-    QCOMPARE(label("labelTime")->geometry(), tessera::TimeRect(m_Window->child<QStatusBar>("statusbar")->size()));
-}
-
-void MainWindowTest::version_comes_from_its_file() {
-    start(false);
-    QCOMPARE(label("labelSoftVersion")->text(), QStringLiteral("软件版本号:1.0.0  "));
-    m_Window->close();
-    QVERIFY(m_Root.write(QStringLiteral("version.ini"), "3.14.2\nsecond line\n"));
-    start(false);
-    QCOMPARE(label("labelSoftVersion")->text(), QStringLiteral("软件版本号:3.14.2  "));
-    QVERIFY(QFile::remove(m_Root.path(QStringLiteral("version.ini"))));
-}
-
-void MainWindowTest::card_version_has_its_suffix_data() {
-    QTest::addColumn<quint32>("bits");
-    QTest::addColumn<QString>("suffix");
-    QTest::newRow("none") << quint32(0) << QString();
-    QTest::newRow("bit 12 alone") << quint32(1U << 12) << QString();
-    QTest::newRow("45") << quint32(kSuffixFamily) << QStringLiteral("-45");
-    QTest::newRow("85") << quint32(kSuffixFamily | 1U << 12) << QStringLiteral("-85");
-    QTest::newRow("other family") << quint32(3U << 22 | 1U << 12) << QString();
-    QTest::newRow("second bit of the family") << quint32(1U << 23) << QString();
-}
-
-void MainWindowTest::card_version_has_its_suffix() {
-    QFETCH(quint32, bits);
-    QFETCH(QString, suffix);
-    machine().setHardwareBits(bits);
-    start(false);
-    QCOMPARE(label("labelCardVersion")->text(),
-             QStringLiteral("卡版本号:") + MarkCardInstance::Instance()->GetCardVersion() + suffix);
-}
-
 void MainWindowTest::a_failed_card_is_told_and_not_polled() {
     QVERIFY(machine().setFault("card_open_fails", true));
     start();
@@ -319,6 +249,36 @@ void MainWindowTest::start_up_opens_what_is_set() {
     for (JournalEntry const& entry : only(machineJournal(), {"SetOutputBit"}))
         written += entry.arguments;
     QCOMPARE(written, ready);
+}
+
+void MainWindowTest::start_up_is_noted() {
+    SystemParam::Instance()->SetStartUpMark(17);
+    start(false);
+    window().StartUp();
+    QByteArray log;
+    const QDir folder(tessera::rootPath(QStringLiteral("/日志文件")));
+    for (QString const& name : folder.entryList(QDir::Files)) {
+        if (name != QLatin1String("Debug.txt"))
+            log += m_Root.read(QStringLiteral("/日志文件/") + name);
+    }
+    QVERIFY(log.contains("开软件启动方式:17"));
+}
+
+/// A show overwrites the number of the timer of the one before, so that closing ends the last one alone.
+void MainWindowTest::every_show_starts_a_further_timer() {
+    TimerNumbers timers;
+    start(false);
+    window().installEventFilter(&timers);
+    window().show();
+    QTRY_COMPARE(timers.seen.size(), 1);
+    window().hide();
+    window().show();
+    QTRY_COMPARE(timers.seen.size(), 2);
+    window().close();
+    timers.seen.clear();
+    timers.turns = 0;
+    QTRY_VERIFY(timers.turns >= 4);
+    QCOMPARE(timers.seen.size(), 1);
 }
 
 void MainWindowTest::second_show_starts_no_second_input_thread() {
@@ -412,166 +372,6 @@ void MainWindowTest::a_move_may_be_asked_for_on_any_thread() {
     QTRY_COMPARE(dialog->geometry(), QRect(319, 210, 385, 180));
 }
 
-void MainWindowTest::custom_ui_types_other_than_whole_change_nothing_data() {
-    QTest::addColumn<int>("type");
-    QTest::newRow("none") << 0;
-    QTest::newRow("further tab") << 2;
-}
-
-void MainWindowTest::custom_ui_types_other_than_whole_change_nothing() {
-    QFETCH(int, type);
-    SystemParam::Instance()->m_nCustomUIType = type;
-    start();
-    window().SetUIMode(false);
-    QVERIFY(m_Window->child<QWidget>("centralwidget")->isVisible());
-    // Had the state been taken over, this would hide the editor once the type is 1.
-    window().SetUIMode(true);
-    SystemParam::Instance()->m_nCustomUIType = 1;
-    action("actionChangeDebug")->trigger();
-    QVERIFY(m_Window->child<QWidget>("centralwidget")->isVisible());
-    QVERIFY(!action("actionChangeDebug")->isVisible());
-}
-
-void MainWindowTest::whole_custom_ui_switches_the_editor() {
-    SystemParam::Instance()->m_nCustomUIType = 1;
-    start();
-    window().setGeometry(0, 0, 1280, 720);
-    window().SetUIMode(false);
-    for (char const* name : {"centralwidget", "toolBar_main", "toolBar", "statusbar", "labelCardState", "labelTime"})
-        QVERIFY2(!m_Window->child<QWidget>(name)->isVisible(), name);
-    QVERIFY(window().menuBar()->isVisible());
-    SystemParam::Instance()->m_nHideMainMenu = 1;
-    window().SetUIMode(false);
-    QVERIFY(!window().menuBar()->isVisible());
-    window().SetUIMode(true);
-    QVERIFY(window().menuBar()->isVisible());
-    for (char const* name : {"centralwidget", "toolBar_main", "toolBar", "statusbar", "labelCardState", "labelTime"})
-        QVERIFY2(m_Window->child<QWidget>(name)->isVisible(), name);
-    QCOMPARE(label("labelCardState")->geometry(),
-             tessera::CardStateRect(m_Window->child<QToolBar>("toolBar_main")->geometry(), 120));
-}
-
-void MainWindowTest::a_run_locks_the_editing_part() {
-    start();
-    for (bool run : {true, false}) {
-        window().SetMarkStatus(run);
-        for (char const* name : {"centralwidget", "toolBar_main", "menuBar"})
-            QCOMPARE(m_Window->child<QWidget>(name)->isEnabled(), !run);
-        QVERIFY(m_Window->child<QWidget>("toolBar")->isEnabled());
-    }
-}
-
-void MainWindowTest::optional_tools_follow_the_work_mode_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<bool>("visible");
-    QTest::newRow("marking, off") << 0 << false << true;
-    QTest::newRow("marking, on") << 0 << true << true;
-    QTest::newRow("welding, off") << 1 << false << false;
-    QTest::newRow("welding, on") << 1 << true << false;
-    QTest::newRow("own, off") << 2 << false << false;
-    QTest::newRow("own, on") << 2 << true << true;
-    QTest::newRow("remote, on") << 3 << true << true;
-}
-
-void MainWindowTest::optional_tools_follow_the_work_mode() {
-    QFETCH(int, mode);
-    QFETCH(bool, enabled);
-    QFETCH(bool, visible);
-    SystemParam* system = SystemParam::Instance();
-    start();
-    system->SetWorkMode(mode);
-    system->SetEnableCodeTool(enabled);
-    system->SetEnableSplitLaserSet(enabled);
-    system->SetEnableFlyMarkTool(enabled);
-    window().onCodeToolVisible();
-    window().onSplitLaserSetVisible();
-    window().onFlyMarkSetteingVisible();
-    for (char const* name : {"actionAddText", "actionSplitLaserSet", "actionFlyMarkingSetting"})
-        QVERIFY2(action(name)->isVisible() == visible, name);
-    system->SetWorkMode(0);
-}
-
-void MainWindowTest::camera_tool_hides_the_text_tool() {
-    SystemParam* system = SystemParam::Instance();
-    start();
-    system->SetWorkMode(1);
-    action("actionAddText")->setVisible(true);
-    action("actionCCD")->setVisible(true);
-    window().onCcdToolVisible();
-    QVERIFY(!action("actionAddText")->isVisible());
-    QVERIFY(action("actionCCD")->isVisible());
-    system->SetWorkMode(0);
-    action("actionCCD")->setVisible(false);
-    window().onCcdToolVisible();
-    QVERIFY(action("actionCCD")->isVisible());
-}
-
-void MainWindowTest::function_keys_without_a_dialog_open_it() {
-    start();
-    m_Window->newDocument();
-    for (Qt::Key key : {Qt::Key_F6, Qt::Key_F7, Qt::Key_F8}) {
-        QTest::keyClick(&window(), key);
-        QCOMPARE(window().MarkWindowIsVisible(), 1);
-        QVERIFY(!Form_Marking::Instance()->IsRunning());
-        Form_Marking::Instance()->close();
-    }
-    QTest::keyClick(&window(), Qt::Key_F9);
-    QTest::keyClick(&window(), Qt::Key_F5);
-    QCOMPARE(window().MarkWindowIsVisible(), 0);
-}
-
-void MainWindowTest::function_keys_with_the_dialog_run_it() {
-    start();
-    window().setGeometry(0, 0, 1024, 600);
-    m_Window->newDocument();
-    window().ShowNormalMarkWindow();
-    Form_Marking::Instance()->setGeometry(1, 1, 385, 180);
-    QTest::keyClick(&window(), Qt::Key_F5);
-    QCOMPARE(Form_Marking::Instance()->geometry(), QRect(319, 210, 385, 180));
-    machine().setSpeed(0.0001);
-    QTest::keyClick(&window(), Qt::Key_F6);
-    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
-    QCOMPARE(machine().state().type, 0);
-    QTest::keyClick(&window(), Qt::Key_F8);
-    QTRY_VERIFY(!Form_Marking::Instance()->IsRunning());
-    machine().setSpeed(0.0);
-    QTest::keyClick(&window(), Qt::Key_F7);
-    QCOMPARE(machine().state().type, 1);
-    QTRY_COMPARE(window().centralWidget()->isEnabled(), true);
-}
-
-void MainWindowTest::function_keys_without_response_do_nothing() {
-    SystemParam::Instance()->m_nResponseShortcut = 0;
-    start();
-    m_Window->newDocument();
-    for (Qt::Key key : {Qt::Key_F5, Qt::Key_F6, Qt::Key_F7, Qt::Key_F8})
-        QTest::keyClick(&window(), key);
-    QCOMPARE(window().MarkWindowIsVisible(), 0);
-}
-
-void MainWindowTest::f6_without_a_document_does_nothing() {
-    start();
-    QTest::keyClick(&window(), Qt::Key_F6);
-    QCOMPARE(window().MarkWindowIsVisible(), 0);
-    QTest::keyClick(&window(), Qt::Key_F7);
-    QCOMPARE(window().MarkWindowIsVisible(), 1);
-    QTest::keyClick(&window(), Qt::Key_F6);
-    QVERIFY(!Form_Marking::Instance()->IsRunning());
-}
-
-void MainWindowTest::buffer_time_is_shown_with_three_decimals() {
-    start();
-    m_Window->newDocument(3);
-    window().ShowNormalMarkWindow();
-    machine().setSpeed(0.0);
-    window().IOStartRun();
-    QTRY_VERIFY(machine().lastJobTime().totalMs > 0.0);
-    QTRY_COMPARE(label("labelBufferTime")->text(),
-                 QStringLiteral("BT: ") + QString::number(machine().state().runTimeMs, 'f', 3) + QStringLiteral(" ms"));
-    QTRY_VERIFY(!Form_Marking::Instance()->IsRunning());
-}
-
 void MainWindowTest::debug_lines_go_to_their_file() {
     start(false);
     window().SaveDebugText(QStringLiteral("first 行"));
@@ -604,33 +404,6 @@ void MainWindowTest::axes_are_homed_at_start_when_set() {
     machine().clearJournal();
     start(false);
     QCOMPARE(machineCalls("SearchHome"), 0);
-}
-
-void MainWindowTest::direction_keys_wait_one_at_a_time() {
-    start(false);
-    QRulerView* view = m_Window->newDocument();
-    QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
-    QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
-    QKeyEvent other(QEvent::KeyPress, Qt::Key_A, Qt::NoModifier);
-    const auto waiting = [view] {
-        const QMutexLocker lock(&view->m_DirKeyLock);
-        return view->m_DirKeys;
-    };
-    window().HandDirEventOnRedView(&left);
-    QVERIFY(waiting().isEmpty());
-    window().SetRedVie(true);
-    window().HandDirEventOnRedView(&other);
-    QVERIFY(waiting().isEmpty());
-    {
-        // Held, so that the key thread cannot take the key between the two presses.
-        const QMutexLocker lock(&view->m_DirKeyLock);
-        view->m_DirKeys = {Qt::Key_Left};
-    }
-    window().HandDirEventOnRedView(&up);
-    const QList<int> keys = waiting();
-    QVERIFY(!keys.contains(Qt::Key_Left) || !keys.contains(Qt::Key_Up));
-    QTRY_VERIFY(waiting().isEmpty());
-    window().SetRedVie(false);
 }
 
 void MainWindowTest::exit_with_a_document_keeps_the_recent_file() {

@@ -16,6 +16,7 @@ private slots:
     void recent_list_reads_as_many_lines_as_it_counts_data();
     void recent_list_reads_as_many_lines_as_it_counts();
     void recent_list_is_written_with_its_count();
+    void window_leaves_a_strip_at_the_bottom();
     void dialog_is_centred_by_edges_data();
     void dialog_is_centred_by_edges();
     void card_state_label_stands_left_of_the_bar_end();
@@ -52,6 +53,11 @@ void ShellPartsTest::recent_list_is_written_with_its_count() {
     QCOMPARE(WriteRecentList({}), QByteArray("0\n"));
     QCOMPARE(WriteRecentList({QStringLiteral("/a.mkf"), QStringLiteral("/图.mkf")}),
              QByteArray("2\n/a.mkf\n/图.mkf\n"));
+}
+
+void ShellPartsTest::window_leaves_a_strip_at_the_bottom() {
+    QCOMPARE(WindowRect(QRect(0, 0, 1920, 1080)), QRect(0, 0, 1920, 1030));
+    QCOMPARE(WindowRect(QRect(1280, 24, 1024, 600)), QRect(1280, 24, 1024, 550));
 }
 
 void ShellPartsTest::dialog_is_centred_by_edges_data() {

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: MIT
+#include "support/approot.h"
+#include "tests/shell/windowfixture.h"
+
+#include <QDir>
+#include <QKeyEvent>
+
+using namespace tests;
+
+namespace {
+
+/// The key thread takes waiting keys every 10 ms; of so many rounds most see what the presses left.
+constexpr int kKeyRounds = 200;
+
+} // namespace
+
+/// Function and direction keys of the main window.
+class WindowKeysTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void function_keys_without_a_dialog_open_it();
+    void function_keys_with_the_dialog_run_it();
+    void function_keys_without_response_do_nothing();
+    void f6_without_a_document_does_nothing();
+    void a_direction_key_waits_during_a_preview_data();
+    void a_direction_key_waits_during_a_preview();
+    void direction_keys_without_a_document_do_nothing();
+    void two_quick_direction_keys_queue_one();
+
+private:
+    TemporaryRoot m_Root;
+    std::unique_ptr<RunningWindow> m_Window;
+    MainWindow& window() { return **m_Window; }
+    void start(bool show = true) {
+        m_Window.reset();
+        m_Window = std::make_unique<RunningWindow>(show);
+    }
+    /// As a document view hands a key on.
+    bool pressByName(int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        return QMetaObject::invokeMethod(&window(), "HandDirEventOnRedView", Qt::DirectConnection,
+                                         Q_ARG(QKeyEvent*, &event));
+    }
+    static QList<int> waiting(QRulerView* view) {
+        const QMutexLocker lock(&view->m_DirKeyLock);
+        return view->m_DirKeys;
+    }
+    static QList<int> takeWaiting(QRulerView* view) {
+        QList<int> keys;
+        const QMutexLocker lock(&view->m_DirKeyLock);
+        keys.swap(view->m_DirKeys);
+        return keys;
+    }
+};
+
+void WindowKeysTest::initTestCase() {
+    QVERIFY(m_Root.isValid());
+}
+
+void WindowKeysTest::init() {
+    resetMachine();
+}
+
+void WindowKeysTest::cleanup() {
+    m_Window.reset();
+    QDir(tessera::rootPath(QStringLiteral("/MarkFile"))).removeRecursively();
+}
+
+void WindowKeysTest::function_keys_without_a_dialog_open_it() {
+    start();
+    m_Window->newDocument();
+    for (Qt::Key key : {Qt::Key_F6, Qt::Key_F7, Qt::Key_F8}) {
+        QTest::keyClick(&window(), key);
+        QCOMPARE(window().MarkWindowIsVisible(), 1);
+        QVERIFY(!Form_Marking::Instance()->IsRunning());
+        Form_Marking::Instance()->close();
+    }
+    QTest::keyClick(&window(), Qt::Key_F9);
+    QTest::keyClick(&window(), Qt::Key_F5);
+    QCOMPARE(window().MarkWindowIsVisible(), 0);
+}
+
+void WindowKeysTest::function_keys_with_the_dialog_run_it() {
+    start();
+    window().setGeometry(0, 0, 1024, 600);
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    Form_Marking::Instance()->setGeometry(1, 1, 385, 180);
+    QTest::keyClick(&window(), Qt::Key_F5);
+    QCOMPARE(Form_Marking::Instance()->geometry(), QRect(319, 210, 385, 180));
+    machine().setSpeed(0.0001);
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    QCOMPARE(machine().state().type, 0);
+    QTest::keyClick(&window(), Qt::Key_F8);
+    QTRY_VERIFY(!Form_Marking::Instance()->IsRunning());
+    machine().setSpeed(0.0);
+    QTest::keyClick(&window(), Qt::Key_F7);
+    QCOMPARE(machine().state().type, 1);
+    QTRY_COMPARE(window().centralWidget()->isEnabled(), true);
+}
+
+void WindowKeysTest::function_keys_without_response_do_nothing() {
+    SystemParam::Instance()->m_nResponseShortcut = 0;
+    start();
+    m_Window->newDocument();
+    for (Qt::Key key : {Qt::Key_F5, Qt::Key_F6, Qt::Key_F7, Qt::Key_F8})
+        QTest::keyClick(&window(), key);
+    QCOMPARE(window().MarkWindowIsVisible(), 0);
+}
+
+void WindowKeysTest::f6_without_a_document_does_nothing() {
+    start();
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QCOMPARE(window().MarkWindowIsVisible(), 0);
+    QTest::keyClick(&window(), Qt::Key_F7);
+    QCOMPARE(window().MarkWindowIsVisible(), 1);
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QVERIFY(!Form_Marking::Instance()->IsRunning());
+}
+
+void WindowKeysTest::a_direction_key_waits_during_a_preview_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("preview");
+    QTest::addColumn<bool>("waits");
+    QTest::newRow("left") << int(Qt::Key_Left) << true << true;
+    QTest::newRow("up") << int(Qt::Key_Up) << true << true;
+    QTest::newRow("right") << int(Qt::Key_Right) << true << true;
+    QTest::newRow("down") << int(Qt::Key_Down) << true << true;
+    QTest::newRow("the key before") << int(Qt::Key_Left) - 1 << true << false;
+    QTest::newRow("the key behind") << int(Qt::Key_Down) + 1 << true << false;
+    QTest::newRow("no preview") << int(Qt::Key_Left) << false << false;
+}
+
+void WindowKeysTest::a_direction_key_waits_during_a_preview() {
+    QFETCH(int, key);
+    QFETCH(bool, preview);
+    start(false);
+    QRulerView* view = m_Window->newDocument();
+    window().SetRedVie(preview);
+    bool seen = false;
+    for (int round = 0; round < kKeyRounds; ++round) {
+        QVERIFY(pressByName(key));
+        const QList<int> keys = takeWaiting(view);
+        QVERIFY(keys.isEmpty() || keys == QList<int>{key});
+        seen = seen || !keys.isEmpty();
+    }
+    QTEST(seen, "waits");
+}
+
+void WindowKeysTest::direction_keys_without_a_document_do_nothing() {
+    start(false);
+    window().SetRedVie(true);
+    QVERIFY(pressByName(Qt::Key_Left));
+}
+
+void WindowKeysTest::two_quick_direction_keys_queue_one() {
+    start(false);
+    QRulerView* view = m_Window->newDocument();
+    window().SetRedVie(true);
+    bool first = false;
+    for (int round = 0; round < kKeyRounds; ++round) {
+        QVERIFY(pressByName(Qt::Key_Left));
+        QVERIFY(pressByName(Qt::Key_Up));
+        const QList<int> keys = takeWaiting(view);
+        QVERIFY(keys.size() <= 1);
+        first = first || keys == QList<int>{Qt::Key_Left};
+    }
+    QVERIFY(first);
+    QVERIFY(pressByName(Qt::Key_Left));
+    QTRY_VERIFY(waiting(view).isEmpty());
+}
+
+QTEST_MAIN(WindowKeysTest)
+#include "tst_windowkeys.moc"
