@@ -62,6 +62,7 @@ void Form_Marking::Connect() {
     connect(&m_Thread, &MarkingThread::markfinish, this, &Form_Marking::OnMarkFinish, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markFinishUI, this, &Form_Marking::OnMarkFinishUI, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markrunspecial, this, &Form_Marking::OnMarkRunSpecial, Qt::QueuedConnection);
+    m_Timer.setObjectName(QStringLiteral("displayTimer"));
     connect(&m_Timer, &QTimer::timeout, this, &Form_Marking::update);
     connect(ui->radioButtonRedPre, &QRadioButton::toggled, this, &Form_Marking::FollowOptions);
     connect(ui->radioButtonBox, &QRadioButton::toggled, this, &Form_Marking::FollowOptions);

@@ -59,6 +59,8 @@ public:
     void StopAndWait();
     /// The worker has a run.
     bool IsRunning() const { return m_Thread.IsActive(); }
+    /// A pass works with this document.
+    bool IsMarking(QRulerView const* view) const { return m_Thread.IsMarking(view); }
     /// Visibility that other threads may ask for.
     bool IsShown() const { return m_bShown; }
     void setVisible(bool visible) override;
@@ -120,7 +122,7 @@ private:
     tessera::RunCounter m_nMarkCnt;
     qint64 m_nRunTime = 0; ///< ms
     QDateTime m_LastTime;  ///< invalid while paused
-    QTimer m_Timer;
+    QTimer m_Timer{this};
     QVector<QFuture<void>> m_AxisSteps; ///< single steps under way
     bool m_bCounterFailed = false;
     std::atomic<bool> m_bShown{false};

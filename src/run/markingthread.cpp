@@ -81,11 +81,21 @@ bool MarkingThread::MarkFile(MarkType type, bool select, bool loop) {
     if (!card || !window)
         return false;
     card->SetMarkType(type);
-    QRulerView* view = window->GetCurDoc();
-    if (!view)
-        return false;
+    // Told first and then seen to be the active one still, so that whoever is to delete it cannot overlook it.
+    QRulerView* view = nullptr;
+    do {
+        view = window->GetActiveView();
+        m_pMarkedView = view;
+    } while (view != window->GetActiveView());
+    const bool ok = view && MarkView(view, select, loop);
+    m_pMarkedView = nullptr;
+    return ok;
+}
+
+bool MarkingThread::MarkView(QRulerView* view, bool select, bool loop) {
+    view->SetCallBackMirrorPt(&MainWindow::GetCurMirrorPt);
     LayerParamEx* layers = view->GetLayerParams();
-    card->DownLayerPara(layers, kLayerCount);
+    MarkCardInstance::Instance()->DownLayerPara(layers, kLayerCount);
     MarkShapeContainer* tools = view->GetMarkTools();
     if (select && tools->GetSelectedToolCnt() <= 0)
         return false;

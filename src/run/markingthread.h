@@ -6,6 +6,9 @@
 
 #include <QDateTime>
 #include <QThread>
+#include <atomic>
+
+class QRulerView;
 
 /// Worker of the run dialog: marks the active document on its own thread. The orders come from the main thread; a stop
 /// may come from any. The signals are to be connected queued, so that the order in which they were sent is kept
@@ -38,6 +41,10 @@ public:
     bool IsPaused() const { return m_Run.IsPaused(); }
     bool IsGoingOn() const { return m_Run.IsGoingOn(); }
 
+    /// A pass works with this document: it must not be deleted before the pass has ended. Ask when the view is not the
+    /// active one any more.
+    bool IsMarking(QRulerView const* view) const { return view && m_pMarkedView == view; }
+
     /// Marks the active document once on the calling thread; false when there is none, or nothing to mark.
     bool MarkFile(MarkType type, bool select, bool loop);
 
@@ -64,5 +71,8 @@ private:
     void trace(tessera::RunTrace place, tessera::RunTraceData const& data) override;
     using QThread::event;
 
+    bool MarkView(QRulerView* view, bool select, bool loop);
+
+    std::atomic<QRulerView*> m_pMarkedView{nullptr};
     tessera::RunLoop m_Run;
 };

@@ -202,14 +202,15 @@ void MainWindow::on_CloseFile(int index, bool saveFirst) {
     ResetRecentFile();
 }
 
-/// A run that marks this document ends first; then the key thread lets go of it.
+/// A run that marks this document ends first, though another one may be active by now; then the key thread lets go of
+/// it.
 void MainWindow::DeleteView(QRulerView* view) {
-    if (view == m_pCurDoc) {
-        Form_Marking* dialog = Form_Marking::Instance();
-        if (dialog)
-            dialog->StopAndWait();
+    const bool active = view == m_pCurDoc;
+    Form_Marking* dialog = Form_Marking::Instance();
+    if (dialog && (active || dialog->IsMarking(view)))
+        dialog->StopAndWait();
+    if (active)
         SetUIChangeDoc(nullptr);
-    }
     { const std::lock_guard<std::mutex> lock(m_DocUseLock); }
     delete view;
 }

@@ -1,67 +1,33 @@
 // SPDX-License-Identifier: MIT
-#include "engine/class_cardpara.h"
-#include "engine/iooutputset.h"
-#include "engine/languagemanager.h"
 #include "engine/markcardinstance.h"
-#include "engine/marklog.h"
-#include "run/jogbuttons.h"
-#include "support/approot.h"
-#include "tests/shell/windowfixture.h"
-#include "tests/support/dialoganswerer.h"
+#include "tests/run/formfixture.h"
 #include "tests/support/timeoutscale.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QDoubleSpinBox>
-#include <QFile>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QSpinBox>
+#include <QTimer>
 
 using namespace tests;
 
-namespace {
-
-/// What the lamps of the stack light are set to: red, green, yellow.
-QVector<ExpectedCall> lamps(int red, int green, int yellow) {
-    return {call("SetOutputBit", kRed, red), call("SetOutputBit", kGreen, green),
-            call("SetOutputBit", kYellow, yellow)};
-}
-
-QString settingsFile() {
-    return tessera::rootPath(QStringLiteral("/ini/Marking.ini"));
-}
-
-int storedCount() {
-    return QSettings(settingsFile(), QSettings::IniFormat).value(QStringLiteral("MarkCnt"), 0).toInt();
-}
-
-/// Slow enough that a job of one point is still under way when the test looks at it.
-constexpr double kSlow = 0.0001;
-
-} // namespace
-
-class FormMarkingTest : public QObject {
+/// The run dialog and its worker on the simulated machine.
+class FormMarkingTest : public QObject, private RunDialogFixture {
     Q_OBJECT
 
 private slots:
     void initTestCase();
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void widgets_have_their_texts_and_limits();
     void size_is_fixed_with_and_without_axis_buttons();
     void one_run_in_its_order();
-    void a_pass_counts_and_is_stored_at_once();
-    void a_count_survives_the_program();
-    void a_count_that_cannot_be_stored_is_told_once();
-    void without_a_document_the_pass_counts();
-    void selected_only_without_a_selection_counts_a_pass_without_marking();
     void start_button_pauses_and_resumes();
     void pause_and_resume_in_their_order();
     void an_input_edge_does_not_pause_a_run();
@@ -75,66 +41,26 @@ private slots:
     void preview_waits_for_its_end();
     void preview_with_options_sets_the_boxes_and_does_not_wait();
     void selection_of_the_kind();
-    void counter_is_cleared_by_a_double_click_after_a_question();
-    void counter_keeps_its_value_on_no();
-    void double_click_during_a_run_does_nothing();
     void a_running_dialog_does_not_close();
     void keys_are_swallowed();
     void closing_the_program_during_a_run_ends_it();
     void a_triggered_run_returns_to_the_red_loop();
     void a_stop_of_the_triggered_run_goes_idle();
     void a_restart_before_the_end_was_told_is_not_stopped();
-    void axis_buttons_jog_below_a_hundredth_data();
-    void axis_buttons_jog_below_a_hundredth();
-
-private:
-    Form_Marking& dialog() { return *Form_Marking::Instance(); }
-    template<typename T>
-    T* part(char const* name) {
-        T* found = dialog().findChild<T*>(QString::fromLatin1(name));
-        if (!found)
-            qFatal("no %s in the run dialog", name);
-        return found;
-    }
-    QString status() { return part<QLabel>("labelStatus")->text(); }
-    QString look() { return part<QLabel>("labelStatus")->styleSheet(); }
-    void press(char const* button) { part<QPushButton>(button)->click(); }
-    int count() { return part<QLabel>("labelRunCnt")->text().toInt(); }
-    /// Starts a job that goes on until it is stopped and waits until the dialog shows it.
-    void startSlowly() {
-        machine().setSpeed(kSlow);
-        press("pushButtonStart");
-        QTRY_COMPARE(look(), QStringLiteral("background:green"));
-        QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
-    }
-    bool idle() { return !dialog().IsRunning() && look() == QLatin1String("background:gray"); }
-
-    TemporaryRoot m_Root;
-    std::unique_ptr<RunningWindow> m_Window;
+    void run_time_is_shown_every_51_ms_and_after_a_resume_every_91();
+    void a_view_renews_a_running_preview_by_name();
+    void closing_a_document_that_is_marked_ends_the_run();
+    void closing_another_document_lets_the_run_go_on();
 };
 
 void FormMarkingTest::initTestCase() {
     QVERIFY(m_Root.isValid());
 }
 
-void FormMarkingTest::init() {
-    QFile::remove(settingsFile());
-    resetMachine();
-    m_Window = std::make_unique<RunningWindow>();
-    m_Window->newDocument();
-    (*m_Window)->ShowNormalMarkWindow();
-    machine().clearJournal();
-}
-
-void FormMarkingTest::cleanup() {
-    if (m_Window && MainWindow::Instance())
-        MainWindow::Instance()->CloseAllFile();
-    m_Window.reset();
-    QVERIFY(!Form_Marking::Instance());
-}
-
 void FormMarkingTest::widgets_have_their_texts_and_limits() {
     QCOMPARE(dialog().windowTitle(), QStringLiteral("运行框"));
+    QCOMPARE(part<QLabel>("labelCount")->text(), QStringLiteral("执行次数"));
+    QCOMPARE(part<QLabel>("labelTime")->text(), QStringLiteral("执行时间"));
     QCOMPARE(part<QRadioButton>("radioButtonRun")->text(), QStringLiteral("工作(F6)"));
     QVERIFY(part<QRadioButton>("radioButtonRun")->isChecked());
     QCOMPARE(part<QRadioButton>("radioButtonRedPre")->text(), QStringLiteral("红光预览(F7)"));
@@ -194,82 +120,6 @@ void FormMarkingTest::one_run_in_its_order() {
                      call("DownLayerPara", 20, ArgumentPattern::rest()), call("StartMark", 0, 0),
                      call("SetMarkStaus", 2), call("SetMarkStaus", 2)});
     COMPARE_JOURNAL(only(journal, {"SetOutputBit"}), lamps(0, 1, 0) + lamps(0, 0, 1));
-}
-
-void FormMarkingTest::a_pass_counts_and_is_stored_at_once() {
-    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
-    part<QSpinBox>("spinBox")->setValue(1);
-    machine().setSpeed(0.0);
-    QSignalSpy passes(&dialog(), &Form_Marking::SendRunData);
-    bool behind = false;
-    connect(&dialog(), &Form_Marking::SendRunData, this, [&] { behind = behind || storedCount() != count(); });
-    press("pushButtonStart");
-    QTRY_VERIFY(passes.count() >= 5);
-    dialog().StopMark();
-    QTRY_VERIFY(idle());
-    QVERIFY(!behind);
-    QCOMPARE(count(), passes.count());
-    QCOMPARE(storedCount(), count());
-}
-
-void FormMarkingTest::a_count_survives_the_program() {
-    machine().setSpeed(0.0);
-    press("pushButtonStart");
-    QTRY_VERIFY(idle());
-    press("pushButtonStart");
-    QTRY_COMPARE(count(), 2);
-    QTRY_VERIFY(idle());
-    m_Window.reset();
-    m_Window = std::make_unique<RunningWindow>();
-    QCOMPARE(count(), 2);
-}
-
-void FormMarkingTest::a_count_that_cannot_be_stored_is_told_once() {
-    // A directory in the file's place: no process can write it, whoever it runs as.
-    QFile::remove(settingsFile());
-    QVERIFY(QDir().mkpath(settingsFile()));
-    machine().setSpeed(0.0);
-    auto* list = m_Window->child<QWidget>("listWidget");
-    for (int pass = 1; pass <= 3; ++pass) {
-        press("pushButtonStart");
-        QTRY_COMPARE(count(), pass);
-        QTRY_VERIFY(idle());
-    }
-    const auto* model = qobject_cast<QAbstractItemView*>(list)->model();
-    QCOMPARE(model->rowCount(), 1);
-    QCOMPARE(model->index(0, 0).data().toString(), LanguageManager::GetLanText("运行计数保存失败"));
-    QVERIFY(QDir().rmdir(settingsFile()));
-    press("pushButtonStart");
-    QTRY_COMPARE(count(), 4);
-    QCOMPARE(storedCount(), 4);
-    QTRY_VERIFY(idle());
-}
-
-void FormMarkingTest::without_a_document_the_pass_counts() {
-    (*m_Window)->CloseAllFile();
-    machine().clearJournal();
-    QSignalSpy passes(&dialog(), &Form_Marking::SendRunData);
-    press("pushButtonStart");
-    QTRY_COMPARE(passes.count(), 1);
-    QTRY_VERIFY(idle());
-    QCOMPARE(count(), 1);
-    QCOMPARE(machineCalls("StartMark"), 0);
-    QCOMPARE(machineCalls("SetMarkType"), 1);
-    QCOMPARE(machineCalls("DownLayerPara"), 0);
-}
-
-void FormMarkingTest::selected_only_without_a_selection_counts_a_pass_without_marking() {
-    // A new point is selected; another document has none.
-    m_Window->newDocument(0, QStringLiteral("empty"));
-    part<QCheckBox>("checkBoxSelectMarking")->setChecked(true);
-    part<QCheckBox>("checkBoxLoopMark")->setChecked(true);
-    part<QSpinBox>("spinBox")->setValue(1);
-    QVERIFY(dialog().IsMarkSelect());
-    press("pushButtonStart");
-    QTRY_COMPARE(count(), 1);
-    QTRY_VERIFY(idle());
-    QCOMPARE(machineCalls("StartMark"), 0);
-    QCOMPARE(machineCalls("DownLayerPara"), 1);
 }
 
 void FormMarkingTest::start_button_pauses_and_resumes() {
@@ -454,43 +304,6 @@ void FormMarkingTest::selection_of_the_kind() {
     QVERIFY(!dialog().IsRedView());
 }
 
-void FormMarkingTest::counter_is_cleared_by_a_double_click_after_a_question() {
-    machine().setSpeed(0.0);
-    press("pushButtonStart");
-    QTRY_COMPARE(count(), 1);
-    QTRY_VERIFY(idle());
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Yes);
-    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
-    QVERIFY(answerer.waitUntilAnswered());
-    QCOMPARE(answerer.seen().at(0).title, QStringLiteral("提示"));
-    QCOMPARE(answerer.seen().at(0).text, QStringLiteral("是否清空运行个数计数?"));
-    QCOMPARE(count(), 0);
-    QCOMPARE(storedCount(), 0);
-}
-
-void FormMarkingTest::counter_keeps_its_value_on_no() {
-    machine().setSpeed(0.0);
-    press("pushButtonStart");
-    QTRY_COMPARE(count(), 1);
-    QTRY_VERIFY(idle());
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::No);
-    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
-    QVERIFY(answerer.waitUntilAnswered());
-    QCOMPARE(count(), 1);
-    QCOMPARE(storedCount(), 1);
-}
-
-void FormMarkingTest::double_click_during_a_run_does_nothing() {
-    startSlowly();
-    DialogAnswerer answerer;
-    QTest::mouseDClick(part<QLabel>("labelRunCnt"), Qt::LeftButton);
-    QVERIFY(answerer.seen().isEmpty());
-    dialog().StopMark();
-    QTRY_VERIFY(idle());
-}
-
 void FormMarkingTest::a_running_dialog_does_not_close() {
     startSlowly();
     QVERIFY(!dialog().close());
@@ -573,28 +386,72 @@ void FormMarkingTest::a_restart_before_the_end_was_told_is_not_stopped() {
     QTRY_VERIFY(idle());
 }
 
-void FormMarkingTest::axis_buttons_jog_below_a_hundredth_data() {
-    QTest::addColumn<bool>("up");
-    QTest::addColumn<double>("step");
-    QTest::addColumn<bool>("jog");
-    QTest::addColumn<double>("speed");
-    QTest::addColumn<double>("delta");
-    QTest::newRow("jog up") << true << 0.0 << true << 10.0 << 0.0;
-    QTest::newRow("jog down") << false << 0.0 << true << -10.0 << 0.0;
-    QTest::newRow("just below") << true << 0.00999 << true << 10.0 << 0.0;
-    QTest::newRow("below zero") << true << -5.0 << true << 10.0 << 0.0;
-    QTest::newRow("step up") << true << 0.01 << false << -10.0 << 0.01;
-    QTest::newRow("step down") << false << 2.5 << false << -10.0 << -2.5;
+void FormMarkingTest::run_time_is_shown_every_51_ms_and_after_a_resume_every_91() {
+    auto* timer = part<QTimer>("displayTimer");
+    const auto shown = [this] { return part<QLabel>("labelRunTime")->text(); };
+    QVERIFY(!timer->isActive());
+    startSlowly();
+    QVERIFY(timer->isActive());
+    QCOMPARE(timer->interval(), 51);
+    QTRY_VERIFY(shown().toLongLong() > 0);
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    QVERIFY(!timer->isActive());
+    const QString held = shown();
+    QVERIFY(!tests::waitFor([&] { return shown() != held; }, 150));
+    press("pushButtonStart");
+    QTRY_COMPARE(look(), QStringLiteral("background:green"));
+    QVERIFY(timer->isActive());
+    QCOMPARE(timer->interval(), 91);
+    QTRY_VERIFY(shown().toLongLong() > held.toLongLong());
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QVERIFY(!timer->isActive());
 }
 
-void FormMarkingTest::axis_buttons_jog_below_a_hundredth() {
-    QFETCH(bool, up);
-    QFETCH(double, step);
-    const tessera::AxisButtonMove move = tessera::MoveOfAxisButton(up, step, -10.0, -100.0);
-    QTEST(move.jog, "jog");
-    QTEST(move.speed, "speed");
-    QTEST(move.delta, "delta");
-    QCOMPARE(move.acc, move.jog ? 100.0 : -100.0);
+void FormMarkingTest::a_view_renews_a_running_preview_by_name() {
+    part<QRadioButton>("radioButtonRedPre")->setChecked(true);
+    startSlowly();
+    machine().clearJournal();
+    QSignalSpy passes(&dialog(), &Form_Marking::SendRunData);
+    QVERIFY(QMetaObject::invokeMethod(&dialog(), "UpdateRedViewData", Qt::DirectConnection));
+    QTRY_COMPARE(machineCalls("StartMark"), 1);
+    COMPARE_JOURNAL(without(machineJournal(), {"IsMarkStop"}),
+                    {call("StopMark"), call("SetMarkStaus", 2), call("StopMark"), call("SetMarkStaus", 0),
+                     call("SetMarkType", 1), call("DownLayerPara", 20, ArgumentPattern::rest()),
+                     call("StartMark", 0, 0)});
+    QCOMPARE(passes.count(), 0);
+    QCOMPARE(look(), QStringLiteral("background:green"));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+}
+
+/// The document was changed for another one during the pass.
+void FormMarkingTest::closing_a_document_that_is_marked_ends_the_run() {
+    const QString marked = (*m_Window)->GetActiveView()->GetFileName();
+    startSlowly();
+    QRulerView const* other = m_Window->newDocument(1, QStringLiteral("other"));
+    QVERIFY(dialog().IsRunning());
+    (*m_Window)->CloseFile(marked);
+    QVERIFY(!dialog().IsRunning());
+    QCOMPARE((*m_Window)->GetDocs().size(), 1);
+    QCOMPARE((*m_Window)->GetActiveView(), other);
+    QTRY_VERIFY(idle());
+}
+
+void FormMarkingTest::closing_another_document_lets_the_run_go_on() {
+    QRulerView const* marked = (*m_Window)->GetActiveView();
+    startSlowly();
+    const QString other = m_Window->newDocument(1, QStringLiteral("other"))->GetFileName();
+    QVERIFY((*m_Window)->SetCurDoc(0));
+    QCOMPARE((*m_Window)->GetActiveView(), marked);
+    (*m_Window)->CloseFile(other);
+    QVERIFY(dialog().IsRunning());
+    QVERIFY(dialog().IsMarking(marked));
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+    QVERIFY(!dialog().IsMarking(marked));
 }
 
 QTEST_MAIN(FormMarkingTest)
