@@ -50,6 +50,8 @@ if [ -n "$headless" ]; then
         say_and_fail "The folder out/root cannot be made anew: check who owns $out and start again."
     given --open --import || options+=(--import "$sample")
     given --mark || options+=(--mark 2 --report --screenshot "$out/screenshot.png" --trace "$out/trace.svg" --trace "$out/trace.png")
+    # The screen of the machine; the off-screen platform's own is square and smaller.
+    given --size || options+=(--size 1280x800)
     given --quit || options+=(--quit)
     "$program" -platform offscreen "${options[@]}" ||
         say_and_fail "The job did not end well: the program's last line above tells why; its log is in \"日志文件\" below the application root."

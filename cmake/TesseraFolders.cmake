@@ -89,6 +89,7 @@ function(tessera_support_library)
     tessera_boundary_view(view)
     target_include_directories(tessera-support PUBLIC "${view}")
     target_link_libraries(tessera-support PUBLIC Qt5::Core PRIVATE ${ARG_LIBS})
+    tessera_refuse_open_symbols(tessera-support)
     set_property(SOURCE version.cpp APPEND PROPERTY COMPILE_DEFINITIONS TESSERA_VERSION="${PROJECT_VERSION}")
 endfunction()
 
@@ -127,6 +128,14 @@ function(sim_folder name)
     set_property(GLOBAL APPEND PROPERTY SIM_FOLDERS ${name})
 endfunction()
 
+# A symbol that a library neither has nor links stops the build and not the program. The sanitizers' own symbols are in the
+# program only, so that a library built with them may leave these open.
+function(tessera_refuse_open_symbols target)
+    if(NOT TESSERA_SANITIZE)
+        target_link_options(${target} PRIVATE LINKER:-z,defs)
+    endif()
+endfunction()
+
 # Makes the two shared libraries out of the folders that joined. A library without a folder is left out.
 function(tessera_join_libraries)
     get_property(folders GLOBAL PROPERTY TESSERA_FOLDERS)
@@ -143,6 +152,7 @@ function(tessera_join_libraries)
         add_library(markengine SHARED)
         target_link_libraries(markengine PUBLIC tessera_engine tessera-support PRIVATE ${sims})
         set_target_properties(markengine PROPERTIES LINKER_LANGUAGE CXX)
+        tessera_refuse_open_symbols(markengine)
     endif()
     if(folders)
         list(TRANSFORM folders PREPEND tessera_)
@@ -154,6 +164,7 @@ function(tessera_join_libraries)
             target_link_libraries(tessera PRIVATE markengine)
         endif()
         set_target_properties(tessera PROPERTIES LINKER_LANGUAGE CXX)
+        tessera_refuse_open_symbols(tessera)
     endif()
 endfunction()
 

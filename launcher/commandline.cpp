@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <cmath>
 
 namespace tessera {
@@ -76,6 +77,19 @@ void readLanguage(Reading& reading, QString const& given) {
         reading.error = QStringLiteral("--language is \"zh_CN\" or \"en\", not \"%1\".").arg(given);
 }
 
+void readSize(Reading& reading, QString const& given) {
+    // Below the least the window has no room for its tool bars; the most is what a picture of it may reasonably take.
+    constexpr QSize kLeast(800, 600);
+    constexpr QSize kMost(8192, 8192);
+    static QRegularExpression const pattern(QStringLiteral("\\A([0-9]{1,5})x([0-9]{1,5})\\z"));
+    QRegularExpressionMatch const match = pattern.match(given);
+    QSize const size(match.captured(1).toInt(), match.captured(2).toInt());
+    if (match.hasMatch() && size.expandedTo(kLeast) == size && size.boundedTo(kMost) == size)
+        reading.value.size = size;
+    else
+        reading.error = QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".").arg(given);
+}
+
 /// One option. Exactly one of `read` and `flag` is set, or neither for an option that is only passed over.
 struct Option {
     char const* name;
@@ -106,6 +120,8 @@ constexpr Option kOptions[] = {
     {"automation", "SOCKET", false, readAutomation, nullptr,
      "Open a local socket, for this user only, by which programs can drive this one."},
     {"language", "LANG", false, readLanguage, nullptr, "Choose the language for this and later starts: zh_CN or en."},
+    {"size", "WxH", false, readSize, nullptr,
+     "Give the main window W x H pixels, such as 1280x800, in place of the screen's."},
     {"version", nullptr, false, nullptr, nullptr, "Print the version."},
     {"help", nullptr, false, nullptr, nullptr, "Print this text."},
 };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -20,6 +21,7 @@ struct CommandLine {
     QString screenshot;
     QString automation; ///< path of the socket, empty: off
     QString language;
+    QSize size; ///< of the main window in pixels, empty: the screen's
     bool quit = false;
     bool panel = false;
     bool report = false;

@@ -58,6 +58,8 @@ int Launcher::run(int argc, char** argv) {
     if (!m_commandLine.language.isEmpty())
         LanguageManager::SetCurrentLan(m_commandLine.language);
     MainWindow::InitMainWnd();
+    if (!m_commandLine.size.isEmpty())
+        MainWindow::Instance()->resize(m_commandLine.size);
     MainWindow::Instance()->show();
     MainWindow::Instance()->StartUp();
     bool const listening = openAutomation();

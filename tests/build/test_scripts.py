@@ -154,7 +154,8 @@ class Commands(TreeTest):
             return done.returncode, done.stdout.decode("utf-8"), file.read().replace(self.root, "ROOT").splitlines()
 
     JOB = ("tessera -platform offscreen --root ROOT/out/root --import ROOT/samples/gear-plate.svg --mark 2 --report "
-           "--screenshot ROOT/out/screenshot.png --trace ROOT/out/trace.svg --trace ROOT/out/trace.png --quit")
+           "--screenshot ROOT/out/screenshot.png --trace ROOT/out/trace.svg --trace ROOT/out/trace.png "
+           "--size 1280x800 --quit")
     BUILD = "cmake --build --preset dev --target tessera_launcher"
 
     def test_run_without_a_display_marks_the_sample(self):
@@ -181,7 +182,9 @@ class Commands(TreeTest):
         called = self.call("run.sh", "--root", "my root", "--keyboard", "full", "--open=a b.mkf", DISPLAY=":7")[2]
         self.assertEqual(called[1], "tessera --root my root --keyboard full --open=a b.mkf --panel")
         called = self.call("run.sh", "--mark", "5", "--import", "x.svg", "--root=r")[2]
-        self.assertEqual(called[1], "tessera -platform offscreen --mark 5 --import x.svg --root=r --quit")
+        self.assertEqual(called[1], "tessera -platform offscreen --mark 5 --import x.svg --root=r --size 1280x800 --quit")
+        called = self.call("run.sh", "--size=800x600", "--mark", "5")[2]
+        self.assertTrue(called[1].endswith(" --size=800x600 --mark 5 --root ROOT/out/root --import ROOT/samples/gear-plate.svg --quit"), called)
 
     def test_run_asks_the_program_for_its_help(self):
         self.assertEqual(self.call("run.sh", "--help", DISPLAY=":7")[2][1:], ["tessera -platform offscreen --help"])

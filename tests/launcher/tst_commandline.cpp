@@ -17,6 +17,7 @@ private slots:
         QCOMPARE(result.value.root, QString());
         QVERIFY(!result.value.simSpeed.has_value());
         QCOMPARE(result.value.mark, 0);
+        QVERIFY(result.value.size.isEmpty());
         QVERIFY(!result.value.quit && !result.value.panel && !result.value.report);
     }
 
@@ -26,7 +27,7 @@ private slots:
             {"--root", "r",        "--sim-speed=2.5", "--open", "a/b.mkf",  "--open",       "Plate", "--import",
              "x.svg",  "--import", "/abs/y.dxf",      "--mark", "3",        "--trace",      "t.svg", "--trace=t.CSV",
              "--quit", "--panel",  "--automation",    "s.sock", "--report", "--screenshot", "p.png", "--language",
-             "en"},
+             "en",     "--size",   "1280x800"},
             directory.path());
         QCOMPARE(result.error, QString());
         CommandLine const& value = result.value;
@@ -39,6 +40,7 @@ private slots:
         QCOMPARE(value.automation, directory.path() + "/s.sock");
         QCOMPARE(value.screenshot, directory.path() + "/p.png");
         QCOMPARE(value.language, QStringLiteral("en"));
+        QCOMPARE(value.size, QSize(1280, 800));
         QVERIFY(value.quit && value.panel && value.report);
     }
 
@@ -82,6 +84,11 @@ private slots:
         row("screenshot ending", {"--screenshot", "t.jpg"},
             "--screenshot needs a file that ends in .png, not \"t.jpg\".");
         row("language", {"--language", "de"}, "--language is \"zh_CN\" or \"en\", not \"de\".");
+        for (char const* size : {"1280", "1280x", "x800", "1280x800x2", "-1280x800", "1280X800", " 1280x800", "799x800",
+                                 "1280x599", "8193x800", "1280x8193", "99999999999x800", "1280x800\n"}) {
+            QString const error = QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".");
+            QTest::addRow("size %s", size) << QStringList{"--size", size} << error.arg(QLatin1String(size));
+        }
         row("automation missing", {"--automation"}, "--automation needs a value: --automation SOCKET.");
         row("first error counts", {"--mark", "x", "--foo"}, "--mark needs a whole number of 1 or above, not \"x\".");
     }
@@ -106,6 +113,11 @@ private slots:
         QVERIFY(result.value.quit);
     }
 
+    void least_and_largest_size_are_taken() {
+        QCOMPARE(parseCommandLine({"--size", "800x600"}, "/").value.size, QSize(800, 600));
+        QCOMPARE(parseCommandLine({"--size=8192x8192"}, "/").value.size, QSize(8192, 8192));
+    }
+
     void help_and_version_are_told_apart() {
         QVERIFY(parseCommandLine({"--version"}, "/").value.action == CommandLine::Action::ShowVersion);
         QVERIFY(parseCommandLine({"--help"}, "/").value.action == CommandLine::Action::ShowHelp);
@@ -116,7 +128,7 @@ private slots:
         QString const help = tessera::commandLineHelp();
         for (char const* option : {"--root DIR", "--sim-speed X", "--open FILE...", "--import FILE...", "--mark N",
                                    "--trace FILE...", "--screenshot FILE", "--report", "--quit", "--panel",
-                                   "--automation SOCKET", "--language LANG", "--version", "--help"})
+                                   "--automation SOCKET", "--language LANG", "--size WxH", "--version", "--help"})
             QVERIFY2(help.contains(QLatin1String(option)), option);
         for (QString const& line : help.split('\n'))
             QVERIFY2(line.size() <= 110, qPrintable(line));
