@@ -816,7 +816,7 @@
     <message><source>用户不存在</source><translation>There is no such user</translation></message>
     <message><source>用户名已存在</source><translation>The user exists already</translation></message>
     <message><source>请输入用户名</source><translation>Please enter a user name</translation></message>
-    <message><source>管理员</source><translation>Administrator</translation></message>
+    <message><source>管理员</source><translation>Admin</translation></message>
     <message><source>新建用户成功</source><translation>User created</translation></message>
     <message><source>删除用户</source><translation>Delete user</translation></message>
     <message><source>是否删除用户</source><translation>Delete the user?</translation></message>

@@ -32,6 +32,10 @@ void prepareDialog(QDialog* dialog, QString const& title) {
     dialog->setWindowTitle(title);
     dialog->setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     dialog->setMinimumWidth(320);
+    // A style sheet's least heights win over those of the widgets, so the dialog has them in a style sheet of its own.
+    dialog->setStyleSheet(QStringLiteral("QPushButton, QLineEdit, QComboBox, QAbstractSpinBox, QRadioButton, QCheckBox "
+                                         "{ min-height: %1px; }")
+                              .arg(kTouchHeight));
 }
 
 } // namespace sim

@@ -47,7 +47,9 @@ UserListDialog::UserListDialog(UserStore& store, User const& current, QWidget* p
         headers.append(LanguageManager::GetLanText(row.key));
     m_table->setObjectName(QStringLiteral("tableWidgetUsers"));
     m_table->setHorizontalHeaderLabels(headers);
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignCenter | static_cast<Qt::Alignment>(Qt::TextWordWrap));
+    m_table->horizontalHeader()->setMinimumHeight(2 * kTouchHeight);
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(kTouchHeight);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -72,7 +74,7 @@ UserListDialog::UserListDialog(UserStore& store, User const& current, QWidget* p
     layout->addWidget(m_table);
     layout->addWidget(m_fault);
     layout->addLayout(buttons);
-    resize(880, 420);
+    resize(980, 440);
 }
 
 void UserListDialog::fill() {
