@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "engine/markcardinstance.h"
 #include "engine/movecardmanager.h"
+#include "engine/rundatagather.h"
 #include "support/approot.h"
 #include "tests/shell/windowfixture.h"
 
@@ -127,11 +128,14 @@ void MainWindowTest::clearing_before_the_window_exists_closes_the_cards() {
 }
 
 void MainWindowTest::start_in_its_order() {
+    const QDateTime before = QDateTime::currentDateTime();
     start(false);
     QVERIFY(!window().isVisible());
     COMPARE_JOURNAL(machineJournal(),
                     {call("VZ_SetFuncMessageDisp", 1), call("OpenCard"), call("InitMoveCard"),
                      call("SetOutputBit", kRed, 0), call("SetOutputBit", kGreen, 0), call("SetOutputBit", kYellow, 1)});
+    const QDateTime opened = RunDataGather::Instance()->GetOpenTimeStamp();
+    QVERIFY(opened >= before && opened <= QDateTime::currentDateTime());
     QVERIFY(Form_Marking::Instance());
     QVERIFY(!Form_Marking::Instance()->isVisible());
     QCOMPARE(label("labelCardState")->text(), SystemParam::Instance()->GetCardName() + QStringLiteral("卡打开成功  "));
