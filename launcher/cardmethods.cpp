@@ -194,7 +194,7 @@ RpcReply CardMethods::setHead(QJsonObject const& params) {
     }
     done = done && m_machine.sim()->setHead(distortion, error);
     if (!done)
-        return RpcReply::failure(RpcInvalidParams, QString::fromStdString(error));
+        return RpcReply::failure(RpcMachineRefused, QString::fromStdString(error));
     return RpcReply::value(toJson(distortion));
 }
 

@@ -90,6 +90,8 @@ bool Launcher::prepare() {
                            "this program is linked with is none."));
         return false;
     }
+    // Only a client of the automation port can read it.
+    m_machine->setJournal(!m_commandLine.automation.isEmpty());
     if (m_commandLine.simSpeed)
         m_machine->setSpeed(*m_commandLine.simSpeed);
     return true;

@@ -27,6 +27,11 @@ bool MachineControl::setSpeed(double factor) {
     return m_sim && m_sim->setSpeed(factor);
 }
 
+void MachineControl::setJournal(bool on) {
+    if (m_sim)
+        m_sim->setJournalEnabled(on);
+}
+
 bool MachineControl::showPanel(QString& error) {
     if (!m_sim) {
         error = noSimulator();

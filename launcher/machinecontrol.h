@@ -21,6 +21,8 @@ public:
 
     // Without a simulated machine these do nothing and fail.
     bool setSpeed(double factor);
+    /// Whether the machine writes down the calls that reach it.
+    void setJournal(bool on);
     bool showPanel(QString& error);
     bool writeTrace(QString const& file, QString& error) const;
 

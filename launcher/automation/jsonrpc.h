@@ -21,7 +21,8 @@ enum RpcErrorCode {
     RpcObjectAmbiguous = -32002, ///< several objects of that name; data.candidates lists them
     RpcObjectNotUsable = -32003, ///< the object is disabled, hidden or behind a modal dialog
     RpcNoSimulator = -32004,     ///< the linked engine is not a simulated machine
-    RpcFileError = -32005        ///< a file could not be written
+    RpcFileError = -32005,       ///< a file could not be written
+    RpcMachineRefused = -32006   ///< the simulated machine has not what was asked for
 };
 
 struct RpcError {

@@ -117,7 +117,7 @@ private slots:
             QVERIFY(program.waitProperty("actionmirrorLR", "enabled", true));
             program.call("ui.trigger", {{"action", "actionmirrorLR"}});
             program.call("ui.trigger", {{"action", "actionSaveAll"}});
-            killWithin(program, 6);
+            killWithin(program, 16);
             QByteArray const now = contentOf(path);
             QVERIFY2(isWhole(path), qPrintable(QStringLiteral("%1 bytes after %2").arg(now.size()).arg(old.size())));
             changed += now != old;
