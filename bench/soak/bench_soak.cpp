@@ -19,6 +19,8 @@ constexpr int kDefaultRuns = 10000;
 constexpr int kWarmUp = 100;
 /// Memory may grow by this share of the reference: the allocator keeps what a larger run once needed.
 constexpr double kAllowedGrowth = 1.05;
+/// A sample may meet a run's worker, or the file of the counter, that another does not.
+constexpr int kPassing = 2;
 
 struct Sample {
     int run = 0;
@@ -105,7 +107,8 @@ int main(int argc, char** argv) {
     bool ok = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0 && counter == runs &&
               samples.size() > 5;
     for (Sample const& sample : samples) {
-        ok = ok && sample.threads <= samples.first().threads && sample.files <= samples.first().files &&
+        ok = ok && sample.threads <= samples.first().threads + kPassing &&
+             sample.files <= samples.first().files + kPassing &&
              double(sample.residentKb) <= kAllowedGrowth * double(samples.first().residentKb);
     }
     std::printf("%s\n", ok ? "flat" : "NOT FLAT");
