@@ -39,6 +39,8 @@ VZListViewEx::VZListViewEx(QWidget* parent)
 }
 
 VZListViewEx::~VZListViewEx() {
+    // The strip watches the viewport, which changes once more when the base class goes.
+    delete d->buttons;
     // The base class must not find the model, which goes before it.
     d->selection.reset();
     setModel(nullptr);

@@ -76,9 +76,9 @@ void MainWindow::ClearMainWnd() {
 }
 
 MainWindow::MainWindow() {
-    ReadVersion();
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
+    ReadVersion();
     OpenDebugFile();
     setWindowTitle(QStringLiteral("VZ Tessera"));
     BuildPanels();

@@ -239,6 +239,7 @@ private:
     void ShowVersions();
     void PrepareTools();
     void InitMarkCard();
+    void ShowCardState();
     void ShowCardVersion();
     void ConnectOwnSignals();
     void ApplyIOState();

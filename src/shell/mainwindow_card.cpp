@@ -40,12 +40,15 @@ void MainWindow::InitMarkCard() {
         MoveCardManager::Instance()->InitMoveCard();
     else
         ui->actionMotionSet->setVisible(false);
+    ShowCardState();
+}
 
+void MainWindow::ShowCardState() {
     QFont font = m_pCardStateLabel->font();
     font.setPixelSize(18);
     m_pCardStateLabel->setFont(font);
     m_pCardStateLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    const bool open = card->IsCardOpend();
+    const bool open = MarkCardInstance::Instance()->IsCardOpend();
     m_pCardStateLabel->setText(SystemParam::Instance()->GetCardName() +
                                LanguageManager::GetLanText(open ? "卡打开成功" : "卡打开失败") + QStringLiteral("  "));
     QPalette palette = m_pCardStateLabel->palette();

@@ -120,7 +120,8 @@ void MainWindow::CloseFile(QString const& path) {
     if (index < 0)
         return;
     on_CloseFile(index, false);
-    ActivateDoc(std::min(index, m_Docs.size() - 1));
+    if (!GetActiveView())
+        ActivateDoc(std::min(index, m_Docs.size() - 1));
 }
 
 void MainWindow::CloseAllFile() {

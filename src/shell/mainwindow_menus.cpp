@@ -7,6 +7,7 @@
 #include "engine/lanselect.h"
 #include "engine/markcardinstance.h"
 #include "engine/marklog.h"
+#include "engine/qrulerview.h"
 #include "engine/showdebuginfo.h"
 #include "run/form_marking.h"
 #include "support/approot.h"
@@ -42,6 +43,11 @@ void MainWindow::on_actionSetLan_triggered() {
     LanSelect dialog(this);
     dialog.exec();
     SetUIText();
+    ShowCardState();
+    ShowCardVersion();
+    UpdateIOSetting();
+    QRulerView const* view = GetActiveView();
+    SetSelectObjCnt(view ? view->GetSelectedToolCnt() : 0);
     Form_Marking::Instance()->SetUIText();
 }
 

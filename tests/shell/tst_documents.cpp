@@ -52,7 +52,9 @@ private slots:
     void save_shows_a_box();
     void save_all_shows_one_box_even_without_a_document();
     void the_views_callback_is_the_windows();
+    void a_document_under_run_can_be_closed_data();
     void a_document_under_run_can_be_closed();
+    void another_document_can_be_closed_without_ending_the_run();
 
 private:
     TemporaryRoot m_Root;
@@ -136,6 +138,10 @@ void DocumentsTest::closing_the_active_document_activates_another() {
     QVERIFY(recent().startsWith("1\n" + file("a").toUtf8() + "\n"));
     window().CloseFile(file("never opened"));
     QCOMPARE(openNames(), QStringList{"a"});
+    window().NewFile(file("b"));
+    window().NewFile(file("c"));
+    window().CloseFile(file("a"));
+    QCOMPARE(window().GetActiveView(), window().GetDoc(file("c")));
 }
 
 void DocumentsTest::closing_the_last_document_disables_what_needs_one() {
@@ -434,16 +440,40 @@ void DocumentsTest::the_views_callback_is_the_windows() {
     QVERIFY(window().GetActiveView() == window().GetCurDoc());
 }
 
+void DocumentsTest::a_document_under_run_can_be_closed_data() {
+    QTest::addColumn<bool>("active");
+    QTest::newRow("the active one") << true;
+    QTest::newRow("one that is not active any more") << false;
+}
+
 void DocumentsTest::a_document_under_run_can_be_closed() {
+    QFETCH(bool, active);
     window().NewFile(file("a"));
     window().GetActiveView()->AddMarkPoint(QPointF(0, 0));
     window().ShowNormalMarkWindow();
     machine().setSpeed(0.0001);
     window().IOStartRun();
     QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    if (!active)
+        window().NewFile(file("b"));
     window().CloseFile(file("a"));
     QVERIFY(!Form_Marking::Instance()->IsRunning());
-    QVERIFY(!window().GetActiveView());
+    QCOMPARE(window().GetDocs().size(), active ? 0 : 1);
+    QTRY_VERIFY(window().centralWidget()->isEnabled());
+}
+
+void DocumentsTest::another_document_can_be_closed_without_ending_the_run() {
+    window().NewFile(file("other"));
+    window().NewFile(file("a"));
+    window().GetActiveView()->AddMarkPoint(QPointF(0, 0));
+    window().ShowNormalMarkWindow();
+    machine().setSpeed(0.0001);
+    window().IOStartRun();
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    window().CloseFile(file("other"));
+    QCOMPARE(openNames(), QStringList{"a"});
+    QVERIFY(Form_Marking::Instance()->IsRunning());
+    Form_Marking::Instance()->StopMark();
     QTRY_VERIFY(window().centralWidget()->isEnabled());
 }
 
