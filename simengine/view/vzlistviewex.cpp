@@ -5,7 +5,6 @@
 #include "simengine/view/listselection.h"
 #include "simengine/view/objectdelegate.h"
 #include "simengine/view/objectlistmodel.h"
-#include "simengine/view/orderbuttons.h"
 #include "simengine/view/qrulerviewaccess.h"
 #include "simengine/view/viewsession.h"
 
@@ -15,7 +14,6 @@ struct VZListViewEx::Private {
     QPointer<sim::ViewSession> session;
     std::unique_ptr<sim::ObjectListModel> model;
     std::unique_ptr<sim::ListSelection> selection;
-    sim::OrderButtons* buttons = nullptr;
 
     void reorder(sim::edits::OrderMove move) {
         if (session)
@@ -34,13 +32,9 @@ VZListViewEx::VZListViewEx(QWidget* parent)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(new sim::ObjectDelegate(this));
-    setViewportMargins(0, 0, 0, sim::OrderButtons::kHeight);
-    d->buttons = new sim::OrderButtons(*this);
 }
 
 VZListViewEx::~VZListViewEx() {
-    // The strip watches the viewport, which changes once more when the base class goes.
-    delete d->buttons;
     // The base class must not find the model, which goes before it.
     d->selection.reset();
     setModel(nullptr);
@@ -67,10 +61,4 @@ void QRulerViewAccess::attach(VZListViewEx& list, sim::ViewSession& session) {
     list.d->model = std::make_unique<sim::ObjectListModel>(session, nullptr);
     list.setModel(list.d->model.get());
     list.d->selection = std::make_unique<sim::ListSelection>(session, list, *list.d->model);
-    sim::OrderButtons* buttons = list.d->buttons;
-    const auto enable = [&session, buttons] {
-        buttons->setUsable(!session.document().isReadOnly() && !session.state()->selection.isEmpty());
-    };
-    QObject::connect(&session, &sim::ViewSession::changed, buttons, enable);
-    enable();
 }

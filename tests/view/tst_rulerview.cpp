@@ -112,7 +112,7 @@ private slots:
             QRulerView view(nullptr);
             list = view.GetShowObjList();
             list->setParent(&panel);
-            QVERIFY(list->findChild<QWidget*>("orderButtons"));
+            QVERIFY(list->isAncestorOf(view.GetObjListView()));
         }
         QVERIFY(list.isNull());
         // And the other way round: the panel may go first.
