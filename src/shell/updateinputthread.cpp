@@ -3,9 +3,21 @@
 
 #include "shell/mainwindow.h"
 
+#include <pthread.h>
+#include <sched.h>
+
 namespace {
 
 constexpr int kPollMs = 30;
+/// Below the card's worker, above everything that is not timed.
+constexpr int kPollPriority = 5;
+
+/// A door must be seen in time on a busy board too. Where the process may not ask for it the poll runs as it is.
+void askForRealTime() {
+    sched_param parameter{};
+    parameter.sched_priority = sched_get_priority_min(SCHED_FIFO) + kPollPriority;
+    (void)pthread_setschedparam(pthread_self(), SCHED_FIFO, &parameter);
+}
 
 } // namespace
 
@@ -19,6 +31,11 @@ UpdateInputThread::~UpdateInputThread() {
 
 void UpdateInputThread::EndThread() {
     SetEnd(true);
+}
+
+void UpdateInputThread::run() {
+    askForRealTime();
+    PeriodicThread::run();
 }
 
 void UpdateInputThread::Turn() {

@@ -15,6 +15,7 @@ public:
     void EndThread();
 
 protected:
+    void run() override;
     void Turn() override;
 
 private:
