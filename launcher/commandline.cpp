@@ -87,7 +87,8 @@ void readSize(Reading& reading, QString const& given) {
     if (match.hasMatch() && size.expandedTo(kLeast) == size && size.boundedTo(kMost) == size)
         reading.value.size = size;
     else
-        reading.error = QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".").arg(given);
+        reading.error =
+            QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".").arg(given);
 }
 
 /// One option. Exactly one of `read` and `flag` is set, or neither for an option that is only passed over.

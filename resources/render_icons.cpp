@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// render_icons ICONS STYLESHEET OUT: renders every ICONS/<path>.svg to OUT/<path>.png and writes OUT/tessera.qrc, in which
-// the pictures have the resource path /<path>.png and the style sheet /myQSS.qss. A drawing on the 24 unit grid becomes 64
-// pixels, any other one pixel a unit. Exit code 0, or 1 with a message.
+// render_icons ICONS STYLESHEET OUT: renders every ICONS/<path>.svg to OUT/<path>.png and writes OUT/tessera.qrc, in
+// which the pictures have the resource path /<path>.png and the style sheet /myQSS.qss. A drawing on the 24 unit grid
+// becomes 64 pixels, any other one pixel a unit. Exit code 0, or 1 with a message.
 
 #include <QDir>
 #include <QDirIterator>

@@ -17,9 +17,9 @@ public:
     virtual IMarkToolBase* CreateTool(QString const& className) = 0;
 };
 
-/// Loads the tool modules; once before any view or tool is used. Main thread. A module is a library "*.so" in the folder
-/// "/MarkToolModules" that exports `extern "C" IMarkToolModule* CreateMarkToolModule()`; the engine deletes what it gives
-/// before it unloads the library. What cannot be loaded is told in the log.
+/// Loads the tool modules; once before any view or tool is used. Main thread. A module is a library "*.so" in the
+/// folder "/MarkToolModules" that exports `extern "C" IMarkToolModule* CreateMarkToolModule()`; the engine deletes what
+/// it gives before it unloads the library. What cannot be loaded is told in the log.
 ENGINE_API void LoadExternToolModules();
 ENGINE_API QVector<IMarkToolModule*> GetExternModules();
 /// Unloads them; last at exit.

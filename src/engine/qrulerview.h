@@ -96,8 +96,8 @@ public:
     void DissimilationSelectObj(DissimilationParam* param);
     /// Asks for a vector file, imports it and tells what came of it.
     void ImportVectorFile();
-    /// Adds the drawing of a vector file, centred in the drawing area, as one step of undo. Nothing is asked and nothing
-    /// shown: false and the reason in `error` when nothing was added.
+    /// Adds the drawing of a vector file, centred in the drawing area, as one step of undo. Nothing is asked and
+    /// nothing shown: false and the reason in `error` when nothing was added.
     bool ImportVectorFile(QString const& path, QString& error);
     void AddMarkPoint(QPointF const& point);
     /// Number of objects and of the vertices that a run of all of them marks.
@@ -109,8 +109,8 @@ public:
     int GetFirstSelectedToolIndex() const;
     /// Pen of object `index`, -1 outside.
     int GetToolLayer(int index) const;
-    /// Base point, size and angle of the selection. An angle below -180 means that the objects have different angles; one
-    /// above 180 that nothing is selected, the other values then being 0. False without a document to ask.
+    /// Base point, size and angle of the selection. An angle below -180 means that the objects have different angles;
+    /// one above 180 that nothing is selected, the other values then being 0. False without a document to ask.
     bool GetSelectObjPos(double& x, double& y, double& width, double& height, double& angle) const;
     /// 0 not marked, 1 marked, -1 mixed or nothing selected.
     int GetSelectObjWorkType() const;

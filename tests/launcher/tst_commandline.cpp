@@ -86,7 +86,8 @@ private slots:
         row("language", {"--language", "de"}, "--language is \"zh_CN\" or \"en\", not \"de\".");
         for (char const* size : {"1280", "1280x", "x800", "1280x800x2", "-1280x800", "1280X800", " 1280x800", "799x800",
                                  "1280x599", "8193x800", "1280x8193", "99999999999x800", "1280x800\n"}) {
-            QString const error = QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".");
+            QString const error =
+                QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".");
             QTest::addRow("size %s", size) << QStringList{"--size", size} << error.arg(QLatin1String(size));
         }
         row("automation missing", {"--automation"}, "--automation needs a value: --automation SOCKET.");
