@@ -20,6 +20,7 @@
 #include <mutex>
 
 class AlarmCtrl;
+class FileListView;
 class LeftPanel;
 class QLabel;
 class QNetworkAccessManager;
@@ -263,8 +264,8 @@ private:
     void ReadRecentFile();
     void ResetRecentFile();
     void AppendOpendFile(QString const& path);
-    void AddView(QRulerView* view);
-    void ActivateDoc(int index);
+    void AddObjList(QRulerView* view);
+    void ShowNewView(QRulerView* view);
     void DeleteView(QRulerView* view);
     void SetUIChangeDoc(QRulerView* view);
     void ConnectView(QRulerView* view, bool on);
@@ -298,6 +299,7 @@ private:
     QLabel* m_pCardStateLabel = nullptr;
     RightPanel* m_pRightPanel = nullptr;
     LeftPanel* m_pLeftPanel = nullptr;
+    FileListView* m_pFileList = nullptr;
     StatuseView* m_pStatusView = nullptr;
     QLabel* m_pSpareLabel = nullptr;
     QLabel* m_pCardStatusLabel = nullptr;

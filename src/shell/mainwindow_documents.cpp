@@ -6,6 +6,7 @@
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/vzlistviewex.h"
+#include "files/filelistview.h"
 #include "run/form_marking.h"
 #include "shell/leftpanel.h"
 #include "shell/recentfile.h"
@@ -73,7 +74,7 @@ bool MainWindow::IsFileOpened(QString const& path) const {
 bool MainWindow::SetCurDoc(int index) {
     if (index < 0 || index > m_OpenFiles.size())
         return false;
-    ActivateDoc(index);
+    m_pFileList->SetActive(index);
     return true;
 }
 
@@ -82,7 +83,7 @@ bool MainWindow::SetCurDoc(QString const& path) {
         return false;
     const int index = m_Docs.indexOf(GetDoc(path));
     if (index >= 0)
-        ActivateDoc(index);
+        m_pFileList->SetActive(index);
     return true;
 }
 
@@ -97,8 +98,10 @@ void MainWindow::OpenFile(QString const& path) {
         delete view;
         return;
     }
-    AddView(view);
+    AddObjList(view);
+    view->GetObjListView()->setParent(m_pLeftPanel->ObjList());
     m_pLeftPanel->AddListWidget(view->GetObjListView());
+    ShowNewView(view);
     m_Docs.append(view);
     AppendOpendFile(path);
 }
@@ -108,25 +111,24 @@ void MainWindow::NewFile(QString const& name) {
     view->SetFileName(name);
     const QString path = view->GetFileName();
     save(view);
-    AddView(view);
     m_Docs.append(view);
     AppendOpendFile(path);
+    AddObjList(view);
+    ShowNewView(view);
 }
 
+/// The list takes the row out and reports back what is to be closed.
 void MainWindow::CloseFile(QString const& path) {
-    if (!IsFileOpened(path))
-        return;
-    const int index = m_Docs.indexOf(GetDoc(path));
-    if (index < 0)
-        return;
-    on_CloseFile(index, false);
-    if (!GetActiveView())
-        ActivateDoc(std::min(index, m_Docs.size() - 1));
+    if (IsFileOpened(path))
+        m_pFileList->RemoveItem(path, false);
 }
 
+/// Each close takes its path out of the list that is walked.
 void MainWindow::CloseAllFile() {
-    for (int i = m_OpenFiles.size() - 1; i >= 0; --i)
-        CloseFile(m_OpenFiles.at(i));
+    for (int i = m_OpenFiles.size() - 1; i >= 0; --i) {
+        const QString path = m_OpenFiles.value(i);
+        CloseFile(path);
+    }
 }
 
 void MainWindow::ResetFiles() {
@@ -139,7 +141,7 @@ void MainWindow::ResetFiles() {
     }
     const int index = m_Docs.indexOf(GetDoc(name));
     if (index >= 0)
-        ActivateDoc(index);
+        m_pFileList->SetActive(index);
     m_bSaveRecent = true;
 }
 
@@ -151,23 +153,31 @@ bool MainWindow::SyncFileData(QString const& first, QString const& second) {
     }
     const QString path = view->GetFileName();
     save(view);
-    AddView(view);
     m_Docs.append(view);
     AppendOpendFile(path);
+    AddObjList(view);
+    ShowNewView(view);
     return true;
 }
 
+/// The new row makes the newest view the active one.
 void MainWindow::AppendOpendFile(QString const& path) {
     m_OpenFiles.append(path);
-    ActivateDoc(m_Docs.size() - 1);
+    m_pFileList->AddFile(path);
     ResetRecentFile();
 }
 
-/// What every way of opening a document does with its view.
-void MainWindow::AddView(QRulerView* view) {
+/// The object list of a view that is active already stays to be seen.
+void MainWindow::AddObjList(QRulerView* view) {
+    QWidget* list = view->GetShowObjList();
+    list->setParent(m_pLeftPanel->ObjList());
+    m_pLeftPanel->AddListWidget(list);
+    ShowObjList(view, view == m_pCurDoc);
+}
+
+/// What every way of opening a document does with its view in the end.
+void MainWindow::ShowNewView(QRulerView* view) {
     ui->verticalLayout_2->addWidget(view);
-    m_pLeftPanel->AddListWidget(view->GetShowObjList());
-    ShowObjList(view, false);
     connect(view, &QRulerView::RedoUnDo, this, &MainWindow::enableRedoUndo);
     connect(view, &QRulerView::SubWndClosed, this, &MainWindow::onSubWndClosed);
     view->show();
@@ -176,10 +186,6 @@ void MainWindow::AddView(QRulerView* view) {
 void MainWindow::ShowObjList(QRulerView* view, bool show) {
     view->GetShowObjList()->setVisible(show);
     view->GetObjListView()->setVisible(show);
-}
-
-void MainWindow::ActivateDoc(int index) {
-    on_ActivDocChanged(index);
 }
 
 void MainWindow::on_ActivDocChanged(int index) {
@@ -192,12 +198,16 @@ void MainWindow::on_ActivDocChanged(int index) {
     SetUIChangeDoc(m_Docs.at(index));
 }
 
+/// A document that cannot be stored stays open, so that nothing is lost.
 void MainWindow::on_CloseFile(int index, bool saveFirst) {
     if (index < 0 || index >= m_Docs.size())
         return;
     QRulerView* view = m_Docs.at(index);
-    if (saveFirst)
-        save(view);
+    if (saveFirst && !save(view)) {
+        m_pFileList->InsertFile(index, view->GetFileName());
+        showSaved(this, false);
+        return;
+    }
     m_Docs.removeAt(index);
     DeleteView(view);
     ResetRecentFile();
@@ -241,10 +251,11 @@ void MainWindow::ReadRecentFile() {
             delete view;
             continue;
         }
-        AddView(view);
-        view->setWindowState(Qt::WindowMaximized);
+        AddObjList(view);
         m_Docs.append(view);
         AppendOpendFile(path);
+        view->setWindowState(Qt::WindowMaximized);
+        ShowNewView(view);
     }
 }
 

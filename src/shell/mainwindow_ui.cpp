@@ -6,6 +6,7 @@
 #include "engine/languagemanager.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
+#include "files/filelistview.h"
 #include "shell/alarmctrl.h"
 #include "shell/lamppixmap.h"
 #include "shell/leftpanel.h"
@@ -67,6 +68,8 @@ void MainWindow::BuildPanels() {
         tessera::WidenExtension(bar);
     m_pLeftPanel = new LeftPanel(this);
     ui->verticalLayout->addWidget(m_pLeftPanel);
+    m_pFileList = new FileListView(this);
+    m_pLeftPanel->AddFileWidged(m_pFileList);
     m_pStatusView = new StatuseView(this);
     m_pLeftPanel->AddStatusWidged(m_pStatusView);
 }
@@ -154,6 +157,9 @@ void MainWindow::PrepareTools() {
 }
 
 void MainWindow::ConnectOwnSignals() {
+    connect(m_pFileList, &FileListView::ActivDocChanged, this, &MainWindow::on_ActivDocChanged);
+    connect(m_pFileList, &FileListView::ClosedFile, this, &MainWindow::on_CloseFile);
+    connect(m_pFileList, &FileListView::ChangeFileIndex, this, &MainWindow::OnChangeFileIndex);
     connect(this, &MainWindow::UserChanged, this, &MainWindow::OnUserChanged);
     connect(this, &MainWindow::TimerUpDate, this, &MainWindow::OnTimerUpDate);
     connect(this, &MainWindow::ResetAlarmStatus, this, &MainWindow::OnResetAlarmStatus);
@@ -190,6 +196,7 @@ void MainWindow::SetUIText() {
         ((*ui).*entry.menu)->setTitle(text(entry.key));
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabFile), text("文档"));
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabDoc), text("说明书"));
+    m_pFileList->SetUIText();
     m_pCardStatusLabel->setText(text("卡/振镜状态"));
     m_pSoftVersionLabel->setText(text("软件版本号") + QStringLiteral(":") + m_Version + QStringLiteral("  "));
 }
