@@ -101,9 +101,13 @@ void Form_Marking::StartMark(bool redLoopTrigger) {
 
 void Form_Marking::StartMarkPreview() {
     SelectKind(1);
+    const bool paused = m_Thread.IsPaused();
     m_Thread.RunTrigerOnly(ui->checkBoxSelectMarking->isChecked(), ui->checkBoxLoopMark->isChecked(),
                            ui->spinBox->value(), MarkTypeRedPreview, false);
-    // While this thread waits it counts nothing, so the passes are not to wait for it.
+    // While this thread waits no message reaches it: a job that was paused is set going here, or it would never end.
+    if (paused)
+        OnReMarkStart();
+    // It counts nothing either, so the passes are not to wait for it.
     m_Thread.SetHoldUntilCounted(false);
     m_Thread.wait();
     m_Thread.SetHoldUntilCounted(true);

@@ -39,6 +39,7 @@ private slots:
     void border_preview_repeats_with_the_loop_box();
     void an_alarm_refuses_start_and_input_but_not_the_preview();
     void preview_waits_for_its_end();
+    void preview_out_of_a_pause_lets_the_job_end();
     void preview_with_options_sets_the_boxes_and_does_not_wait();
     void selection_of_the_kind();
     void a_running_dialog_does_not_close();
@@ -276,6 +277,21 @@ void FormMarkingTest::preview_waits_for_its_end() {
     QVERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
     QCOMPARE(machineCalls("StartMark"), 1);
     QTRY_VERIFY(idle());
+}
+
+/// The paused job goes on; the preview is not started, as an order to start only resumes.
+void FormMarkingTest::preview_out_of_a_pause_lets_the_job_end() {
+    startSlowly();
+    dialog().PauseMark();
+    QTRY_COMPARE(look(), QStringLiteral("background:yellow"));
+    machine().setSpeed(0.0);
+    machine().clearJournal();
+    dialog().StartMarkPreview();
+    QVERIFY(!dialog().IsRunning());
+    COMPARE_JOURNAL(only(machineJournal(), {"StartMark", "RestartMark"}), {call("RestartMark")});
+    QTRY_VERIFY(idle());
+    QCOMPARE(count(), 1);
+    QVERIFY(part<QRadioButton>("radioButtonRedPre")->isChecked());
 }
 
 void FormMarkingTest::preview_with_options_sets_the_boxes_and_does_not_wait() {
