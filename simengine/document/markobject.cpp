@@ -68,6 +68,36 @@ ObjectPtr withinField(ObjectPtr object) {
     return object->bounds().isValid() && field.contains(object->bounds()) ? object : nullptr;
 }
 
+std::shared_ptr<const std::vector<HatchPart>> makeHatch(const MarkObject& object, const QTransform& outer,
+                                                        double turn) {
+    std::vector<FlatLine> outline;
+    flattenShape(object.shape(), object.transform() * outer, outline);
+    const QVector<FillParam>& fills = object.data().hatch.fills;
+    return std::make_shared<const std::vector<HatchPart>>(
+        hatchLines(outline, {fills.begin(), fills.end()}, object.angle() + turn));
+}
+
+qint64 segmentsIn(const MarkObject& object, const QTransform& outer, double turn) {
+    const double angle = object.angle() + turn;
+    if (const auto* group = std::get_if<GroupShape>(&object.shape())) {
+        qint64 segments = 0;
+        for (const ObjectPtr& child : group->children)
+            segments += segmentsIn(*child, object.transform() * outer, angle);
+        return segments;
+    }
+    if (!object.isFilled())
+        return 0;
+    std::vector<FlatLine> outline;
+    flattenShape(object.shape(), object.transform() * outer, outline);
+    const QVector<FillParam>& fills = object.data().hatch.fills;
+    return hatchSegments(outline, {fills.begin(), fills.end()}, angle);
+}
+
+/// Moving leaves the number of segments as it is.
+bool keepsHatch(const QTransform& by, double turn) {
+    return turn == 0.0 && by.type() <= QTransform::TxTranslate;
+}
+
 } // namespace
 
 bool HatchSettings::anyEnabled() const {
@@ -88,6 +118,10 @@ ObjectPtr MarkObject::make(ObjectData data, QString* fault) {
         object = withinField(std::make_shared<const MarkObject>(std::move(data)));
         if (!object)
             reason = QStringLiteral("an object lies outside the coordinate limit");
+        else if (const qint64 segments = object->hatchSegmentCount(); segments > kMaxHatchSegments) {
+            reason = QStringLiteral("a hatch has %1 segments, more than %2").arg(segments).arg(kMaxHatchSegments);
+            object = nullptr;
+        }
     }
     if (fault)
         *fault = reason;
@@ -143,6 +177,24 @@ std::vector<FlatLine> MarkObject::flattened(double tolerance) const {
     return lines;
 }
 
+std::shared_ptr<const std::vector<HatchPart>> MarkObject::hatch(const QTransform& outer, double turn) const {
+    if (!isFilled() || kind() == ObjectKind::Group)
+        return nullptr;
+    if (!outer.isIdentity() || turn != 0.0)
+        return makeHatch(*this, outer, turn);
+    const std::lock_guard<std::mutex> lock(m_hatchMutex);
+    std::shared_ptr<const std::vector<HatchPart>> kept = m_hatch.lock();
+    if (!kept) {
+        kept = makeHatch(*this, outer, turn);
+        m_hatch = kept;
+    }
+    return kept;
+}
+
+qint64 MarkObject::hatchSegmentCount() const {
+    return segmentsIn(*this, QTransform(), 0.0);
+}
+
 bool MarkObject::hit(const QPointF& place, double tolerance) const {
     if (!m_bounds.contains(place, tolerance))
         return false;
@@ -172,7 +224,10 @@ ObjectPtr MarkObject::transformed(const QTransform& by, double turn) const {
     if (!finiteAffine(changed.transform) || !std::isfinite(changed.angle))
         return nullptr;
     // the geometry was examined when the object was made
-    return withinField(std::make_shared<const MarkObject>(std::move(changed)));
+    ObjectPtr object = withinField(std::make_shared<const MarkObject>(std::move(changed)));
+    if (object && !keepsHatch(by, turn) && object->hatchSegmentCount() > kMaxHatchSegments)
+        return nullptr;
+    return object;
 }
 
 double normalizedAngle(double degrees) {

@@ -3,6 +3,7 @@
 
 #include "engine/fillparam.h"
 #include "simengine/document/flatten.h"
+#include "simengine/document/hatch.h"
 #include "simengine/document/shape.h"
 
 #include <QString>
@@ -41,8 +42,8 @@ struct ObjectData {
 class MarkObject {
 public:
     /// Null when the object cannot be: geometry that shapeFault() refuses, a transform that is not finite or not
-    /// affine, bounds beyond the coordinate limit, a pen outside 0 to 19, unsound hatch settings, a name that is too
-    /// long. `fault` then tells why.
+    /// affine, bounds beyond the coordinate limit, a pen outside 0 to 19, unsound hatch settings, a hatch of more than
+    /// kMaxHatchSegments, a name that is too long. `fault` then tells why.
     static ObjectPtr make(ObjectData data, QString* fault = nullptr);
 
     const ObjectData& data() const { return m_data; }
@@ -73,11 +74,18 @@ public:
 
     /// The object as polylines in the field.
     std::vector<FlatLine> flattened(double tolerance = kFlatteningTolerance) const;
+    /// The lines of the hatch in the field. `outer` is the transform of the groups around it and `turn` their angle,
+    /// degrees. They are made when first asked for and kept as long as somebody holds them. Null without a hatch. Any
+    /// thread.
+    std::shared_ptr<const std::vector<HatchPart>> hatch(const QTransform& outer = QTransform(),
+                                                        double turn = 0.0) const;
+    /// As hatchSegments(), of this object and all in it.
+    qint64 hatchSegmentCount() const;
     /// The place is within `tolerance` mm of a line of the object, or inside it when it is hatched.
     bool hit(const QPointF& place, double tolerance) const;
 
     /// Copy with the field transform `by` applied after its own and `turn` degrees added to its angle; null when it
-    /// would leave the coordinate limit.
+    /// would leave the coordinate limit or its hatch get too many segments.
     ObjectPtr transformed(const QTransform& by, double turn = 0.0) const;
 
     explicit MarkObject(ObjectData data);
@@ -87,6 +95,8 @@ private:
     Box m_bounds;
     int m_depth = 0;
     qint64 m_pointCount = 0;
+    mutable std::mutex m_hatchMutex;
+    mutable std::weak_ptr<const std::vector<HatchPart>> m_hatch;
 };
 
 /// Degrees brought into (-180, 180].

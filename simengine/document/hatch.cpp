@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/document/hatch.h"
+
+#include "simengine/document/hatchoffset.h"
+#include "simengine/document/hatchpaths.h"
+
+#include <QtMath>
+#include <algorithm>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+/// Loops of one hatch at most: an end for areas whose depth was guessed too low.
+constexpr int kMostLoops = 1'000'000;
+
+/// A turn to the frame of a hatch, where the rows run along x, and back.
+class Turn {
+public:
+    explicit Turn(double degrees) {
+        // quarter turns are exact, so that the rows of a rectangle end on its edge
+        const double quarters = degrees / 90.0;
+        if (quarters == std::floor(quarters)) {
+            constexpr double kCos[] = {1.0, 0.0, -1.0, 0.0};
+            const int index = int(std::fmod(std::fmod(quarters, 4.0) + 4.0, 4.0));
+            m_cos = kCos[index];
+            m_sin = kCos[(index + 3) % 4];
+        } else {
+            m_cos = std::cos(qDegreesToRadians(degrees));
+            m_sin = std::sin(qDegreesToRadians(degrees));
+        }
+    }
+    QPointF toFrame(QPointF const& p) const { return {p.x() * m_cos + p.y() * m_sin, p.y() * m_cos - p.x() * m_sin}; }
+    QPointF toField(QPointF const& p) const { return {p.x() * m_cos - p.y() * m_sin, p.x() * m_sin + p.y() * m_cos}; }
+
+private:
+    double m_cos = 1.0;
+    double m_sin = 0.0;
+};
+
+bool isUsable(FillParam const& fill) {
+    return fill.Enable && std::isfinite(fill.FillDist) && fill.FillDist > 0.0 && std::isfinite(fill.FillAngle) &&
+           std::isfinite(fill.FillOffset) && fill.FillType >= 0 && fill.FillType <= int(FillType::Loops);
+}
+
+std::vector<HatchContour> contoursInFrame(std::vector<FlatLine> const& outline, Turn const& turn) {
+    std::vector<HatchContour> contours;
+    for (FlatLine const& line : outline) {
+        if (!line.closed || line.points.size() < 4)
+            continue;
+        HatchContour contour;
+        contour.reserve(std::size_t(line.points.size()) - 1);
+        for (int i = 0; i + 1 < line.points.size(); ++i)
+            contour.push_back(turn.toFrame(line.points.at(i)));
+        contours.push_back(std::move(contour));
+    }
+    return contours;
+}
+
+void addLoops(HatchArea const& area, PackedLines& lines) {
+    for (HatchContour const& contour : area.contours()) {
+        for (QPointF const& p : contour)
+            lines.addPoint(p);
+        lines.addPoint(contour.front());
+        lines.endLine();
+    }
+}
+
+void append(PackedLines const& from, PackedLines& to) {
+    for (std::size_t i = 0; i < from.count(); ++i) {
+        std::for_each(from.begin(i), from.end(i), [&to](QPointF const& p) { to.addPoint(p); });
+        to.endLine();
+    }
+}
+
+/// Loops from the area's edge inwards until nothing is left.
+void addAllLoops(HatchArea area, double pitch, PackedLines& lines) {
+    for (int i = 0; i < kMostLoops; ++i) {
+        area = area.inset(pitch);
+        if (area.isEmpty())
+            return;
+        addLoops(area, lines);
+    }
+}
+
+PackedLines linesOf(std::vector<HatchContour> const& contours, FillParam const& fill) {
+    const auto type = FillType(fill.FillType);
+    if (type != FillType::Loops && fill.FillOffset == 0.0 && fill.EdgeCnt <= 0)
+        return hatchPaths(contours, rowGridFor(contours, fill.FillDist), type);
+    PackedLines lines;
+    HatchArea area(contours);
+    if (fill.FillOffset != 0.0)
+        area = area.inset(fill.FillOffset);
+    for (int i = 0; i < fill.EdgeCnt && !area.isEmpty(); ++i) {
+        area = area.inset(fill.FillDist);
+        addLoops(area, lines);
+    }
+    if (type == FillType::Loops)
+        addAllLoops(area, fill.FillDist, lines);
+    else
+        append(hatchPaths(area.contours(), rowGridFor(area.contours(), fill.FillDist), type), lines);
+    return lines;
+}
+
+/// A loop has hardly more vertices than the outline, and a compact area is at most as deep as twice its surface by its
+/// circumference; a round plate has exactly that depth.
+qint64 loopSegments(HatchArea const& area, double pitch, int edgeLoops, bool all) {
+    std::size_t vertices = 0;
+    for (HatchContour const& contour : area.contours())
+        vertices += contour.size();
+    const double around = area.circumference();
+    const double depth = around > 0.0 ? 2.0 * area.surface() / around : 0.0;
+    const double fit = std::ceil(depth / pitch);
+    const double loops = all ? fit : std::min(double(std::max(edgeLoops, 0)), fit);
+    const double segments = loops * double(vertices);
+    return segments >= 9.0e18 ? qint64(9.0e18) : qint64(segments);
+}
+
+qint64 segmentsOf(std::vector<HatchContour> const& contours, FillParam const& fill) {
+    const auto type = FillType(fill.FillType);
+    const RowGrid grid = rowGridFor(contours, fill.FillDist);
+    qint64 segments = type == FillType::Loops ? 0 : countRowStretches(contours, grid);
+    if (type == FillType::Serpentine || type == FillType::Sections)
+        segments *= 2; // with the joints
+    if (type == FillType::Loops || fill.EdgeCnt > 0)
+        segments += loopSegments(HatchArea(contours), fill.FillDist, fill.EdgeCnt, type == FillType::Loops);
+    return segments;
+}
+
+} // namespace
+
+std::vector<HatchPart> hatchLines(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills,
+                                  double turn) {
+    std::vector<HatchPart> parts;
+    for (FillParam const& fill : fills) {
+        if (!isUsable(fill))
+            continue;
+        const Turn frame(fill.FillAngle + turn);
+        const std::vector<HatchContour> contours = contoursInFrame(outline, frame);
+        if (segmentsOf(contours, fill) > kMaxHatchSegments)
+            continue;
+        HatchPart part{fill.FillLayer, linesOf(contours, fill)};
+        part.lines.mapPoints([&frame](QPointF const& p) { return frame.toField(p); });
+        if (!part.lines.isEmpty())
+            parts.push_back(std::move(part));
+    }
+    return parts;
+}
+
+qint64 hatchSegments(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills, double turn) {
+    qint64 segments = 0;
+    for (FillParam const& fill : fills) {
+        if (isUsable(fill))
+            segments += segmentsOf(contoursInFrame(outline, Turn(fill.FillAngle + turn)), fill);
+    }
+    return segments;
+}
+
+} // namespace sim

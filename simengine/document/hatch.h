@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "engine/fillparam.h"
+#include "simengine/document/flatten.h"
+#include "simengine/document/packedlines.h"
+
+#include <vector>
+
+namespace sim {
+
+/// Segments that the hatch of one object may have. A run of so many lasts for days, and a board has no memory for more.
+constexpr qint64 kMaxHatchSegments = 20'000'000;
+
+/// The lines of one fill in marking order: the loops along the outline, then the rows.
+struct HatchPart {
+    int pen = 0;
+    PackedLines lines;
+};
+
+/// The hatch of an outline. Closed lines of it enclose the area, where an odd number of them lies around; open ones do
+/// not. The enabled fills come one after the other. `turn` is the angle by which the object was turned, degrees: the
+/// rows turn with it.
+///
+/// Fill: rows at `FillAngle` degrees counter-clockwise from the x axis, `FillDist` mm apart, in the middle of the
+/// area's height. Before them `EdgeCnt` loops along the outline, the first `FillOffset` + `FillDist` inside it and each
+/// further one `FillDist` inside the one before; the rows end at the last loop, without loops `FillOffset` inside the
+/// outline. Type 4 has loops instead of rows.
+///
+/// A fill whose pitch is not a positive number has no lines, and neither has one that hatchSegments() tells too large.
+/// Any thread.
+std::vector<HatchPart> hatchLines(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills,
+                                  double turn);
+
+/// Number of segments that hatchLines() would make, without making them: exact for single rows up to the outline, with
+/// joints and offsets from above, for loops a guess from the area's surface and circumference.
+qint64 hatchSegments(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills, double turn);
+
+} // namespace sim
