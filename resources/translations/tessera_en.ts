@@ -317,6 +317,11 @@
     <message><source>应用到所有</source><translation>Apply to all</translation></message>
     <message><source>新文件名</source><translation>New name</translation></message>
     <message><source>文件名已存在</source><translation>The name is taken already</translation></message>
+    <message><source>删除失败</source><translation>The file could not be deleted</translation></message>
+    <message><source>备份到U盘</source><translation>Back up to stick</translation></message>
+    <message><source>从U盘导入</source><translation>Import from stick</translation></message>
+    <message><source>文件名太长</source><translation>The file name is too long</translation></message>
+    <message><source>文件名不能以点开头,也不能包含/等特殊字符</source><translation>A file name must not begin with a dot or contain / or other special characters</translation></message>
     <!-- Box calibration -->
     <message><source>最大BOx校正区域</source><translation>Largest box field</translation></message>
     <message><source>中心偏移量X</source><translation>Centre offset X</translation></message>

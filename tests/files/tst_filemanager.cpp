@@ -1,0 +1,450 @@
+// SPDX-License-Identifier: MIT
+#include "engine/languagemanager.h"
+#include "files/filemanager.h"
+#include "tests/shell/windowfixture.h"
+#include "tests/support/dialoganswerer.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+
+using namespace tests;
+
+Q_DECLARE_METATYPE(FileManagerType)
+Q_DECLARE_METATYPE(MarkFileType)
+
+/// How the dialog names, chooses and deletes files.
+class FileManagerTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void each_mode_has_its_title_and_widgets_data();
+    void each_mode_has_its_title_and_widgets();
+    void numbers_of_modes_and_kinds_are_fixed();
+    void folder_is_made_when_missing_data();
+    void folder_is_made_when_missing();
+    void names_are_listed_in_small_letters_and_sorted_data();
+    void names_are_listed_in_small_letters_and_sorted();
+    void path_of_the_documents_ends_in_a_slash();
+    void typed_name_is_trimmed_and_in_small_letters_data();
+    void typed_name_is_trimmed_and_in_small_letters();
+    void empty_name_is_refused_and_the_dialog_stays_data();
+    void empty_name_is_refused_and_the_dialog_stays();
+    void names_that_are_no_file_names_are_refused_data();
+    void names_that_are_no_file_names_are_refused();
+    void existing_name_is_asked_about_data();
+    void existing_name_is_asked_about();
+    void open_mode_needs_a_selection();
+    void open_mode_takes_the_selected_name();
+    void manage_mode_just_accepts();
+    void cancel_rejects();
+    void double_click_copies_the_name();
+    void delete_without_a_row_asks_nothing();
+    void delete_asks_and_removes_data();
+    void delete_asks_and_removes();
+    void delete_question_has_no_first_and_yes_second();
+    void delete_of_an_open_document_closes_it_data();
+    void delete_of_an_open_document_closes_it();
+    void failed_deletion_is_told_and_the_row_stays();
+    void texts_are_there_in_english();
+
+private:
+    template<typename Widget>
+    static Widget* child(FileManager& dialog, char const* name) {
+        Widget* found = dialog.findChild<Widget*>(QString::fromLatin1(name));
+        if (!found)
+            qFatal("no %s in the dialog", name);
+        return found;
+    }
+    static void press(FileManager& dialog, char const* name) { child<QPushButton>(dialog, name)->click(); }
+    static void type(FileManager& dialog, QString const& name) {
+        child<QLineEdit>(dialog, "lineEditAddFileName")->setText(name);
+    }
+    static QStringList listed(FileManager& dialog) {
+        QStringList names;
+        auto const* list = child<QListWidget>(dialog, "listWidget");
+        for (int row = 0; row < list->count(); ++row)
+            names.append(list->item(row)->text());
+        return names;
+    }
+    std::unique_ptr<TemporaryRoot> m_Root;
+};
+
+void FileManagerTest::init() {
+    m_Root = std::make_unique<TemporaryRoot>();
+    QVERIFY(m_Root->isValid());
+}
+
+void FileManagerTest::cleanup() {
+    m_Root.reset();
+}
+
+void FileManagerTest::each_mode_has_its_title_and_widgets_data() {
+    QTest::addColumn<FileManagerType>("mode");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<bool>("named");
+    QTest::addColumn<bool>("managed");
+    QTest::newRow("new") << FileManagerNew << "新建文档" << true << false;
+    QTest::newRow("save as") << FileManagerSaveAs << "另存为" << true << false;
+    QTest::newRow("open") << FileManagerOpen << "打开文档" << false << false;
+    QTest::newRow("manage") << FileManagerManage << "文档管理" << false << true;
+}
+
+void FileManagerTest::each_mode_has_its_title_and_widgets() {
+    QFETCH(FileManagerType, mode);
+    QFETCH(QString, title);
+    QFETCH(bool, named);
+    QFETCH(bool, managed);
+    for (MarkFileType kind : {MarkFileDocument, MarkFileProject}) {
+        FileManager dialog(nullptr, mode, kind);
+        dialog.show();
+        QCOMPARE(dialog.windowTitle(), title);
+        QVERIFY(child<QWidget>(dialog, "listWidget")->isVisible());
+        QVERIFY(child<QWidget>(dialog, "pushButtonOK")->isVisible());
+        QVERIFY(child<QWidget>(dialog, "pushButtonCancel")->isVisible());
+        QCOMPARE(child<QWidget>(dialog, "lineEditAddFileName")->isVisible(), named);
+        for (char const* button : {"pushButtonDeleteSelectFile", "pushButtonBackUpSelectFile", "pushButtonImportFile"})
+            QVERIFY2(child<QWidget>(dialog, button)->isVisible() == managed, button);
+    }
+}
+
+void FileManagerTest::numbers_of_modes_and_kinds_are_fixed() {
+    QCOMPARE(int(FileManagerNew), 0);
+    QCOMPARE(int(FileManagerOpen), 1);
+    QCOMPARE(int(FileManagerManage), 2);
+    QCOMPARE(int(FileManagerSaveAs), 3);
+    QCOMPARE(int(MarkFileDocument), 0);
+    QCOMPARE(int(MarkFileProject), 1);
+}
+
+void FileManagerTest::folder_is_made_when_missing_data() {
+    QTest::addColumn<MarkFileType>("kind");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("documents") << MarkFileDocument << "/MarkFile";
+    QTest::newRow("projects") << MarkFileProject << "/MarkFile/MultiDocMarkFile";
+}
+
+void FileManagerTest::folder_is_made_when_missing() {
+    QFETCH(MarkFileType, kind);
+    QFETCH(QString, folder);
+    QVERIFY(!m_Root->exists("/MarkFile"));
+    FileManager dialog(nullptr, FileManagerOpen, kind);
+    QVERIFY(QFileInfo(m_Root->path(folder)).isDir());
+    QCOMPARE(listed(dialog), QStringList());
+}
+
+void FileManagerTest::names_are_listed_in_small_letters_and_sorted_data() {
+    QTest::addColumn<MarkFileType>("kind");
+    QTest::addColumn<QStringList>("names");
+    // Sorted by the letters of the files: capitals stand first.
+    QTest::newRow("documents") << MarkFileDocument << QStringList({"zinc", "a.b", "alloy", "steel"});
+    QTest::newRow("projects") << MarkFileProject << QStringList({"set"});
+}
+
+void FileManagerTest::names_are_listed_in_small_letters_and_sorted() {
+    QFETCH(MarkFileType, kind);
+    QFETCH(QStringList, names);
+    for (char const* file : {"/MarkFile/steel.mkf", "/MarkFile/alloy.MKF", "/MarkFile/Zinc.mkf", "/MarkFile/a.b.mkf",
+                             "/MarkFile/RecentFile.of", "/MarkFile/copper.mdf", "/MarkFile/steel.mkf.old",
+                             "/MarkFile/MultiDocMarkFile/Set.mdf", "/MarkFile/MultiDocMarkFile/lone.mkf",
+                             "/MarkFile/MultiDocMarkFile/recent", "/MarkFile/folder.mkf/inner.mkf"})
+        QVERIFY(m_Root->write(file, "x"));
+    FileManager dialog(nullptr, FileManagerOpen, kind);
+    QCOMPARE(listed(dialog), names);
+    dialog.LoadFiles();
+    QCOMPARE(listed(dialog), names);
+}
+
+void FileManagerTest::path_of_the_documents_ends_in_a_slash() {
+    QCOMPARE(FileManager::GetFilePath(), m_Root->path() + "/MarkFile/");
+}
+
+void FileManagerTest::typed_name_is_trimmed_and_in_small_letters_data() {
+    QTest::addColumn<FileManagerType>("mode");
+    QTest::addColumn<MarkFileType>("kind");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("name");
+    for (FileManagerType mode : {FileManagerNew, FileManagerSaveAs}) {
+        auto row = [mode](char const* tag, MarkFileType kind, char const* typed, char const* name) {
+            QTest::addRow("%s, mode %d", tag, mode) << mode << kind << typed << name;
+        };
+        row("Plate1 yields plate1", MarkFileDocument, "Plate1", "plate1");
+        row("blanks around", MarkFileDocument, "  plate 2 \t", "plate 2");
+        row("project", MarkFileProject, "Set", "set");
+        row("Chinese", MarkFileDocument, "齿轮", "齿轮");
+        row("its own extension is dropped", MarkFileDocument, "Plate.MKF", "plate");
+        row("another extension stays", MarkFileDocument, "plate.mdf", "plate.mdf");
+        row("longest", MarkFileDocument, QByteArray(251, 'a').constData(), QByteArray(251, 'a').constData());
+    }
+}
+
+void FileManagerTest::typed_name_is_trimmed_and_in_small_letters() {
+    QFETCH(FileManagerType, mode);
+    QFETCH(MarkFileType, kind);
+    QFETCH(QString, typed);
+    QFETCH(QString, name);
+    FileManager dialog(nullptr, mode, kind);
+    type(dialog, typed);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.GetFileName(), name);
+}
+
+void FileManagerTest::empty_name_is_refused_and_the_dialog_stays_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::newRow("nothing") << "";
+    QTest::newRow("blanks") << "   ";
+    QTest::newRow("only the extension") << ".mkf";
+}
+
+void FileManagerTest::empty_name_is_refused_and_the_dialog_stays() {
+    QFETCH(QString, typed);
+    for (FileManagerType mode : {FileManagerNew, FileManagerSaveAs}) {
+        FileManager dialog(nullptr, mode, MarkFileDocument);
+        dialog.show();
+        type(dialog, typed);
+        DialogAnswerer answerer;
+        answerer.press(QMessageBox::Ok);
+        press(dialog, "pushButtonOK");
+        QCOMPARE(answerer.titles(), QStringList("错误"));
+        QCOMPARE(answerer.texts(), QStringList("请输入文档名字"));
+        QVERIFY(dialog.isVisible());
+    }
+}
+
+void FileManagerTest::names_that_are_no_file_names_are_refused_data() {
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("text");
+    const QString bad = "文件名不能以点开头,也不能包含/等特殊字符";
+    QTest::newRow("another folder") << "../ini/marking" << bad;
+    QTest::newRow("absolute") << "/etc/passwd" << bad;
+    QTest::newRow("up") << ".." << bad;
+    QTest::newRow("hidden") << ".plate" << bad;
+    QTest::newRow("too long") << QString(252, QLatin1Char('a')) << "文件名太长";
+}
+
+void FileManagerTest::names_that_are_no_file_names_are_refused() {
+    QFETCH(QString, typed);
+    QFETCH(QString, text);
+    FileManager dialog(nullptr, FileManagerNew, MarkFileDocument);
+    dialog.show();
+    type(dialog, typed);
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Ok);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(answerer.titles(), QStringList("错误"));
+    QCOMPARE(answerer.texts(), QStringList(text));
+    QVERIFY(dialog.isVisible());
+    QCOMPARE(dialog.GetFileName(), QString());
+}
+
+void FileManagerTest::existing_name_is_asked_about_data() {
+    QTest::addColumn<FileManagerType>("mode");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("overwrite");
+    for (FileManagerType mode : {FileManagerNew, FileManagerSaveAs}) {
+        QTest::addRow("no in mode %d", mode) << mode << "plate" << false;
+        QTest::addRow("yes in mode %d", mode) << mode << "plate" << true;
+        QTest::addRow("trailing blanks in mode %d", mode) << mode << "Plate  " << true;
+        QTest::addRow("with extension in mode %d", mode) << mode << "plate.mkf" << true;
+    }
+}
+
+void FileManagerTest::existing_name_is_asked_about() {
+    QFETCH(FileManagerType, mode);
+    QFETCH(QString, typed);
+    QFETCH(bool, overwrite);
+    QVERIFY(m_Root->write("/MarkFile/Plate.mkf", "x"));
+    FileManager dialog(nullptr, mode, MarkFileDocument);
+    dialog.show();
+    type(dialog, typed);
+    DialogAnswerer answerer;
+    answerer.press(overwrite ? QMessageBox::Yes : QMessageBox::No);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(answerer.titles(), QStringList("是否覆盖"));
+    QCOMPARE(answerer.texts(), QStringList("打标文件 \"plate\" 已存在"));
+    QCOMPARE(answerer.seen().first().buttons.size(), 2);
+    QCOMPARE(dialog.isVisible(), !overwrite);
+    QCOMPARE(dialog.GetFileName(), overwrite ? "plate" : "");
+}
+
+void FileManagerTest::open_mode_needs_a_selection() {
+    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerOpen, MarkFileDocument);
+    dialog.show();
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Ok);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(answerer.titles(), QStringList("错误"));
+    QCOMPARE(answerer.texts(), QStringList("请选择要打开的文件"));
+    QVERIFY(dialog.isVisible());
+}
+
+void FileManagerTest::open_mode_takes_the_selected_name() {
+    QVERIFY(m_Root->write("/MarkFile/Plate.mkf", "x"));
+    QVERIFY(m_Root->write("/MarkFile/wheel.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerOpen, MarkFileDocument);
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.GetFileName(), "plate");
+}
+
+void FileManagerTest::manage_mode_just_accepts() {
+    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
+    press(dialog, "pushButtonOK");
+    QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    QCOMPARE(dialog.GetFileName(), QString());
+}
+
+void FileManagerTest::cancel_rejects() {
+    FileManager dialog(nullptr, FileManagerNew, MarkFileDocument);
+    dialog.show();
+    type(dialog, "plate");
+    press(dialog, "pushButtonCancel");
+    QVERIFY(!dialog.isVisible());
+    QCOMPARE(dialog.result(), int(QDialog::Rejected));
+    QCOMPARE(dialog.GetFileName(), QString());
+}
+
+void FileManagerTest::double_click_copies_the_name() {
+    QVERIFY(m_Root->write("/MarkFile/Plate.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerSaveAs, MarkFileDocument);
+    dialog.show();
+    auto* list = child<QListWidget>(dialog, "listWidget");
+    const QPoint middle = list->visualItemRect(list->item(0)).center();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+    QTest::mouseDClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, middle);
+    QCOMPARE(child<QLineEdit>(dialog, "lineEditAddFileName")->text(), "plate");
+    QVERIFY(dialog.isVisible());
+}
+
+void FileManagerTest::delete_without_a_row_asks_nothing() {
+    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
+    DialogAnswerer answerer;
+    press(dialog, "pushButtonDeleteSelectFile");
+    QCOMPARE(answerer.seen().size(), 0);
+    QVERIFY(m_Root->exists("/MarkFile/plate.mkf"));
+}
+
+void FileManagerTest::delete_asks_and_removes_data() {
+    QTest::addColumn<MarkFileType>("kind");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("question");
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("document, yes") << MarkFileDocument << "/MarkFile/b.mkf"
+                                   << "是否删除文件" << true;
+    QTest::newRow("document, no") << MarkFileDocument << "/MarkFile/b.mkf"
+                                  << "是否删除文件" << false;
+    const QString project = "/MarkFile/MultiDocMarkFile/b.mdf";
+    QTest::newRow("project, yes") << MarkFileProject << project << "是否删除多文档文件" << true;
+    QTest::newRow("project, no") << MarkFileProject << project << "是否删除多文档文件" << false;
+}
+
+void FileManagerTest::delete_asks_and_removes() {
+    QFETCH(MarkFileType, kind);
+    QFETCH(QString, file);
+    QFETCH(QString, question);
+    QFETCH(bool, yes);
+    for (char const* name :
+         {"/MarkFile/a.mkf", "/MarkFile/b.mkf", "/MarkFile/MultiDocMarkFile/a.mdf", "/MarkFile/MultiDocMarkFile/b.mdf"})
+        QVERIFY(m_Root->write(name, "x"));
+    FileManager dialog(nullptr, FileManagerManage, kind);
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(1);
+    DialogAnswerer answerer;
+    answerer.press(yes ? QMessageBox::Yes : QMessageBox::No);
+    press(dialog, "pushButtonDeleteSelectFile");
+    QCOMPARE(answerer.titles(), QStringList("是否删除"));
+    QCOMPARE(answerer.texts(), QStringList(question));
+    QCOMPARE(m_Root->exists(file), !yes);
+    QCOMPARE(listed(dialog), yes ? QStringList("a") : QStringList({"a", "b"}));
+    int left = 0;
+    for (char const* name :
+         {"/MarkFile/a.mkf", "/MarkFile/b.mkf", "/MarkFile/MultiDocMarkFile/a.mdf", "/MarkFile/MultiDocMarkFile/b.mdf"})
+        left += m_Root->exists(name);
+    QCOMPARE(left, yes ? 3 : 4);
+}
+
+void FileManagerTest::delete_question_has_no_first_and_yes_second() {
+    QVERIFY(m_Root->write("/MarkFile/a.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
+    DialogAnswerer answerer;
+    int no = -1;
+    int yes = -1;
+    bool noIsDefault = false;
+    answerer.fillAndPress(
+        [&](QWidget& shown) {
+            auto& box = dynamic_cast<QMessageBox&>(shown);
+            no = box.button(QMessageBox::No)->x();
+            yes = box.button(QMessageBox::Yes)->x();
+            noIsDefault = box.defaultButton() == box.button(QMessageBox::No);
+            QCOMPARE(box.buttons().size(), 2);
+        },
+        QStringLiteral("No"));
+    press(dialog, "pushButtonDeleteSelectFile");
+    QVERIFY2(0 <= no && no < yes, qPrintable(QString("no at %1, yes at %2").arg(no).arg(yes)));
+    QVERIFY(noIsDefault);
+    QVERIFY(m_Root->exists("/MarkFile/a.mkf"));
+}
+
+void FileManagerTest::delete_of_an_open_document_closes_it_data() {
+    QTest::addColumn<bool>("yes");
+    QTest::newRow("yes") << true;
+    QTest::newRow("no") << false;
+}
+
+void FileManagerTest::delete_of_an_open_document_closes_it() {
+    QFETCH(bool, yes);
+    resetMachine();
+    RunningWindow window;
+    window.newDocument(1, "plate");
+    window.newDocument(1, "other");
+    QVERIFY(window->IsFileOpened("plate"));
+    FileManager dialog(&*window, FileManagerManage, MarkFileDocument);
+    QCOMPARE(listed(dialog), QStringList({"other", "plate"}));
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(1);
+    DialogAnswerer answerer;
+    answerer.press(yes ? QMessageBox::Yes : QMessageBox::No);
+    press(dialog, "pushButtonDeleteSelectFile");
+    QCOMPARE(answerer.titles(), QStringList("是否删除"));
+    QCOMPARE(answerer.texts(), QStringList("文件已打开,是否关闭文件并删除"));
+    QCOMPARE(window->IsFileOpened("plate"), !yes);
+    QCOMPARE(m_Root->exists("/MarkFile/plate.mkf"), !yes);
+    QVERIFY(window->IsFileOpened("other"));
+}
+
+void FileManagerTest::failed_deletion_is_told_and_the_row_stays() {
+    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
+    // What cannot be removed as a file: a folder that took its place since the list was made.
+    QVERIFY(QFile::remove(m_Root->path("/MarkFile/plate.mkf")));
+    QVERIFY(QDir().mkpath(m_Root->path("/MarkFile/plate.mkf")));
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Yes).press(QMessageBox::Ok);
+    press(dialog, "pushButtonDeleteSelectFile");
+    QCOMPARE(answerer.texts(), QStringList({"是否删除文件", "删除失败"}));
+    QCOMPARE(listed(dialog), QStringList("plate"));
+}
+
+void FileManagerTest::texts_are_there_in_english() {
+    QVERIFY(LanguageManager::SetCurrentLan("en"));
+    for (FileManagerType mode : {FileManagerNew, FileManagerOpen, FileManagerManage, FileManagerSaveAs}) {
+        FileManager dialog(nullptr, mode, MarkFileDocument);
+        QStringList texts = {dialog.windowTitle()};
+        for (QPushButton const* button : dialog.findChildren<QPushButton*>())
+            texts.append(button->text());
+        const QString all = texts.join(' ');
+        QVERIFY2(std::all_of(all.begin(), all.end(), [](QChar c) { return c.unicode() < 128; }), qPrintable(all));
+        QVERIFY(!dialog.windowTitle().isEmpty());
+    }
+    QVERIFY(LanguageManager::SetCurrentLan("zh_CN"));
+}
+
+QTEST_MAIN(FileManagerTest)
+#include "tst_filemanager.moc"
