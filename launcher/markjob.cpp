@@ -116,7 +116,8 @@ void MarkJob::finishPass() {
         return;
     m_passCounted = false;
     qint64 const time = m_passTime.elapsed();
-    if (!RunDataGather::Instance()->GetRunResult()) {
+    // The record of runs tells only of those that came to the card, and of a stop that was given to the card alone.
+    if (!m_dialog->LastPassMarked() || !RunDataGather::Instance()->GetRunResult()) {
         finish(QStringLiteral("Pass %1 of %2 was stopped or had nothing to mark.").arg(m_done + 1).arg(m_wanted));
         return;
     }

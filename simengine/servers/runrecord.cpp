@@ -32,4 +32,9 @@ void RunRecord::ended(bool whole) const {
                                     .arg(ms));
 }
 
+bool RunRecord::refused() {
+    RunDataGatherAccess::setRun(false, 0, {});
+    return false;
+}
+
 } // namespace sim

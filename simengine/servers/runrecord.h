@@ -16,6 +16,8 @@ public:
     RunRecord(Job const& job, LayerParamEx const* layers);
     /// The run has ended; `whole` when nothing stopped it.
     void ended(bool whole) const;
+    /// Nothing could be run: the figures of the run before do not stand for this one. Gives false.
+    static bool refused();
 
 private:
     std::chrono::steady_clock::time_point const m_start = std::chrono::steady_clock::now();

@@ -43,7 +43,7 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     // First of all, so that a stop while the job is being built ends it.
     sim::CardRun run(selectedOnly, loop);
     if (!run.isAccepted())
-        return false;
+        return sim::RunRecord::refused();
     sim::JobOptions options;
     options.selectedOnly = selectedOnly;
     options.invertX = SystemParam::Instance()->InvertX();
@@ -54,16 +54,16 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     }
     sim::Job job = sim::buildJob(*d->document.state(), options);
     if (job.strokes.empty())
-        return false;
+        return sim::RunRecord::refused();
     if (layers) {
         sim::CardCore& card = sim::simulatedCard();
         card.setPens(sim::penTable(*layers, kLayerCount, card.pens()));
     }
     sim::RunRecord const record(job, layers);
-    bool const ran = run.start(std::move(job));
-    if (ran)
-        record.ended((sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0);
-    return ran;
+    if (!run.start(std::move(job)))
+        return sim::RunRecord::refused();
+    record.ended((sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0);
+    return true;
 }
 
 int MarkShapeContainer::GetSelectedToolCnt() const {

@@ -59,6 +59,8 @@ public:
     void StopAndWait();
     /// The worker has a run.
     bool IsRunning() const { return m_Thread.IsActive(); }
+    /// The last pass had something to mark and was not stopped by an order to this dialog. Any thread.
+    bool LastPassMarked() const { return m_Thread.LastPassMarked(); }
     /// A pass works with this document.
     bool IsMarking(QRulerView const* view) const { return m_Thread.IsMarking(view); }
     /// Visibility that other threads may ask for.

@@ -40,6 +40,7 @@ public:
     bool IsActive() const { return m_Run.IsActive(); }
     bool IsPaused() const { return m_Run.IsPaused(); }
     bool IsGoingOn() const { return m_Run.IsGoingOn(); }
+    bool LastPassMarked() const { return m_Run.LastPassMarked(); }
 
     /// A pass works with this document: it must not be deleted before the pass has ended. Ask when the view is not the
     /// active one any more.

@@ -193,6 +193,7 @@ bool RunLoop::RunPass() {
     {
         const std::lock_guard<std::mutex> lock(m_Lock);
         m_bUncounted = true;
+        m_bLastPassMarked = ok && !m_bStop;
     }
     m_Port.event(RunEvent::PassDone);
     return ok;

@@ -43,6 +43,9 @@ public:
     bool IsPaused() const;
     /// A run goes on: neither ended nor being stopped nor paused.
     bool IsGoingOn() const;
+    /// The last pass that has ended was marked whole as far as this run knows: there was something to mark and nobody
+    /// had ordered a stop. A stop given to the card alone is not seen here. False before the first.
+    bool LastPassMarked() const { return m_bLastPassMarked; }
 
     /// The run; worker thread.
     void run();
@@ -76,6 +79,7 @@ private:
     std::atomic<int> m_nDelay{50};
     std::atomic<MarkType> m_MarkType{MarkTypeLaser};
     std::atomic<bool> m_EnableTriggerWhenRedLoop{false};
+    std::atomic<bool> m_bLastPassMarked{false};
     mutable std::mutex m_StopLock;
     bool m_bStopVirtual = false;
 };

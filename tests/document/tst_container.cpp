@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/markshapecontainer.h"
 #include "engine/marktool.h"
+#include "engine/rundatagather.h"
 #include "engine/systemparam.h"
 #include "samples.h"
 #include "simengine/card/cardcore.h"
@@ -42,6 +43,7 @@ private slots:
     void cleanup();
     void nothing_to_run_is_false_data();
     void nothing_to_run_is_false();
+    void the_pens_given_are_marked_with();
     void run_marks_what_the_document_holds();
     void selected_objects_only();
     void offset_records_stay_until_cleared();
@@ -91,6 +93,7 @@ void ContainerTest::nothing_to_run_is_false_data() {
 void ContainerTest::nothing_to_run_is_false() {
     QFETCH(QString, state);
     QVERIFY(m_container->StartMark(false, false, m_document->pens()));
+    QVERIFY(RunDataGather::Instance()->GetRunResult());
     m_document->selectAll();
     if (state == "no objects")
         m_document->edit(edits::removeSelected);
@@ -103,6 +106,26 @@ void ContainerTest::nothing_to_run_is_false() {
     else
         simulatedCard().setState(RunState::Stop);
     QVERIFY(!m_container->StartMark(state == "nothing selected", false, m_document->pens()));
+    QVERIFY(!RunDataGather::Instance()->GetRunResult());
+    QVERIFY(RunDataGather::Instance()->GetLayerList().isEmpty());
+}
+
+/// A calibration run marks with a copy of the document's pens at other speeds; without a table the card keeps its own.
+void ContainerTest::the_pens_given_are_marked_with() {
+    LayerParamEx pens(*m_document->pens());
+    for (LayerData& pen : pens.GetLayerData()) {
+        pen.UseDefault = false;
+        pen.MarkSpeed = 100.0;
+    }
+    QVERIFY(m_container->StartMark(false, false, &pens));
+    const double slow = simulatedCard().lastTime().markMs;
+    QVERIFY(slow > 0.0);
+    for (LayerData& pen : pens.GetLayerData())
+        pen.MarkSpeed = 400.0;
+    QVERIFY(m_container->StartMark(false, false, &pens));
+    QCOMPARE(simulatedCard().lastTime().markMs, slow / 4.0);
+    QVERIFY(m_container->StartMark(false, false, nullptr));
+    QCOMPARE(simulatedCard().lastTime().markMs, slow / 4.0);
 }
 
 void ContainerTest::run_marks_what_the_document_holds() {

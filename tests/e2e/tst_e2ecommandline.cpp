@@ -240,6 +240,22 @@ private slots:
         QCOMPARE(m_root->counter(), 1);
     }
 
+    /// The first pass ends well; its result must not stand for the second.
+    void pass_that_the_card_refuses_is_a_failure() {
+        TesseraProgram program(*m_root);
+        QVERIFY(program.startAutomated(
+            {"--sim-speed", "2", "--import", sampleFile("gear-plate.svg"), "--mark", "2", "--quit"}));
+        program.waitFor("card.state", {}, [](QJsonValue const& state) {
+            return state.toObject().value("activity") == QJsonValue("running");
+        });
+        QCOMPARE(program.call("card.fault", {{"name", "job_fails"}, {"on", true}}), QJsonValue(true));
+        QVERIFY(program.waitEnd());
+        QCOMPARE(program.exitCode(), 1);
+        QByteArray const told = program.errors();
+        QVERIFY2(told.contains("pass 1 of 2") && told.contains("Pass 2 of 2 was stopped or had nothing to mark."),
+                 told.constData());
+    }
+
     void signal_ends_the_program_cleanly_data() {
         QTest::addColumn<int>("number");
         QTest::newRow("SIGTERM") << SIGTERM;

@@ -282,3 +282,29 @@ TEST_F(RunLoopTest, a_stop_of_a_triggered_run_does_not_go_back) {
     EXPECT_EQ(port.count("to red loop"), 0);
     EXPECT_EQ(port.calls().back(), "ended");
 }
+
+TEST_F(RunLoopTest, a_pass_that_was_stopped_or_empty_is_not_marked) {
+    EXPECT_FALSE(loop.LastPassMarked());
+    start();
+    port.join();
+    EXPECT_TRUE(loop.LastPassMarked());
+    port.beforeWorker = [this] { loop.StopTriger(); };
+    start();
+    port.join();
+    EXPECT_FALSE(loop.LastPassMarked());
+    port.beforeWorker = [] {};
+    start();
+    port.join();
+    EXPECT_TRUE(loop.LastPassMarked());
+    port.mark = [this] { return loop.StopTriger(), true; };
+    start();
+    port.join();
+    EXPECT_FALSE(loop.LastPassMarked());
+    port.mark = [] { return true; };
+    start();
+    port.join();
+    port.mark = [] { return false; };
+    start();
+    port.join();
+    EXPECT_FALSE(loop.LastPassMarked());
+}

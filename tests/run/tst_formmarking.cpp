@@ -3,7 +3,6 @@
 #include "tests/run/formfixture.h"
 #include "tests/support/timeoutscale.h"
 
-#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QDeadlineTimer>
 #include <QDoubleSpinBox>
@@ -261,7 +260,7 @@ void FormMarkingTest::an_alarm_refuses_start_and_input_but_not_the_preview() {
     dialog().StartMark(false);
     QVERIFY(!dialog().IsRunning());
     QVERIFY(machineJournal().isEmpty());
-    const auto* model = qobject_cast<QAbstractItemView*>(m_Window->child<QWidget>("listWidget"))->model();
+    const auto* model = m_Window->statusList()->model();
     QCOMPARE(model->rowCount(), 1);
     QCOMPARE(model->index(0, 0).data().toString(), QStringLiteral("急停"));
     machine().setSpeed(0.0);

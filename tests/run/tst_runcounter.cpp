@@ -3,7 +3,6 @@
 #include "tests/run/formfixture.h"
 #include "tests/support/dialoganswerer.h"
 
-#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QDir>
 #include <QSignalSpy>
@@ -67,13 +66,12 @@ void RunCounterTest::a_count_that_cannot_be_stored_is_told_once() {
     QFile::remove(settingsFile());
     QVERIFY(QDir().mkpath(settingsFile()));
     machine().setSpeed(0.0);
-    auto* list = m_Window->child<QWidget>("listWidget");
     for (int pass = 1; pass <= 3; ++pass) {
         press("pushButtonStart");
         QTRY_COMPARE(count(), pass);
         QTRY_VERIFY(idle());
     }
-    const auto* model = qobject_cast<QAbstractItemView*>(list)->model();
+    const auto* model = m_Window->statusList()->model();
     QCOMPARE(model->rowCount(), 1);
     QCOMPARE(model->index(0, 0).data().toString(), LanguageManager::GetLanText("运行计数保存失败"));
     QVERIFY(QDir().rmdir(settingsFile()));

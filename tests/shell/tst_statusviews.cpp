@@ -45,7 +45,7 @@ private slots:
 private:
     TemporaryRoot m_Root;
     QStringList lines(RunningWindow const& window) {
-        const auto* list = window.child<QListWidget>("listWidget");
+        const auto* list = window.statusList();
         QStringList all;
         for (int i = 0; i < list->count(); ++i)
             all.append(list->item(i)->text());
@@ -164,7 +164,7 @@ void StatusViewsTest::lines_are_appended_and_cleared() {
 void StatusViewsTest::a_double_click_clears_the_list() {
     RunningWindow window;
     window->ShowTextsSub(QStringLiteral("a"), DebugInfoAlarm);
-    auto* list = window.child<QListWidget>("listWidget");
+    auto* list = window.statusList();
     const QPoint place = list->visualItemRect(list->item(0)).center();
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
     QCOMPARE(list->count(), 1);

@@ -6,11 +6,13 @@
 #include "engine/systemparam.h"
 #include "run/form_marking.h"
 #include "shell/mainwindow.h"
+#include "shell/statuseview.h"
 #include "simengine/simcontrol.h"
 #include "tests/support/journalmatcher.h"
 #include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
+#include <QListWidget>
 #include <QtTest>
 
 namespace tests {
@@ -101,6 +103,14 @@ public:
         if (!found)
             qFatal("no %s in the main window", name);
         return found;
+    }
+    /// The list of alarms and messages; the one of the open documents has the same object name.
+    QListWidget* statusList() const {
+        auto const* view = MainWindow::Instance()->findChild<StatuseView*>();
+        auto* list = view ? view->findChild<QListWidget*>(QStringLiteral("listWidget")) : nullptr;
+        if (!list)
+            qFatal("no status list in the main window");
+        return list;
     }
 };
 
