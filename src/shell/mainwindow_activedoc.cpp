@@ -17,14 +17,14 @@ void MainWindow::SetUIChangeDoc(QRulerView* view) {
         ShowObjList(old, false);
     }
     m_pCurDoc = view;
-    DisableDocumentActions();
-    if (view) {
+    if (view)
         ConnectView(view, true);
+    DisableDocumentActions();
+    if (view)
         EnableForDocument(view);
-    }
+    else
+        tessera::EnableAll(*ui, tessera::kObjectActions, false);
     UserChange();
-    if (view && AuthorityManager::CanEditMarkTool())
-        EnableForSelection(view);
 }
 
 void MainWindow::ConnectView(QRulerView* view, bool on) {
