@@ -64,8 +64,9 @@ public:
     bool SetCurDoc(QString const& path);
     /// Activates the document when it is open, otherwise reads it. An unreadable file changes nothing.
     void OpenFile(QString const& path);
-    /// Makes an empty document under this name, stores it and makes it the active one.
-    void NewFile(QString const& name);
+    /// Makes an empty document under this name, stores it and makes it the active one. False when it could not be
+    /// stored; it is open nevertheless.
+    bool NewFile(QString const& name);
     void CloseFile(QString const& path);
     void CloseAllFile();
     bool IsFileOpened(QString const& path) const;
@@ -164,6 +165,8 @@ private slots:
     void ShowBufferRunTime();
     void ChangeUIMode();
 
+    void onOpenFile();
+    void SaveAs();
     void onSaveFile();
     void onSaveAllFile();
     void OnChangeFileIndex(int from, int to);
@@ -200,7 +203,10 @@ private slots:
     void on_actionsameHeight_triggered();
     void on_actionsameSize_triggered();
 
+    void on_actionNew_triggered();
+    void on_actionOpen_triggered();
     void on_actionSave_triggered();
+    void on_actionSaveAs_triggered();
     void on_actionMark_triggered();
     void on_actionMultiDocMark_triggered();
     void on_actionChangeDebug_triggered();
@@ -225,6 +231,7 @@ private:
     void on_LaserAlarm(bool alarmed, QString text);
     void on_ActivDocChanged(int index);
     void on_CloseFile(int index, bool save);
+    void on_actDoc_New_triggered();
     void on_actSelect_triggered();
     void on_actAddMarkPoint_triiger(bool on);
     void on_actAddLine_triiger(bool on);

@@ -17,6 +17,8 @@ void MainWindow::initSlotSingle() {
         QAction* action;
         void (MainWindow::*slot)();
     } plain[] = {
+        {ui->action_NewFile, &MainWindow::on_actDoc_New_triggered},
+        {ui->actionOpenFlie, &MainWindow::onOpenFile},
         {ui->actionSaveFile, &MainWindow::onSaveFile},
         {ui->actionSaveAll, &MainWindow::onSaveAllFile},
         {ui->Select, &MainWindow::on_actSelect_triggered},

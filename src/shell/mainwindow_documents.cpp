@@ -7,6 +7,7 @@
 #include "engine/qrulerview.h"
 #include "engine/vzlistviewex.h"
 #include "files/filelistview.h"
+#include "files/filemanager.h"
 #include "run/form_marking.h"
 #include "shell/leftpanel.h"
 #include "shell/recentfile.h"
@@ -16,11 +17,12 @@
 
 #include <QFile>
 #include <QMessageBox>
+#include <QPointer>
 
 namespace {
 
 QString recentFile() {
-    return tessera::rootPath(QStringLiteral("/MarkFile/RecentFile.of"));
+    return FileManager::GetFilePath() + QStringLiteral("RecentFile.of");
 }
 
 QString showDocFile() {
@@ -106,15 +108,52 @@ void MainWindow::OpenFile(QString const& path) {
     AppendOpendFile(path);
 }
 
-void MainWindow::NewFile(QString const& name) {
+bool MainWindow::NewFile(QString const& name) {
     auto* view = new QRulerView(ui->tabFile);
     view->SetFileName(name);
     const QString path = view->GetFileName();
-    save(view);
+    const bool saved = save(view);
     m_Docs.append(view);
     AppendOpendFile(path);
     AddObjList(view);
     ShowNewView(view);
+    return saved;
+}
+
+/// A name that is open already is not refused: its file then has two views, and both lists two entries.
+void MainWindow::on_actDoc_New_triggered() {
+    if (!AuthorityManager::CanNewFile())
+        return;
+    FileManager dialog(this, FileManagerNew, MarkFileDocument);
+    if (dialog.exec() == QDialog::Accepted && !NewFile(dialog.GetFileName()))
+        showSaved(this, false);
+}
+
+void MainWindow::onOpenFile() {
+    if (!AuthorityManager::CanOpenFile())
+        return;
+    FileManager dialog(this, FileManagerOpen, MarkFileDocument);
+    if (dialog.exec() == QDialog::Accepted)
+        OpenFile(dialog.GetFileName());
+}
+
+/// The document that was active when the dialog came up is meant, whatever a host does meanwhile.
+void MainWindow::SaveAs() {
+    const QPointer<QRulerView> view = GetActiveView();
+    if (!AuthorityManager::CanSaveFile() || !view)
+        return;
+    FileManager dialog(this, FileManagerSaveAs, MarkFileDocument);
+    if (dialog.exec() != QDialog::Accepted || !view)
+        return;
+    const QString old = view->GetFileName();
+    view->SetFileName(dialog.GetFileName());
+    const QString now = view->GetFileName();
+    const int index = m_OpenFiles.indexOf(old);
+    if (index >= 0)
+        m_OpenFiles[index] = now;
+    m_pFileList->ChangeFileName(old, now);
+    ResetRecentFile();
+    showSaved(this, save(view));
 }
 
 /// The list takes the row out and reports back what is to be closed.
@@ -280,6 +319,18 @@ void MainWindow::SetShowDoc(bool show) {
 void MainWindow::on_actionShowDoc_triggered(bool) {
     SetShowDoc(ui->actionShowDoc->isChecked());
     ui->tabWidgetMian->setTabVisible(ui->tabWidgetMian->count() - 1, m_bShowDoc);
+}
+
+void MainWindow::on_actionNew_triggered() {
+    on_actDoc_New_triggered();
+}
+
+void MainWindow::on_actionOpen_triggered() {
+    onOpenFile();
+}
+
+void MainWindow::on_actionSaveAs_triggered() {
+    SaveAs();
 }
 
 void MainWindow::on_actionSave_triggered() {
