@@ -806,7 +806,7 @@
     <message><source>密码</source><translation>Password</translation></message>
     <message><source>登录</source><translation>Log in</translation></message>
     <message><source>登录失败,用户名或密码错误</source><translation>Login failed: wrong user or password</translation></message>
-    <message><source>尝试次数过多,请稍后再试</source><translation>Too many attempts. Please try again later.</translation></message>
+    <message><source>尝试次数过多,请%1秒后再试</source><translation>Too many attempts. Try again in %1 s.</translation></message>
     <message><source>原密码</source><translation>Old password</translation></message>
     <message><source>新密码</source><translation>New password</translation></message>
     <message><source>确认密码</source><translation>Repeat password</translation></message>

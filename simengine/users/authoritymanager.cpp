@@ -128,7 +128,7 @@ void AuthorityManager::ChangePassWord() {
         refuse("请先登录");
         return;
     }
-    PasswordDialog dialog(userStore(), session().user().name, QApplication::activeWindow());
+    PasswordDialog dialog(userStore(), session(), QApplication::activeWindow());
     dialog.exec();
 }
 

@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "engine/passwordctrl.h"
 #include "simengine/dialogs/dialogparts.h"
+#include "simengine/users/lockcountdown.h"
 #include "simengine/users/passwordhash.h"
 #include "simengine/users/session.h"
 
@@ -71,22 +72,21 @@ LoginDialog::LoginDialog(UserStore& store, Session& session, QWidget* parent)
     connect(m_password, &QLineEdit::textEdited, m_fault, &QLabel::clear);
     connect(buttons.ok, &QPushButton::clicked, this, &LoginDialog::tryLogin);
     m_password->setFocus();
+    m_lock = new LockCountdown(session, m_fault, {m_password, m_name, keypad, buttons.ok}, this);
+    m_lock->look();
 }
 
 void LoginDialog::tryLogin() {
     m_fault->clear();
-    switch (m_session.login(m_name->currentText(), m_password->text())) {
-    case LoginResult::Done:
+    LoginResult const result = m_session.login(m_name->currentText(), m_password->text());
+    if (result == LoginResult::Done) {
         accept();
         return;
-    case LoginResult::Wrong:
-        m_fault->setText(LanguageManager::GetLanText("登录失败,用户名或密码错误"));
-        break;
-    case LoginResult::TooMany:
-        m_fault->setText(LanguageManager::GetLanText("尝试次数过多,请稍后再试"));
-        break;
     }
+    if (result == LoginResult::Wrong)
+        m_fault->setText(LanguageManager::GetLanText("登录失败,用户名或密码错误"));
     m_password->clear();
+    m_lock->look();
 }
 
 } // namespace sim

@@ -9,6 +9,7 @@ class QLineEdit;
 
 namespace sim {
 
+class LockCountdown;
 class Session;
 class UserStore;
 
@@ -25,6 +26,7 @@ private:
     QComboBox* m_name;
     QLineEdit* m_password;
     QLabel* m_fault;
+    LockCountdown* m_lock;
 };
 
 /// A line for a password: dots instead of characters, high enough for a finger.

@@ -6,7 +6,9 @@
 #include "engine/passwordctrl.h"
 #include "simengine/dialogs/dialogparts.h"
 #include "simengine/users/adminpassword.h"
+#include "simengine/users/lockcountdown.h"
 #include "simengine/users/logindialog.h"
+#include "simengine/users/session.h"
 #include "simengine/users/userstore.h"
 
 #include <QFormLayout>
@@ -19,17 +21,18 @@
 
 namespace sim {
 
-PasswordDialog::PasswordDialog(UserStore& store, QString const& name, QWidget* parent)
+PasswordDialog::PasswordDialog(UserStore& store, Session& session, QWidget* parent)
     : QDialog(parent)
     , m_store(store)
-    , m_name(name)
+    , m_session(session)
+    , m_name(session.user().name)
     , m_old(makePasswordLine("lineEditOld", this))
     , m_new(makePasswordLine("lineEditNew", this))
     , m_again(makePasswordLine("lineEditAgain", this))
     , m_fault(makeFaultLabel(this)) {
     setObjectName(QStringLiteral("PasswordDialog"));
     prepareDialog(this, LanguageManager::GetLanText("修改密码"));
-    auto* user = new QLabel(name, this);
+    auto* user = new QLabel(m_name, this);
     user->setTextFormat(Qt::PlainText);
     ButtonRow const buttons = makeOkCancel(this);
     auto* form = new QFormLayout(this);
@@ -40,6 +43,8 @@ PasswordDialog::PasswordDialog(UserStore& store, QString const& name, QWidget* p
     form->addRow(m_fault);
     form->addRow(buttons.layout);
     connect(buttons.ok, &QPushButton::clicked, this, &PasswordDialog::change);
+    m_lock = new LockCountdown(session, m_fault, {m_old, m_new, m_again, buttons.ok}, this);
+    m_lock->look();
 }
 
 void PasswordDialog::change() {
@@ -47,9 +52,12 @@ void PasswordDialog::change() {
         m_fault->setText(LanguageManager::GetLanText("两次输入的密码不一致"));
         return;
     }
-    if (!m_store.check(m_name, m_old->text())) {
-        m_fault->setText(LanguageManager::GetLanText("原密码错误"));
+    LoginResult const old = m_session.confirm(m_name, m_old->text());
+    if (old != LoginResult::Done) {
+        if (old == LoginResult::Wrong)
+            m_fault->setText(LanguageManager::GetLanText("原密码错误"));
         m_old->clear();
+        m_lock->look();
         return;
     }
     UserResult const result = m_store.setPassword(m_name, m_new->text());

@@ -6,21 +6,36 @@
 
 namespace sim {
 
-LoginResult Session::login(QString const& name, QString const& password) {
-    if (m_wrong >= kLoginAttempts && m_lastWrong.isValid() && !m_lastWrong.hasExpired(kLoginPauseMs))
+LoginResult Session::check(QString const& name, QString const& password, User& user) {
+    if (!m_guard.begin())
         return LoginResult::TooMany;
-    std::optional<User> const user = m_store.check(name, password);
-    if (!user) {
-        ++m_wrong;
-        m_lastWrong.start();
-        MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login refused: %1").arg(name));
+    std::optional<User> const found = m_store.check(name, password);
+    if (!found)
         return LoginResult::Wrong;
-    }
-    m_wrong = 0;
-    m_user = *user;
-    m_rights = user->rights;
-    MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login: %1").arg(user->name));
+    m_guard.succeed();
+    user = *found;
     return LoginResult::Done;
+}
+
+LoginResult Session::login(QString const& name, QString const& password) {
+    User user;
+    LoginResult const result = check(name, password, user);
+    if (result == LoginResult::Wrong)
+        MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login refused: %1").arg(name));
+    if (result != LoginResult::Done)
+        return result;
+    m_user = user;
+    m_rights = user.rights;
+    MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("login: %1").arg(user.name));
+    return result;
+}
+
+LoginResult Session::confirm(QString const& name, QString const& password) {
+    User user;
+    LoginResult const result = check(name, password, user);
+    if (result == LoginResult::Wrong)
+        MarkLog::Instance()->ShowNode(NoteOperator, QStringLiteral("password refused: %1").arg(name));
+    return result;
 }
 
 void Session::logout() {

@@ -1,27 +1,28 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/users/loginguard.h"
 #include "simengine/users/rights.h"
 #include "simengine/users/userstore.h"
 
-#include <QElapsedTimer>
 #include <atomic>
 
 namespace sim {
-
-/// Wrong passwords in a row after which logins are refused for a while, and for how long.
-constexpr int kLoginAttempts = 5;
-constexpr int kLoginPauseMs = 30'000;
 
 enum class LoginResult { Done, Wrong, TooMany };
 
 /// Who works at the machine. has() from any thread, the rest on the main thread.
 class Session {
 public:
-    explicit Session(UserStore& store)
-        : m_store(store) {}
+    explicit Session(UserStore& store, std::function<BootTime()> clock = bootTime)
+        : m_store(store)
+        , m_guard(store, std::move(clock)) {}
 
     LoginResult login(QString const& name, QString const& password);
+    /// Looks at a password without a login; wrong ones count as those of logins do.
+    LoginResult confirm(QString const& name, QString const& password);
+    /// How long passwords are still refused, ms; 0 when the next one is looked at.
+    int lockedMs() { return m_guard.lockedMs(); }
     void logout();
     bool isLoggedIn() const { return !m_user.name.isEmpty(); }
     User const& user() const { return m_user; }
@@ -31,11 +32,12 @@ public:
     bool has(Right right) const { return (m_rights.load() & right) != 0; }
 
 private:
+    LoginResult check(QString const& name, QString const& password, User& user);
+
     UserStore& m_store;
+    LoginGuard m_guard;
     User m_user;
     std::atomic<unsigned> m_rights{0};
-    int m_wrong = 0;
-    QElapsedTimer m_lastWrong;
 };
 
 /// The machine's users and its one session.

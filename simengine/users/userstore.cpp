@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <atomic>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace sim {
@@ -27,14 +28,30 @@ constexpr char const* kPreparation[] = {
     "PRAGMA secure_delete=ON",
     "CREATE TABLE IF NOT EXISTS users (name TEXT PRIMARY KEY NOT NULL, hash TEXT NOT NULL, "
     "administrator INTEGER NOT NULL, rights INTEGER NOT NULL)",
+    "CREATE TABLE IF NOT EXISTS attempts (id INTEGER PRIMARY KEY CHECK (id = 0), wrong INTEGER NOT NULL, "
+    "boot TEXT NOT NULL, ms INTEGER NOT NULL)",
 };
 
-/// A file that others may not read from its first moment on.
-bool makePrivateFile(QString const& path) {
-    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+/// Nobody else may put a file of theirs in the place of one in the folder.
+bool guardFolder(QString const& folder) {
+    QByteArray const name = QFile::encodeName(folder);
+    struct stat info {};
+    if (!QDir().mkpath(folder) || ::stat(name.constData(), &info) != 0)
         return false;
-    int const file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    return file >= 0 && ::close(file) == 0;
+    mode_t const others = info.st_mode & (S_IWGRP | S_IWOTH);
+    return others == 0 || ::chmod(name.constData(), (info.st_mode & 07777) & ~others) == 0;
+}
+
+/// A file that others may not read from its first moment on; one that came from elsewhere with another mode is closed
+/// to them before it is used. The database gives its journal the same mode.
+bool makePrivateFile(QString const& path) {
+    if (!guardFolder(QFileInfo(path).absolutePath()))
+        return false;
+    int const file = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+    if (file < 0)
+        return false;
+    bool const closed = ::fchmod(file, 0600) == 0;
+    return ::close(file) == 0 && closed;
 }
 
 /// An open connection of its own for as long as the object lives.
@@ -208,6 +225,27 @@ UserResult UserStore::setRights(User const& user) {
 UserResult UserStore::remove(QString const& name) {
     return change(
         [&](QSqlDatabase& database) { return changed(run(database, "DELETE FROM users WHERE name=?", {name})); });
+}
+
+std::optional<LoginAttempts> UserStore::attempts() const {
+    Connection connection(m_path);
+    QSqlQuery query(connection.database());
+    if (!connection.isGood() || !query.exec(QStringLiteral("SELECT wrong, boot, ms FROM attempts")))
+        return std::nullopt;
+    LoginAttempts attempts;
+    if (query.next()) {
+        attempts.wrong = query.value(0).toInt();
+        attempts.boot = query.value(1).toString();
+        attempts.ms = query.value(2).toLongLong();
+    }
+    return attempts;
+}
+
+bool UserStore::setAttempts(LoginAttempts const& attempts) {
+    Connection connection(m_path);
+    return connection.isGood() &&
+           run(connection.database(), "INSERT OR REPLACE INTO attempts (id, wrong, boot, ms) VALUES (0, ?, ?, ?)",
+               {attempts.wrong, attempts.boot.isNull() ? QStringLiteral("") : attempts.boot, attempts.ms}) == 1;
 }
 
 char const* userResultKey(UserResult result) {

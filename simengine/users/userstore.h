@@ -19,6 +19,13 @@ struct User {
     unsigned rights = 0;        ///< Right
 };
 
+/// Wrong passwords in a row, and when the last one was: see LoginGuard.
+struct LoginAttempts {
+    int wrong = 0;
+    QString boot;  ///< which start of the machine
+    qint64 ms = 0; ///< since then
+};
+
 enum class UserResult {
     Done,
     NameMissing, ///< empty, too long, or with a control character
@@ -29,7 +36,8 @@ enum class UserResult {
     Failed             ///< the database could not be read or written
 };
 
-/// The users in the database /ini/Users.db, which only the owner of the program may read. Passwords are there as
+/// The users in the database /ini/Users.db, which only the owner of the program may read, as the journal beside it, and
+/// in whose folder only the owner may write. Passwords are there as
 /// argon2id hashes alone. Every call opens and closes the database, and what it has changed is on the disk when it
 /// returns. Needs an application object. Main thread.
 class UserStore {
@@ -47,6 +55,11 @@ public:
     UserResult setPassword(QString const& name, QString const& password);
     UserResult setRights(User const& user);
     UserResult remove(QString const& name);
+
+    /// Nothing when the database cannot be read.
+    std::optional<LoginAttempts> attempts() const;
+    /// False when they could not be written.
+    bool setAttempts(LoginAttempts const& attempts);
 
 private:
     UserResult change(std::function<UserResult(QSqlDatabase&)> const& work) const;
