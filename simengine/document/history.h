@@ -7,10 +7,11 @@
 
 namespace sim {
 
-/// The steps back and forth of one document, bounded in number and in memory. The oldest steps are given up first.
+/// The steps back and forth of one document, bounded in number and, for documents of very many
+/// vertices, in memory. The oldest steps are given up first.
 class History {
 public:
-    static constexpr int kMostSteps = 100;
+    static constexpr int kMostSteps = 2000;
     static constexpr qint64 kMostBytes = qint64(256) << 20;
 
     explicit History(int mostSteps = kMostSteps, qint64 mostBytes = kMostBytes);

@@ -98,6 +98,18 @@ private:
     std::vector<std::vector<int>> m_cells;
 };
 
+/// Length of all jumps of an order of the marked objects, mm.
+double jumpLength(const std::vector<Ends>& ends, const std::vector<int>& order, const QPointF& start) {
+    double length = 0.0;
+    QPointF place = start;
+    for (int index : order) {
+        const QPointF jump = ends[size_t(index)].first - place;
+        length += std::hypot(jump.x(), jump.y());
+        place = ends[size_t(index)].last;
+    }
+    return length;
+}
+
 } // namespace
 
 std::vector<int> jumpOrder(const ObjectList& objects, const QPointF& start) {
@@ -121,6 +133,9 @@ std::vector<int> jumpOrder(const ObjectList& objects, const QPointF& start) {
             order.push_back(grid.takeNearest(place));
             place = ends[size_t(order.back())].last;
         }
+        // Always going to what is nearest can leave far ones for the end: a better order than that is not spoilt.
+        if (jumpLength(ends, marked, start) <= jumpLength(ends, order, start))
+            order = marked;
     }
     order.insert(order.end(), silent.begin(), silent.end());
     return order;

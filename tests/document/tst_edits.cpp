@@ -71,6 +71,8 @@ private slots:
     void array_of_copies();
     void sort_follows_the_shortest_jumps();
     void sort_agrees_with_plain_search();
+    void sort_keeps_an_order_that_is_better_than_the_nearest_next();
+    void sort_never_makes_the_jumps_longer();
 };
 
 void EditsTest::selection_keeps_its_order_and_names_base_and_first() {
@@ -393,6 +395,49 @@ void EditsTest::sort_follows_the_shortest_jumps() {
     QCOMPARE(order(*next), (QList<int>{1, 3, 10, 21, 0}));
     QCOMPARE(next->selection.ordered(), QList<int>{2});
     QVERIFY(!edits::sortByJumps(*next));
+}
+
+namespace {
+
+double jumpsOf(const ObjectList& objects) {
+    double length = 0.0;
+    QPointF place(0, 0);
+    for (const ObjectPtr& object : objects) {
+        const auto lines = object->flattened();
+        length += QLineF(place, lines.front().points.first()).length();
+        place = lines.back().points.last();
+    }
+    return length;
+}
+
+} // namespace
+
+void EditsTest::sort_keeps_an_order_that_is_better_than_the_nearest_next() {
+    // The nearest first leads to 1, -2, 5, -12: each time past all that is done already.
+    const ObjectList better = {samples::point(1, 0), samples::point(5, 0), samples::point(-2, 0),
+                               samples::point(-12, 0)};
+    QVERIFY(!edits::sortByJumps(state(better, {})));
+    const ObjectList worse = {samples::point(-12, 0), samples::point(5, 0), samples::point(1, 0),
+                              samples::point(-2, 0)};
+    QVERIFY(edits::sortByJumps(state(worse, {})));
+}
+
+void EditsTest::sort_never_makes_the_jumps_longer() {
+    QRandomGenerator random(11);
+    int kept = 0;
+    for (int round = 0; round < 2000; ++round) {
+        ObjectList objects;
+        for (int i = random.bounded(2, 8); i > 0; --i) {
+            const QPointF from(random.bounded(60.0) - 30, random.bounded(60.0) - 30);
+            objects.push_back(samples::line({from, from + QPointF(random.bounded(9.0), random.bounded(9.0))}));
+        }
+        const auto next = edits::sortByJumps(state(objects, {}));
+        if (next)
+            QVERIFY(jumpsOf(*next->objects) < jumpsOf(objects));
+        else
+            ++kept;
+    }
+    QVERIFY(kept > 0 && kept < 2000);
 }
 
 void EditsTest::sort_agrees_with_plain_search() {

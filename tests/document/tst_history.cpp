@@ -138,8 +138,9 @@ void HistoryTest::undo_gives_the_selection_back() {
 
 void HistoryTest::steps_are_bounded_in_number() {
     Document document;
-    for (int i = 0; i < 150; ++i)
-        add(document, samples::point(i, 0));
+    QVERIFY(History::kMostSteps >= 1000);
+    for (int i = 0; i < History::kMostSteps + 50; ++i)
+        add(document, samples::point(i % 100, 0));
     int steps = 0;
     while (document.undo())
         ++steps;
