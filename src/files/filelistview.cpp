@@ -42,11 +42,10 @@ FileListView::FileListView(QWidget* parent)
     ui->setupUi(this);
     m_pList->setObjectName(QStringLiteral("listWidget"));
     ui->verticalLayout->addWidget(m_pList);
-    m_pList->setStyleSheet(
-        QStringLiteral("QListWidget { border: 1px solid gray; color: black; }"
-                       "QListWidget::item:selected { background: lightgreen; color: red; border: none; }"
-                       "QPushButton { border: none; background: transparent; padding: 0; }"
-                       "QPushButton:pressed { background: #d3deea; }"));
+    m_pList->setStyleSheet(QStringLiteral("QListWidget { border: 1px solid gray; color: black; outline: none; }"
+                                          "QListWidget::item:selected { background: lightgreen; color: red; }"
+                                          "QPushButton { border: none; background: transparent; padding: 0; }"
+                                          "QPushButton:pressed { background: #d3deea; }"));
     connect(m_pList, &QListWidget::currentRowChanged, this, &FileListView::on_listWidget_currentRowChanged);
     connect(m_pList, &FileListWidget::ChangeFileIndex, this, &FileListView::OnChangeFileIndex);
 }
