@@ -112,6 +112,7 @@ private:
     void AxisButtonReleased();
     /// Display timer; hides QWidget::update, which nobody needs of this dialog.
     void update();
+    friend void UpdateTime(QWidget* dialog);
 
     static Form_Marking* m_pFormMarking;
 
@@ -131,3 +132,7 @@ private:
     std::atomic<bool> m_bRedView{false};
     std::atomic<bool> m_bSelect{false};
 };
+
+/// For the debugger: what the display timer does, once, with the number of such calls so far in the debug window.
+/// Nothing for another widget or null. Main thread.
+void UpdateTime(QWidget* dialog);

@@ -7,11 +7,10 @@
 #include "engine/markcardinstance.h"
 #include "engine/marklog.h"
 #include "engine/movecardmanager.h"
-#include "engine/showdebuginfo.h"
 #include "engine/showdebugino.h"
 #include "engine/systemparam.h"
+#include "run/debugtrace.h"
 #include "run/jogbuttons.h"
-#include "shell/mainwindow.h"
 #include "ui_form_marking.h"
 
 #include <QTime>
@@ -90,9 +89,8 @@ void Form_Marking::OnMarkFinishUI() {
 
 /// The job that was triggered out of the red-light loop is done: back to the loop.
 void Form_Marking::OnMarkRunSpecial() {
-    ShowDebugInfo::Instance()->AddShowText(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz")) +
-                                               QStringLiteral(":红光循环时触发运行完成"),
-                                           DebugInfoTrace);
+    tessera::ShowTrace(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz")) +
+                       QStringLiteral(":红光循环时触发运行完成"));
     SetRunSelection(1, true);
     m_Thread.RunTrigerOnly(ui->checkBoxSelectMarking->isChecked(), true, ui->spinBox->value(), MarkTypeRedPreview,
                            false);
@@ -149,6 +147,15 @@ void Form_Marking::AddRunTime(QDateTime const& until) {
 void Form_Marking::update() {
     if (m_LastTime.isValid())
         AddRunTime(QDateTime::currentDateTime());
+}
+
+void UpdateTime(QWidget* dialog) {
+    static int calls = 0;
+    auto* form = qobject_cast<Form_Marking*>(dialog);
+    if (!form)
+        return;
+    form->update();
+    tessera::ShowTrace(QStringLiteral("UpdateTime:%1").arg(++calls));
 }
 
 void Form_Marking::OnUpPressed() {

@@ -6,9 +6,8 @@
 #include "engine/marklog.h"
 #include "engine/markshapecontainer.h"
 #include "engine/qrulerview.h"
-#include "engine/showdebuginfo.h"
 #include "engine/systemparam.h"
-#include "shell/mainwindow.h"
+#include "run/debugtrace.h"
 
 #include <QTime>
 
@@ -71,8 +70,7 @@ bool MarkingThread::IsStopVirtual() const {
 
 void MarkingThread::SetEnableTriggerWhenRedLoop(bool on) {
     m_Run.SetEnableTriggerWhenRedLoop(on);
-    ShowDebugInfo::Instance()->AddShowText(QStringLiteral("m_EnableTriggerWhenRedLoop:%1").arg(on ? 1 : 0),
-                                           DebugInfoTrace);
+    tessera::ShowTrace(QStringLiteral("m_EnableTriggerWhenRedLoop:%1").arg(on ? 1 : 0));
 }
 
 bool MarkingThread::MarkFile(MarkType type, bool select, bool loop) {
@@ -180,5 +178,5 @@ void MarkingThread::trace(tessera::RunTrace place, tessera::RunTraceData const& 
         text = QStringLiteral("%1,%2,%3,%4").arg(data.type).arg(data.loop).arg(data.ok).arg(data.stop);
         break;
     }
-    ShowDebugInfo::Instance()->AddShowText(text, DebugInfoTrace);
+    tessera::ShowTrace(text);
 }

@@ -141,12 +141,15 @@ void MainWindow::ClearTextSub() {
     m_pStatusView->ClearText();
 }
 
+/// What the operator is told stays in the debug file after the list has been cleared.
 void MainWindow::ShowTextsSub(QString text, DebugInfoType type) {
-    if (QThread::currentThread() == thread())
-        m_pStatusView->ShowText(text, type);
-    else
+    if (QThread::currentThread() != thread()) {
         QMetaObject::invokeMethod(
             this, [=] { ShowTextsSub(text, type); }, Qt::QueuedConnection);
+        return;
+    }
+    m_pStatusView->ShowText(text, type);
+    SaveDebugText(text);
 }
 
 void MainWindow::SetTextsSub(QVector<QString> texts, QVector<DebugInfoType> types) {
@@ -157,5 +160,5 @@ void MainWindow::SetTextsSub(QVector<QString> texts, QVector<DebugInfoType> type
     }
     m_pStatusView->ClearText();
     for (int i = 0; i < texts.size(); ++i)
-        m_pStatusView->ShowText(texts.at(i), i < types.size() ? types.at(i) : DebugInfoAlarm);
+        ShowTextsSub(texts.at(i), i < types.size() ? types.at(i) : DebugInfoAlarm);
 }

@@ -48,6 +48,7 @@ private slots:
     void a_stop_of_the_triggered_run_goes_idle();
     void a_restart_before_the_end_was_told_is_not_stopped();
     void run_time_is_shown_every_51_ms_and_after_a_resume_every_91();
+    void the_run_time_can_be_renewed_by_the_debugger();
     void a_view_renews_a_running_preview_by_name();
     void closing_a_document_that_is_marked_ends_the_run();
     void closing_another_document_lets_the_run_go_on();
@@ -422,6 +423,23 @@ void FormMarkingTest::run_time_is_shown_every_51_ms_and_after_a_resume_every_91(
     dialog().StopMark();
     QTRY_VERIFY(idle());
     QVERIFY(!timer->isActive());
+}
+
+void FormMarkingTest::the_run_time_can_be_renewed_by_the_debugger() {
+    const auto renewals = [this] { return m_Root.read(QStringLiteral("/日志文件/Debug.txt")).count("UpdateTime:"); };
+    const int before = renewals();
+    UpdateTime(nullptr);
+    UpdateTime(part<QLabel>("labelRunTime"));
+    QCOMPARE(renewals(), before);
+    startSlowly();
+    part<QTimer>("displayTimer")->stop();
+    const QString shown = part<QLabel>("labelRunTime")->text();
+    QVERIFY(!tests::waitFor([&] { return part<QLabel>("labelRunTime")->text() != shown; }, 20));
+    UpdateTime(&dialog());
+    QVERIFY(part<QLabel>("labelRunTime")->text().toLongLong() > shown.toLongLong());
+    QCOMPARE(renewals(), before + 1);
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
 }
 
 void FormMarkingTest::a_view_renews_a_running_preview_by_name() {

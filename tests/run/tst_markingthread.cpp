@@ -129,6 +129,7 @@ void MarkingThreadTest::a_triggered_run_leaves_its_traces() {
     for (int i : {1, 2})
         QVERIFY2(lines.at(i).contains(QRegularExpression(stamp)), qPrintable(lines.at(i)));
     QVERIFY2(lines.at(3).endsWith(QStringLiteral("0,0,1,0")), qPrintable(lines.at(3)));
+    QVERIFY(m_Root.read(QStringLiteral("/日志文件/Debug.txt")).contains("\n0,0,1,0\n"));
 }
 
 void MarkingThreadTest::the_trigger_flag_is_shown_in_the_debug_window() {
