@@ -86,7 +86,7 @@ std::array<CardMethods::Row, 9> const& CardMethods::methods() {
         {"card.state", {}, &CardMethods::state},
         {"card.setInput", {{{"bit", RpcType::Index, true}, {"value", RpcType::Level, true}}}, &CardMethods::setInput},
         {"card.setInputs", {{{"word", RpcType::Word, true}}}, &CardMethods::setInputs},
-        {"card.journal", {{{"since", RpcType::Number, false}}}, &CardMethods::journal},
+        {"card.journal", {{{"since", RpcType::Count, false}}}, &CardMethods::journal},
         {"card.clearJournal", {}, &CardMethods::clearJournal},
         {"card.trace", {{kFile}}, &CardMethods::trace},
         {"card.fault", {{{"name", RpcType::Text, true}, {"on", RpcType::Switch, true}}}, &CardMethods::fault},
@@ -144,8 +144,6 @@ RpcReply CardMethods::journal(QJsonObject const& params) {
     if (!m_machine.isSimulated())
         return noSimulator();
     double const since = params.value(QLatin1String("since")).toDouble();
-    if (since < 0)
-        return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"since\" is a sequence number of 0 or above"));
     QJsonArray calls;
     for (sim::SimCall const& call : m_machine.sim()->journal(std::uint64_t(since), kMostCalls))
         calls.append(toJson(call));

@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QWidget>
 #include <algorithm>
+#include <cstdlib>
 
 namespace tessera {
 
@@ -59,8 +60,11 @@ QVector<QObject*> everything(QVector<QObject*> const& roots) {
     return all;
 }
 
-/// Single-character edits between two names.
-int editDistance(QString const& a, QString const& b) {
+/// Single-character edits between two names; more than `most` of them are given as most + 1. What a client sends may be
+/// far longer than a name, so what cannot come near is not compared.
+int editDistance(QString const& a, QString const& b, int most) {
+    if (std::abs(a.size() - b.size()) > most)
+        return most + 1;
     QVector<int> row(b.size() + 1);
     for (int j = 0; j <= b.size(); ++j)
         row[j] = j;
@@ -84,14 +88,15 @@ QStringList similar(QString const& wanted, QVector<QObject*> const& all) {
     };
     QVector<Near> near;
     QString const lower = wanted.toLower();
+    int const most = std::max(2, lower.size() / 2);
     for (QObject* object : all) {
         QString const name =
             object->objectName().isEmpty() && object->isWidgetType() ? className(object) : object->objectName();
         if (name.isEmpty() || name.startsWith(QLatin1String("qt_")))
             continue;
         bool const contained = name.contains(lower, Qt::CaseInsensitive) || lower.contains(name.toLower());
-        int const distance = contained ? 0 : editDistance(lower, name.toLower());
-        if (distance <= std::max(2, lower.size() / 2))
+        int const distance = contained ? 0 : editDistance(lower, name.toLower(), most);
+        if (distance <= most)
             near.append({distance, object});
     }
     std::stable_sort(near.begin(), near.end(), [](Near const& a, Near const& b) { return a.distance < b.distance; });

@@ -16,6 +16,7 @@ constexpr TypeText kTypeTexts[] = {
     {RpcType::Text, "a text that is not empty"},
     {RpcType::Index, "a whole number from 0 to 2147483647"},
     {RpcType::Word, "a whole number from 0 to 4294967295"},
+    {RpcType::Count, "a whole number from 0 to 9007199254740991"},
     {RpcType::Number, "a number"},
     {RpcType::Switch, "true or false"},
     {RpcType::Level, "true, false, 0 or 1"},
@@ -45,6 +46,8 @@ bool hasType(QJsonValue const& value, RpcType type) {
         return isWholeNumber(value, 2147483647.0);
     case RpcType::Word:
         return isWholeNumber(value, 4294967295.0);
+    case RpcType::Count:
+        return isWholeNumber(value, 9007199254740991.0);
     case RpcType::Number:
         return value.isDouble() && std::isfinite(value.toDouble());
     case RpcType::Switch:

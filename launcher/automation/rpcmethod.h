@@ -30,6 +30,7 @@ enum class RpcType {
     Text,   ///< a string that is not empty
     Index,  ///< a whole number, 0 to 2147483647
     Word,   ///< a whole number, 0 to 4294967295
+    Count,  ///< a whole number of 0 or above that a JSON number holds exactly
     Number, ///< any finite number
     Switch, ///< true or false
     Level,  ///< true, false, 0 or 1; handed on as true or false

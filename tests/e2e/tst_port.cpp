@@ -130,6 +130,8 @@ private slots:
         row("word too large", "card.setInputs", R"({"word":4294967296})");
         row("word negative", "card.setInputs", R"({"word":-1})");
         row("since negative", "card.journal", R"({"since":-1})");
+        row("since fraction", "card.journal", R"({"since":1.5})");
+        row("since beyond all numbers", "card.journal", R"({"since":1e300})");
         row("unknown fault", "card.fault", R"({"name":"no such fault","on":true})");
         row("fault without switch", "card.fault", R"({"name":"x"})");
         row("unknown distortion", "head.set", R"({"wobble":1})");

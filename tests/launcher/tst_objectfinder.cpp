@@ -109,6 +109,12 @@ private slots:
         QVERIFY2(found.candidates.contains(listed), qPrintable(found.candidates.join(' ')));
     }
 
+    void name_longer_than_any_lists_nothing() {
+        ObjectFinder::Found const found = find(QString(1 << 20, QLatin1Char('x')));
+        QVERIFY(!found.object);
+        QVERIFY(found.candidates.isEmpty());
+    }
+
     void empty_paths_find_nothing() {
         QVERIFY(!find("").object);
         QVERIFY(!find("/").object);

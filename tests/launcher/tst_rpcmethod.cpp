@@ -14,7 +14,8 @@ constexpr RpcParameters kParameters{{{"text", RpcType::Text, true},
                                      {"number", RpcType::Number, false},
                                      {"on", RpcType::Switch, false},
                                      {"level", RpcType::Level, false},
-                                     {"any", RpcType::Any, false}}};
+                                     {"any", RpcType::Any, false},
+                                     {"count", RpcType::Count, false}}};
 
 QJsonValue json(QByteArray const& text) {
     QJsonDocument const document = QJsonDocument::fromJson(text);
@@ -32,6 +33,8 @@ private slots:
         QTest::newRow("required alone") << QByteArray(R"({"text":"a"})") << QByteArray(R"({"text":"a"})");
         QTest::newRow("limits") << QByteArray(R"({"text":"a","index":2147483647,"word":4294967295})")
                                 << QByteArray(R"({"index":2147483647,"text":"a","word":4294967295})");
+        QTest::newRow("largest count") << QByteArray(R"({"text":"a","count":9007199254740991})")
+                                       << QByteArray(R"({"count":9007199254740991,"text":"a"})");
         QTest::newRow("level 1") << QByteArray(R"({"text":"a","level":1})")
                                  << QByteArray(R"({"level":true,"text":"a"})");
         QTest::newRow("level 0") << QByteArray(R"({"text":"a","level":0})")
@@ -57,8 +60,11 @@ private slots:
         };
         row("missing", "{}", "parameter \"text\" is missing");
         row("unknown", R"({"text":"a","x":1})",
-            "unknown parameter \"x\"; taken: text, index, word, number, on, level, any");
-        row("too many", R"([1,2,3,4,5,6,7,8])", "8 parameters given, at most 7 taken");
+            "unknown parameter \"x\"; taken: text, index, word, number, on, level, any, count");
+        row("too many", R"([1,2,3,4,5,6,7,8,9])", "9 parameters given, at most 8 taken");
+        row("count fraction", R"({"text":"a","count":0.5})", "\"count\" is a whole number from 0 to 9007199254740991");
+        row("count beyond exact numbers", R"({"text":"a","count":9007199254740994})",
+            "\"count\" is a whole number from 0 to 9007199254740991");
         row("text empty", R"({"text":""})", "\"text\" is a text that is not empty");
         row("text number", R"({"text":1})", "\"text\" is a text that is not empty");
         row("index negative", R"({"text":"a","index":-1})", "\"index\" is a whole number from 0 to 2147483647");
