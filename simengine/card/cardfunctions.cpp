@@ -54,6 +54,7 @@ void sim::showCardMessage(QString const& text, int kind) {
 }
 
 void VZ_GetHdVer(unsigned int* word) {
+    record("VZ_GetHdVer");
     if (!word)
         return;
     constexpr unsigned int kLaserMask = 7u << 5;

@@ -157,7 +157,7 @@ void MainWindow::ReadVersion() {
     m_Version = QStringLiteral("1.0.0");
     QFile file(tessera::rootPath(QStringLiteral("/version.ini")));
     if (file.open(QIODevice::ReadOnly | QIODevice::Text))
-        m_Version = QTextStream(&file).readLine();
+        m_Version = QString::fromUtf8(file.readLine()).remove(QLatin1Char('\n'));
 }
 
 /// The file is written from its head on; what an earlier run left behind that stays.

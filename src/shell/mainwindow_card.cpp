@@ -102,8 +102,9 @@ void MainWindow::HomeAxes() {
 
 void MainWindow::SetReadyOut(int value) {
     IOOutputSet* outputs = IOOutputSet::Instance();
-    if (outputs->EnableReadyOut())
-        MarkCardInstance::Instance()->SetOutputBit(outputs->GetReadyOut(), value);
+    const int bit = outputs->GetReadyOut();
+    if (outputs->EnableReadyOut() && bit >= 0)
+        MarkCardInstance::Instance()->SetOutputBit(bit, value);
 }
 
 void MainWindow::UpdateMarkBTTime() {

@@ -69,6 +69,7 @@ private slots:
     void switching_the_mode_is_stored_and_shown();
     void start_up_opens_what_is_set_data();
     void start_up_opens_what_is_set();
+    void a_ready_output_that_is_not_fitted_is_not_written();
     void start_up_is_noted();
     void every_show_starts_a_further_timer();
     void second_show_starts_no_second_input_thread();
@@ -78,6 +79,7 @@ private slots:
     void a_dialog_inside_the_window_stays_unless_forced();
     void a_move_may_be_asked_for_on_any_thread();
     void debug_lines_go_to_their_file();
+    void what_the_operator_is_told_stays_in_the_debug_file();
     void mirror_point_reaches_the_signal();
     void axes_are_homed_at_start_when_set();
     void exit_with_a_document_keeps_the_recent_file();
@@ -132,7 +134,7 @@ void MainWindowTest::start_in_its_order() {
     start(false);
     QVERIFY(!window().isVisible());
     COMPARE_JOURNAL(machineJournal(),
-                    {call("VZ_SetFuncMessageDisp", 1), call("OpenCard"), call("InitMoveCard"),
+                    {call("VZ_SetFuncMessageDisp", 1), call("OpenCard"), call("InitMoveCard"), call("VZ_GetHdVer"),
                      call("SetOutputBit", kRed, 0), call("SetOutputBit", kGreen, 0), call("SetOutputBit", kYellow, 1)});
     const QDateTime opened = RunDataGather::Instance()->GetOpenTimeStamp();
     QVERIFY(opened >= before && opened <= QDateTime::currentDateTime());
@@ -253,6 +255,17 @@ void MainWindowTest::start_up_opens_what_is_set() {
     for (JournalEntry const& entry : only(machineJournal(), {"SetOutputBit"}))
         written += entry.arguments;
     QCOMPARE(written, ready);
+}
+
+void MainWindowTest::a_ready_output_that_is_not_fitted_is_not_written() {
+    IOOutputSet::Instance()->SetEnableReadyOut(true);
+    IOOutputSet::Instance()->SetReadyOut(-1);
+    start();
+    machine().clearJournal();
+    window().StartUp();
+    action("actionMark")->trigger();
+    window().ShowMultDocMarkWindow();
+    QCOMPARE(machineCalls("SetOutputBit"), 0);
 }
 
 void MainWindowTest::start_up_is_noted() {
@@ -381,6 +394,16 @@ void MainWindowTest::debug_lines_go_to_their_file() {
     window().SaveDebugText(QStringLiteral("first 行"));
     window().SaveDebugText(QStringLiteral("second"));
     QVERIFY(m_Root.read(QStringLiteral("/日志文件/Debug.txt")).startsWith("first 行\nsecond\n"));
+}
+
+void MainWindowTest::what_the_operator_is_told_stays_in_the_debug_file() {
+    QFile::remove(tessera::rootPath(QStringLiteral("/日志文件/Debug.txt")));
+    start(false);
+    window().ShowTextsSub(QStringLiteral("one"), DebugInfoAlarm);
+    std::thread([this] { window().SetTextsSub({"two", "three"}, {DebugInfoAlarm, DebugInfoAlarm}); }).join();
+    QTRY_COMPARE(m_Window->statusList()->count(), 2);
+    window().ClearTextSub();
+    QCOMPARE(m_Root.read(QStringLiteral("/日志文件/Debug.txt")), QByteArray("one\ntwo\nthree\n"));
 }
 
 void MainWindowTest::mirror_point_reaches_the_signal() {

@@ -136,9 +136,9 @@ void WindowLookTest::version_comes_from_its_file() {
     start(false);
     QCOMPARE(label("labelSoftVersion")->text(), QStringLiteral("软件版本号:1.0.0  "));
     m_Window->close();
-    QVERIFY(m_Root.write(QStringLiteral("version.ini"), "3.14.2\nsecond line\n"));
+    QVERIFY(m_Root.write(QStringLiteral("version.ini"), "3.14.2 试用\r\nsecond line\n"));
     start(false);
-    QCOMPARE(label("labelSoftVersion")->text(), QStringLiteral("软件版本号:3.14.2  "));
+    QCOMPARE(label("labelSoftVersion")->text(), QStringLiteral("软件版本号:3.14.2 试用  "));
     QVERIFY(QFile::remove(m_Root.path(QStringLiteral("version.ini"))));
 }
 
