@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/devicelines.h"
 
+#include "simengine/view/draftraster.h"
+
 #include <QPainter>
 #include <cmath>
 
@@ -29,35 +31,35 @@ void DeviceLines::clear() {
     m_points.clear();
     m_ends.clear();
     m_runStart = 0;
-}
-
-void DeviceLines::append(double x, double y) {
-    m_points.append(QPointF(x, y));
+    m_effort = 0.0;
 }
 
 void DeviceLines::endRun() {
-    if (m_points.size() - m_runStart >= 2) {
-        sharpen();
-        m_ends.append(m_points.size());
+    if (size() - m_runStart >= 2) {
+        finishRun();
+        m_ends.push_back(size());
     } else {
-        m_points.resize(m_runStart);
+        m_points.resize(static_cast<std::size_t>(m_runStart));
     }
-    m_runStart = m_points.size();
+    m_runStart = size();
 }
 
-void DeviceLines::sharpen() {
+void DeviceLines::finishRun() {
     QPointF* points = m_points.data();
     const auto middle = [](double value) { return std::floor(value) + 0.5; };
-    const int last = m_points.size() - 1;
+    const int last = size() - 1;
     const QPointF first = points[m_runStart];
     const bool closed = points[last] == first;
     QPointF before = first; // as it was, for its part in the next segment
-    for (int i = m_runStart + 1; i < m_points.size(); ++i) {
+    for (int i = m_runStart + 1; i < size(); ++i) {
         const QPointF here = points[i];
-        if (std::abs(here.x() - before.x()) < kLean)
+        const double dx = std::abs(here.x() - before.x());
+        const double dy = std::abs(here.y() - before.y());
+        if (dx < kLean)
             points[i - 1].rx() = points[i].rx() = middle(before.x());
-        if (std::abs(here.y() - before.y()) < kLean)
+        if (dy < kLean)
             points[i - 1].ry() = points[i].ry() = middle(before.y());
+        m_effort += dx < kLean || dy < kLean ? kAxisEffort * (dx + dy) : std::hypot(dx, dy);
         before = here;
     }
     if (!closed)
@@ -75,9 +77,13 @@ void DeviceLines::addWhole(const QPolygonF& mm) {
     if (count < 2)
         return;
     const QPointF* points = mm.constData();
+    // Room for all, given back below: a million checks of the capacity would show.
+    m_points.resize(m_points.size() + static_cast<std::size_t>(count));
+    QPointF* begin = m_points.data() + m_runStart;
+    QPointF* out = begin;
     double lastX = pixelX(points[0]);
     double lastY = pixelY(points[0]);
-    append(lastX, lastY);
+    *out++ = QPointF(lastX, lastY);
     for (int i = 1; i < count; ++i) {
         const double x = pixelX(points[i]);
         const double y = pixelY(points[i]);
@@ -86,10 +92,11 @@ void DeviceLines::addWhole(const QPolygonF& mm) {
         // The last vertex stays, so that a line smaller than a pixel is still a speck.
         if (dx * dx + dy * dy < kSquaredResolution && i + 1 < count)
             continue;
-        append(x, y);
+        *out++ = QPointF(x, y);
         lastX = x;
         lastY = y;
     }
+    m_points.resize(static_cast<std::size_t>(m_runStart + (out - begin)));
     endRun();
 }
 
@@ -166,7 +173,15 @@ bool DeviceLines::clip(double& x1, double& y1, double& x2, double& y2) const {
 void DeviceLines::paint(QPainter& painter) const {
     int begin = 0;
     for (const int end : m_ends) {
-        painter.drawPolyline(m_points.constData() + begin, end - begin);
+        painter.drawPolyline(m_points.data() + begin, end - begin);
+        begin = end;
+    }
+}
+
+void DeviceLines::paint(DraftRaster& raster) const {
+    int begin = 0;
+    for (const int end : m_ends) {
+        raster.polyline(m_points.data() + begin, end - begin);
         begin = end;
     }
 }
@@ -175,7 +190,7 @@ QVector<QPolygonF> DeviceLines::runs() const {
     QVector<QPolygonF> result;
     int begin = 0;
     for (const int end : m_ends) {
-        result.append(QPolygonF(m_points.mid(begin, end - begin)));
+        result.append(QPolygonF(QVector<QPointF>(m_points.begin() + begin, m_points.begin() + end)));
         begin = end;
     }
     return result;

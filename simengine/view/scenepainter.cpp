@@ -2,6 +2,7 @@
 #include "simengine/view/scenepainter.h"
 
 #include "simengine/view/devicelines.h"
+#include "simengine/view/draftraster.h"
 #include "simengine/view/viewtheme.h"
 
 #include <QPainter>
@@ -53,6 +54,12 @@ public:
         for (const auto& entry : m_buckets)
             sum += entry.second.lines.vertexCount() + entry.second.places.size() + entry.second.specks.size();
         return sum;
+    }
+    bool fits(const ScenePainter::Budget& budget) const {
+        double effort = 0.0;
+        for (const auto& entry : m_buckets)
+            effort += entry.second.lines.effort();
+        return vertices() <= budget.vertices && effort <= budget.effort;
     }
     /// Pen, with kLayerCount added for objects that are not marked.
     const std::map<int, Bucket>& buckets() const { return m_buckets; }
@@ -106,12 +113,24 @@ void paintPlaces(QPainter& painter, const QVector<QPointF>& places, const QColor
     painter.setBrush(Qt::NoBrush);
 }
 
-void paintBucket(QPainter& painter, const Bucket& bucket, const QPen& pen, double ring = 4.5) {
+void paintLines(QPainter& painter, const Bucket& bucket, const QPen& pen) {
     painter.setPen(pen);
     bucket.lines.paint(painter);
     painter.setPen(linePen(pen.color()));
     painter.drawPoints(bucket.specks.constData(), bucket.specks.size());
-    paintPlaces(painter, bucket.places, pen.color(), ring);
+}
+
+template<typename ColorOf>
+void paintDraft(QPainter& painter, const ViewTransform& transform, const std::map<int, Bucket>& buckets,
+                ColorOf color) {
+    DraftRaster raster(transform.viewport(), painter.device()->devicePixelRatioF());
+    for (const auto& [key, bucket] : buckets) {
+        raster.setColor(color(key));
+        bucket.lines.paint(raster);
+        for (const QPointF& speck : bucket.specks)
+            raster.dot(speck);
+    }
+    painter.drawImage(QPointF(0, 0), raster.image());
 }
 
 } // namespace
@@ -121,6 +140,10 @@ ScenePainter::ScenePainter(SceneCache& cache, const ViewTransform& transform, co
     , m_transform(transform)
     , m_colors(colors) {}
 
+QColor ScenePainter::colorOf(int key) const {
+    return key < kLayerCount ? theme::onCanvas(m_colors[static_cast<std::size_t>(key)]) : QColor(theme::kNotWorking);
+}
+
 qint64 ScenePainter::paint(QPainter& painter, Part part) const {
     const DocumentState& state = *m_cache.state();
     Collector collector(m_cache, m_transform, QTransform());
@@ -129,17 +152,19 @@ qint64 ScenePainter::paint(QPainter& painter, Part part) const {
             collector.add(i);
     }
     const qint64 vertices = collector.vertices();
-    const bool smooth = vertices <= kSmoothVertices;
+    const bool smooth = collector.fits(kSmooth);
     painter.save();
     painter.setBrush(Qt::NoBrush);
     painter.setRenderHint(QPainter::Antialiasing, smooth);
+    if (!smooth)
+        paintDraft(painter, m_transform, collector.buckets(), [this](int key) { return colorOf(key); });
     for (const auto& [key, bucket] : collector.buckets()) {
-        const bool works = key < kLayerCount;
-        QPen pen =
-            linePen(works ? theme::onCanvas(m_colors[static_cast<std::size_t>(key)]) : QColor(theme::kNotWorking));
-        if (!works && smooth)
+        QPen pen = linePen(colorOf(key));
+        if (key >= kLayerCount)
             pen.setDashPattern({5.0, 4.0});
-        paintBucket(painter, bucket, pen);
+        if (smooth)
+            paintLines(painter, bucket, pen);
+        paintPlaces(painter, bucket.places, pen.color(), 4.5);
     }
     painter.restore();
     return vertices;
@@ -151,23 +176,29 @@ qint64 ScenePainter::paintSelection(QPainter& painter, const QTransform& moved) 
     for (const int index : state.selection.ordered())
         collector.add(index);
     const qint64 vertices = collector.vertices();
-    const bool halo = vertices <= kHaloVertices;
+    const bool halo = collector.fits(kHalo);
+    const bool smooth = collector.fits(kSmooth);
     painter.save();
     painter.setBrush(Qt::NoBrush);
-    painter.setRenderHint(QPainter::Antialiasing, vertices <= kSmoothVertices);
-    if (halo) {
-        for (const auto& entry : collector.buckets())
-            paintBucket(painter, entry.second, linePen(QColor::fromRgba(theme::kAccentHalo), 5.0), 6.5);
+    painter.setRenderHint(QPainter::Antialiasing, smooth);
+    const QPen wide = linePen(QColor::fromRgba(theme::kAccentHalo), 5.0);
+    // Many lines have no halo; the accent colour marks them instead.
+    const auto color = [&](int key) { return halo ? colorOf(key) : QColor(theme::kAccent); };
+    if (!smooth)
+        paintDraft(painter, m_transform, collector.buckets(), color);
+    for (const auto& [key, bucket] : collector.buckets()) {
+        if (halo) {
+            paintLines(painter, bucket, wide);
+            paintPlaces(painter, bucket.places, wide.color(), 6.5);
+        }
     }
     for (const auto& [key, bucket] : collector.buckets()) {
-        // Many lines have no halo; the accent colour marks them instead.
-        const bool works = key < kLayerCount;
-        QPen pen = linePen(!halo   ? QColor(theme::kAccent)
-                           : works ? theme::onCanvas(m_colors[static_cast<std::size_t>(key)])
-                                   : QColor(theme::kNotWorking));
-        if (!works && halo)
+        QPen pen = linePen(color(key));
+        if (key >= kLayerCount && halo)
             pen.setDashPattern({5.0, 4.0});
-        paintBucket(painter, bucket, pen);
+        if (smooth)
+            paintLines(painter, bucket, pen);
+        paintPlaces(painter, bucket.places, pen.color(), 4.5);
     }
     painter.restore();
     return vertices;
@@ -180,10 +211,16 @@ void ScenePainter::paintOutline(QPainter& painter, int index, const QColor& colo
     collector.add(index);
     painter.save();
     painter.setBrush(Qt::NoBrush);
-    const bool light = collector.vertices() <= kHaloVertices;
+    const bool light = collector.fits(kHalo);
+    const bool draft = !collector.fits(kSmooth);
     painter.setRenderHint(QPainter::Antialiasing, light);
-    for (const auto& entry : collector.buckets())
-        paintBucket(painter, entry.second, linePen(color, light ? width : 1.0), 5.5);
+    if (draft)
+        paintDraft(painter, m_transform, collector.buckets(), [&color](int) { return color; });
+    for (const auto& entry : collector.buckets()) {
+        if (!draft)
+            paintLines(painter, entry.second, linePen(color, light ? width : 1.0));
+        paintPlaces(painter, entry.second.places, color, 5.5);
+    }
     painter.restore();
 }
 

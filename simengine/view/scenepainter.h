@@ -16,11 +16,16 @@ namespace sim {
 using PenColors = std::array<QColor, kLayerCount>;
 
 /// Draws objects of a document into a viewport. Objects outside it are left out and those below a pixel become specks.
-/// The lines of a pen are drawn together. Up to kSmoothVertices lines are smoothed, more are not.
+/// The lines of a pen are drawn together. They are smoothed within kSmooth, more are drawn as a draft.
 class ScenePainter {
 public:
-    static constexpr qint64 kSmoothVertices = 60000;
-    static constexpr qint64 kHaloVertices = 6000; ///< wide pens are slow
+    /// How much is drawn in a certain way.
+    struct Budget {
+        qint64 vertices;
+        double effort; ///< as DeviceLines counts it
+    };
+    static constexpr Budget kSmooth{60000, 600000.0};
+    static constexpr Budget kHalo{6000, 100000.0}; ///< wide pens are slow
 
     enum class Part { All, Unselected };
 
@@ -34,6 +39,9 @@ public:
     void paintOutline(QPainter& painter, int index, const QColor& color, double width) const;
 
 private:
+    /// Colour of a pen, or of objects that are not marked for numbers above the pens.
+    QColor colorOf(int key) const;
+
     SceneCache& m_cache;
     ViewTransform m_transform;
     PenColors m_colors;

@@ -90,6 +90,20 @@ private slots:
                                             QPointF(10.5, 60.5), QPointF(10.5, 20.5)}));
     }
 
+    void the_effort_is_their_length_and_more_along_the_axes() {
+        DeviceLines lines(QTransform::fromScale(2, 2), kViewport);
+        QCOMPARE(lines.effort(), 0.0);
+        lines.addWhole(QPolygonF(QVector<QPointF>{QPointF(5, 5), QPointF(20, 25)}));
+        QCOMPARE(lines.effort(), 50.0);
+        lines.addWhole(QPolygonF(QVector<QPointF>{QPointF(5, 5), QPointF(20, 5), QPointF(20, 25)}));
+        QCOMPARE(lines.effort(), 50.0 + DeviceLines::kAxisEffort * 70.0);
+        lines.clear();
+        QCOMPARE(lines.effort(), 0.0);
+        // Of this one 100 pixels are inside.
+        lines.add(QPolygonF(QVector<QPointF>{QPointF(-100, 40), QPointF(100, 40)}));
+        QCOMPARE(lines.effort(), DeviceLines::kAxisEffort * 100.0);
+    }
+
     void single_points_give_no_line() {
         DeviceLines lines(QTransform(), kViewport);
         lines.add(QPolygonF(QVector<QPointF>{QPointF(5, 5)}));

@@ -152,6 +152,36 @@ private slots:
         QVERIFY(nearest(f, picture(f), 11.07, 13.07, QColor(0, 0, 0)) < 130);
     }
 
+    void a_fine_hatch_covers_its_area_in_the_colour_of_its_pen() {
+        ViewFixture f;
+        setPen(f, 2, QColor(200, 0, 0));
+        setPen(f, 3, QColor(0, 0, 200));
+        // 20,000 lines of 60 mm over 40 mm: more than 60 a pixel
+        QPolygonF hatch;
+        for (int i = 0; i < 20000; ++i) {
+            const double y = -20.0 + 40.0 * i / 20000.0;
+            hatch << QPointF(i % 2 ? 30.0 : -30.0, y) << QPointF(i % 2 ? -30.0 : 30.0, y);
+        }
+        f.addLine(hatch, 2);
+        f.addLine(QPolygonF(QVector<QPointF>{QPointF(-40, 0.1), QPointF(40, 0.1)}), 3);
+        const QImage image = picture(f);
+        const QRect area(f.pixel(-30, 20) + QPoint(2, 2), f.pixel(30, -20) - QPoint(2, 2));
+        const int row = f.pixel(0, 0.1).y();
+        int others = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right() && qAbs(y - row) > 2; ++x)
+                others += image.pixelColor(x, y) != QColor(200, 0, 0);
+        }
+        QCOMPARE(others, 0);
+        QVERIFY(nearest(f, image, 0, 0.1, QColor(0, 0, 200)) == 0);
+        QVERIFY(distance(image.pixelColor(f.pixel(0, 22.3)), QColor(200, 0, 0)) > 300);
+        f.session().document().select({0});
+        QCOMPARE(picture(f).pixelColor(area.topLeft()), QColor(theme::kAccent));
+        f.session().document().select({});
+        f.canvas().setHover(0);
+        QCOMPARE(picture(f).pixelColor(area.topLeft()), QColor(theme::kHover));
+    }
+
     void grid_lines_are_one_crisp_pixel() {
         ViewFixture f;
         const QImage image = picture(f);
