@@ -62,7 +62,7 @@ public:
     // Operator
     void SetOperatorOnView(OperatorOnView op);
     OperatorOnView GetOperatorOnView() const;
-    /// Object that the next presses place; takes ownership.
+    /// Object that the next presses place, null for none; takes ownership.
     void SetCurAddMarkTool(MarkTool* tool);
     /// Confirms a taught point.
     void F6Pressed();

@@ -98,11 +98,12 @@ MainWindow::MainWindow() {
     ShowOptionalItems();
 }
 
-/// What the threads use goes in the reverse order of use: first the threads, then the run dialog with its worker, then
-/// the views that they marked.
+/// The custom window goes while all that it may ask for is there. What the threads use goes in the reverse order of
+/// use: first the threads, then the run dialog with its worker, then the views that they marked.
 MainWindow::~MainWindow() {
     ShowDebugIno::SetInstance(nullptr);
     IAutoLoginOutMsg::SetInstance(nullptr);
+    delete m_pCustomWindow.data();
     m_SecondTimer.stop();
     m_pInputThread.reset();
     m_KeyThread.Finish();
@@ -116,7 +117,7 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::InitMainWindow() {
-    ui->actionChangeDebug->setVisible(false);
+    InitCustomWindow();
     ReadRecentFile();
     countTime();
     connect(&m_SecondTimer, &QTimer::timeout, this, &MainWindow::countTime);

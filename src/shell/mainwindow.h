@@ -12,6 +12,7 @@
 #include <QMap>
 #include <QPixmap>
 #include <QPointF>
+#include <QPointer>
 #include <QTextStream>
 #include <QTimer>
 #include <QVector>
@@ -24,6 +25,7 @@ class FileListView;
 class LeftPanel;
 class QLabel;
 class QNetworkAccessManager;
+class QResizeEvent;
 class QRulerView;
 class RightPanel;
 class StatuseView;
@@ -126,6 +128,9 @@ public:
     void onSplitLaserSetVisible();
     void onCcdToolVisible();
     void UpdateIOSetting();
+    /// Puts the pages of the right panel in, each may be null: object properties at the top, then the motion page when
+    /// there is a motion card, the layer parameters last. They belong to the panel from then on.
+    void SetRightPages(QWidget* toolProperty, QWidget* motion, QWidget* layerForm);
     /// Writes one line to the debug file. Any thread.
     void SaveDebugText(QString const& text);
 
@@ -218,6 +223,7 @@ private slots:
     void on_actionReboot_triggered();
     void on_actionShutdown_triggered();
     void on_actionOpenTerminal_triggered();
+    void on_action_ResolutionSet_triggered();
     void on_actionSetBackImage_triggered();
     void on_actionChangeUser_triggered();
     void on_actionChangePassWord_triggered();
@@ -232,6 +238,7 @@ private:
     void on_ActivDocChanged(int index);
     void on_CloseFile(int index, bool save);
     void on_actDoc_New_triggered();
+    void on_rightWigetSizeChange(QResizeEvent* event);
     void on_actSelect_triggered();
     void on_actAddMarkPoint_triiger(bool on);
     void on_actAddLine_triiger(bool on);
@@ -260,6 +267,8 @@ private:
     void SetIcons();
     void initSlotSingle();
     void initMarkTool();
+    void InitCustomWindow();
+    void LoadCustomWindow();
     void CloseThread();
     void PlaceLabels(QWidget const* bar, int fromRight);
     QWidget* MarkWindow(int kind) const;
@@ -280,6 +289,7 @@ private:
     void EnableForSelection(QRulerView* view);
     void DisableDocumentActions();
     void SetSelectObjCnt(int count);
+    void EnableRightPages(bool toolProperty, bool layerForm);
     void ShowObjList(QRulerView* view, bool show);
 
     // Tools
@@ -291,7 +301,7 @@ private:
     static int m_FirstLoad;
 
     tessera::AlarmMask m_Alarms;
-    QWidget* m_pCustomWindow = nullptr;
+    QPointer<QWidget> m_pCustomWindow;
     int m_nTimerId = -1;
     QFile m_DebugFile;
     std::unique_ptr<QTextStream> m_pDebugStream;
@@ -308,6 +318,9 @@ private:
     LeftPanel* m_pLeftPanel = nullptr;
     FileListView* m_pFileList = nullptr;
     StatuseView* m_pStatusView = nullptr;
+    QPointer<QWidget> m_pToolProperty;
+    QPointer<QWidget> m_pMotion;
+    QPointer<QWidget> m_pLayerForm;
     QLabel* m_pSpareLabel = nullptr;
     QLabel* m_pCardStatusLabel = nullptr;
     QLabel* m_pSoftVersionLabel = nullptr;

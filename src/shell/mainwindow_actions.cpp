@@ -3,14 +3,10 @@
 
 #include "engine/ccdposset.h"
 #include "engine/dimitionset.h"
-#include "engine/externmodules.h"
-#include "engine/languagemanager.h"
 #include "engine/markshapecontainer.h"
 #include "engine/marktool.h"
 #include "engine/qrulerview.h"
 #include "ui_mainwindow.h"
-
-#include <QLabel>
 
 void MainWindow::initSlotSingle() {
     const struct {
@@ -43,23 +39,6 @@ void MainWindow::initSlotSingle() {
     connect(this, &MainWindow::updateMatrBTTime, this, &MainWindow::ShowBufferRunTime);
 }
 
-void MainWindow::initMarkTool() {
-    for (IMarkToolModule* module : GetExternModules()) {
-        for (MarkToolBaseInfo* info : module->GetToolInfos()) {
-            auto* action = new QAction(info->GetIcon(), QString(), this);
-            action->setCheckable(true);
-            action->setObjectName(info->GetToolClassName());
-            action->setToolTip(LanguageManager::GetLanText(info->GetToolName()));
-            m_ToolActions.append(action);
-            m_ToolInfos.append(info);
-            m_ToolModules.append(module);
-            ui->toolbar_AddMarkTool->addAction(action);
-        }
-    }
-    for (QAction* action : qAsConst(m_ToolActions))
-        connect(action, &QAction::triggered, this, &MainWindow::on_actAddMarkTools_triggered);
-}
-
 void MainWindow::UnSelectAllTooll() {
     for (QAction* action : ui->toolbar_AddMarkTool->actions())
         action->setChecked(false);
@@ -71,7 +50,7 @@ void MainWindow::UnSelectAllTooll() {
 void MainWindow::SelectTool(QAction* action, OperatorOnView op, bool on) {
     QRulerView* view = GetActiveView();
     if (!view) {
-        action->setChecked(false);
+        action->setChecked(action == ui->Select);
         return;
     }
     UnSelectAllTooll();
@@ -123,19 +102,6 @@ void MainWindow::on_actionTeachArc_triggered(bool on) {
 
 void MainWindow::on_actionscaleRegion_triggered(bool on) {
     SelectTool(ui->actionscaleRegion, OperatorZoomRegion, on);
-}
-
-void MainWindow::on_actAddMarkTools_triggered(bool on) {
-    QRulerView* view = GetActiveView();
-    auto* action = qobject_cast<QAction*>(sender());
-    if (!view || !action)
-        return;
-    SelectTool(action, OperatorAddPluginTool, on);
-    const int index = m_ToolActions.indexOf(action);
-    if (!on || index < 0)
-        return;
-    if (IMarkToolBase* tool = m_ToolModules.at(index)->CreateTool(m_ToolInfos.at(index)->GetToolClassName()))
-        view->SetCurAddMarkTool(new MarkTool(tool));
 }
 
 void MainWindow::onUndo() {

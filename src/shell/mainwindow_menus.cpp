@@ -2,6 +2,7 @@
 #include "shell/mainwindow.h"
 
 #include "engine/authoritymanager.h"
+#include "engine/cmtype.h"
 #include "engine/filehelpers.h"
 #include "engine/languagemanager.h"
 #include "engine/lanselect.h"
@@ -10,17 +11,33 @@
 #include "engine/qrulerview.h"
 #include "engine/showdebuginfo.h"
 #include "run/form_marking.h"
+#include "shell/processwindow.h"
 #include "support/approot.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
+#include <QWindow>
 
 namespace {
 
+/// Board whose desktop has the program for the display settings.
+constexpr int kBoardWithDesktop = 0;
+/// After this time the program shows its window.
+constexpr int kWindowShowsMs = 1500;
+constexpr int kSettingsMs = 600000;
+constexpr int kFramelessOnTop = 0x40800;
+
 QString text(char const* key) {
     return LanguageManager::GetLanText(key);
+}
+
+/// Takes the frame from a window of another program and keeps it above this one.
+void keepOnTop(unsigned long id) {
+    const std::unique_ptr<QWindow> window(QWindow::fromWinId(id));
+    if (window)
+        window->setFlags(Qt::WindowFlags(kFramelessOnTop));
 }
 
 /// Asks and then runs a program of the system, waiting for its end. A program that cannot be run is logged.
@@ -71,9 +88,24 @@ void MainWindow::on_actionShutdown_triggered() {
 }
 
 void MainWindow::on_actionOpenTerminal_triggered() {
-    const int code = QProcess::execute(QStringLiteral("lxterminal"), QStringList());
-    if (code != 0)
-        MarkLog::Instance()->ShowNote_Error(QStringLiteral("lxterminal: %1").arg(code));
+    QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("lxterminal")});
+}
+
+/// The desktop's own program, which the operator must not lose behind this window. The call holds the main thread until
+/// the program ends, so nothing can start a job meanwhile; none runs, since a run locks the menus.
+void MainWindow::on_action_ResolutionSet_triggered() {
+    if (GetCMType() != kBoardWithDesktop)
+        return;
+    QProcess settings;
+    settings.start(QStringLiteral("xfce4-display-settings"), QStringList());
+    if (!settings.waitForFinished(kWindowShowsMs)) {
+        if (const unsigned long id = get_win_id_from_pid(static_cast<int>(settings.processId())))
+            keepOnTop(id);
+        settings.waitForFinished(kSettingsMs);
+    }
+    const QByteArray output = settings.readAllStandardOutput();
+    if (!output.isEmpty())
+        MarkLog::Instance()->ShowNote(QStringLiteral("分辨率设置结果:") + QString::fromLocal8Bit(output));
 }
 
 void MainWindow::on_actionSetBackImage_triggered() {

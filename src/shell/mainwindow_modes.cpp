@@ -6,6 +6,7 @@
 #include "engine/systemparam.h"
 #include "run/form_marking.h"
 #include "shell/alarmctrl.h"
+#include "shell/customuitype.h"
 #include "shell/windowgeometry.h"
 #include "ui_mainwindow.h"
 
@@ -14,8 +15,6 @@
 namespace {
 
 constexpr int kNormalMarkWindow = 1;
-/// Custom window for the whole screen.
-constexpr int kCustomUIWhole = 1;
 
 bool optionalTool(bool enabled) {
     const int mode = SystemParam::Instance()->GetWorkMode();
@@ -97,7 +96,7 @@ void MainWindow::onSetSystemUI() {
 
 void MainWindow::SetUIMode(bool full) {
     SystemParam const* system = SystemParam::Instance();
-    if (system->m_nCustomUIType != kCustomUIWhole)
+    if (system->m_nCustomUIType != tessera::kCustomUIWhole)
         return;
     for (QWidget* widget : {ui->centralwidget, static_cast<QWidget*>(ui->toolBar_main),
                             static_cast<QWidget*>(ui->toolBar), static_cast<QWidget*>(ui->statusbar),
@@ -127,13 +126,9 @@ void MainWindow::PlaceLabels(QWidget const* bar, int fromRight) {
 void MainWindow::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     SystemParam const* system = SystemParam::Instance();
-    if (system->m_nCustomUIType == kCustomUIWhole && m_pCustomWindow) {
-        QRect area = rect();
-        if (system->m_nHideMainMenu == 0) {
-            area.setTop(ui->menuBar->geometry().bottom() + 1);
-            area.setBottom(rect().bottom() - 6);
-        }
-        m_pCustomWindow->setGeometry(area);
+    if (system->m_nCustomUIType == tessera::kCustomUIWhole && m_pCustomWindow) {
+        m_pCustomWindow->setGeometry(
+            tessera::CustomWindowRect(size(), system->m_nHideMainMenu != 0, ui->menuBar->geometry().bottom()));
     }
     PlaceLabels(ui->toolBar, 140);
 }

@@ -10,6 +10,7 @@ void MainWindow::DisableDocumentActions() {
     tessera::EnableAll(*ui, tessera::kDocumentActions, false);
     tessera::EnableAll(*ui, tessera::kAlignActions, false);
     tessera::EnableAll(*ui, tessera::kSelectionActions, false);
+    EnableRightPages(false, false);
     ui->toolbar_AddMarkTool->setEnabled(false);
     ui->actionSort->setEnabled(true);
     ui->action_NewFile->setEnabled(AuthorityManager::CanNewFile());
@@ -20,10 +21,8 @@ void MainWindow::OnUserChanged() {
     DisableDocumentActions();
     BoxSpliceParam::Read();
     QRulerView* view = GetActiveView();
-    if (!view) {
-        tessera::EnableAll(*ui, tessera::kObjectActions, false);
+    if (!view)
         return;
-    }
     const bool canSave = AuthorityManager::CanSaveFile();
     ui->actionSaveAll->setEnabled(canSave);
     ui->actionSaveFile->setEnabled(canSave);
@@ -34,7 +33,6 @@ void MainWindow::OnUserChanged() {
         BackToSelect();
     }
     const bool canEdit = AuthorityManager::CanEditMarkTool();
-    view->SetReadOnly(!canEdit);
     bool redo = false;
     bool undo = false;
     if (canEdit) {
@@ -44,4 +42,6 @@ void MainWindow::OnUserChanged() {
         view->RedoUndoStatus(redo, undo);
     }
     enableRedoUndo(redo, undo);
+    view->SetReadOnly(!canEdit);
+    EnableRightPages(canEdit, AuthorityManager::CanEditMarkParam());
 }

@@ -22,6 +22,7 @@
 #include <QDateTime>
 #include <QLabel>
 #include <QNetworkAccessManager>
+#include <QResizeEvent>
 
 namespace {
 
@@ -72,6 +73,38 @@ void MainWindow::BuildPanels() {
     m_pLeftPanel->AddFileWidged(m_pFileList);
     m_pStatusView = new StatuseView(this);
     m_pLeftPanel->AddStatusWidged(m_pStatusView);
+}
+
+void MainWindow::SetRightPages(QWidget* toolProperty, QWidget* motion, QWidget* layerForm) {
+    m_pToolProperty = toolProperty;
+    m_pMotion = motion;
+    m_pLayerForm = layerForm;
+    for (QWidget* page : {toolProperty, motion, layerForm}) {
+        if (page)
+            m_pRightPanel->AddWnd(page);
+    }
+    EnableRightPages(false, false);
+    on_rightWigetSizeChange(nullptr);
+    if (m_pCurDoc)
+        OnUserChanged();
+}
+
+void MainWindow::on_rightWigetSizeChange(QResizeEvent*) {
+    const tessera::RightPageRects rects =
+        tessera::RightPages(m_pRightPanel->size(), m_pMotion ? m_pMotion->height() : -1);
+    if (m_pToolProperty)
+        m_pToolProperty->setGeometry(rects.toolProperty);
+    if (m_pMotion)
+        m_pMotion->setGeometry(rects.motion);
+    if (m_pLayerForm)
+        m_pLayerForm->setGeometry(rects.layerForm);
+}
+
+void MainWindow::EnableRightPages(bool toolProperty, bool layerForm) {
+    if (m_pToolProperty)
+        m_pToolProperty->setEnabled(toolProperty);
+    if (m_pLayerForm)
+        m_pLayerForm->setEnabled(layerForm);
 }
 
 void MainWindow::BuildLabels() {
@@ -157,6 +190,7 @@ void MainWindow::PrepareTools() {
 }
 
 void MainWindow::ConnectOwnSignals() {
+    connect(m_pRightPanel, &RightPanel::SizeChanged, this, &MainWindow::on_rightWigetSizeChange);
     connect(m_pFileList, &FileListView::ActivDocChanged, this, &MainWindow::on_ActivDocChanged);
     connect(m_pFileList, &FileListView::ClosedFile, this, &MainWindow::on_CloseFile);
     connect(m_pFileList, &FileListView::ChangeFileIndex, this, &MainWindow::OnChangeFileIndex);

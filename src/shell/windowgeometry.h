@@ -33,4 +33,33 @@ inline QRect TimeRect(QSize const& bar) {
     return QRect(QPoint(middle - 220, 0), QPoint(middle + 179, bar.height() - 1));
 }
 
+/// Place of a custom window for the whole screen in a client area of this size: below a menu bar whose last row is
+/// `menuBottom` and 6 pixels short of the lower edge, or the whole area when the menu bar is hidden.
+inline QRect CustomWindowRect(QSize const& client, bool menuHidden, int menuBottom) {
+    const QRect area(QPoint(0, 0), client);
+    return menuHidden ? area : QRect(QPoint(0, menuBottom + 1), QPoint(area.right(), area.bottom() - 6));
+}
+
+/// Places of the pages in the right panel.
+struct RightPageRects {
+    QRect toolProperty;
+    QRect motion; ///< null without a motion page
+    QRect layerForm;
+};
+
+/// `motionHeight` is negative without a motion page, which else keeps its height; the layer page takes the rest.
+inline RightPageRects RightPages(QSize const& panel, int motionHeight) {
+    constexpr int kToolPropertyHeight = 185;
+    const int right = panel.width() - 1;
+    RightPageRects rects;
+    rects.toolProperty = QRect(0, 0, panel.width(), kToolPropertyHeight);
+    int top = kToolPropertyHeight;
+    if (motionHeight >= 0) {
+        rects.motion = QRect(0, top, panel.width(), motionHeight);
+        top += motionHeight;
+    }
+    rects.layerForm = QRect(QPoint(0, top), QPoint(right, panel.height() - 1));
+    return rects;
+}
+
 } // namespace tessera
