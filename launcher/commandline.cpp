@@ -109,7 +109,7 @@ constexpr Option kOptions[] = {
      "Let the simulated machine's time run X times as fast; 1 is real time, 0 as fast as\npossible."},
     {"open", "FILE", true, readOpen, nullptr, "Open a mark document, by path or by its name below MarkFile/."},
     {"import", "FILE", true, readImport, nullptr,
-     "Import an SVG, DXF or PLT drawing into a new document below MarkFile/ and open it."},
+     "Import an SVG drawing into a new document below MarkFile/ and open it."},
     {"mark", "N", false, readMark, nullptr, "Run the active document N times, as by pressing Start in the run dialog."},
     {"trace", "FILE", true, readTrace, nullptr,
      "Write what the last job marked as .svg, .csv or .png, after the runs of --mark or else\nat the end."},
