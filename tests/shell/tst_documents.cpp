@@ -1,105 +1,63 @@
 // SPDX-License-Identifier: MIT
 #include "engine/vzlistviewex.h"
-#include "support/approot.h"
-#include "tests/shell/windowfixture.h"
-#include "tests/support/dialoganswerer.h"
+#include "shell/leftpanel.h"
+#include "tests/shell/documentsfixture.h"
 
-#include <QAction>
-#include <QDir>
-#include <QFileInfo>
-#include <QLabel>
 #include <QSignalSpy>
 #include <QTabWidget>
-#include <QToolBar>
 
 using namespace tests;
 
-/// The open documents and what the window shows of the active one.
-class DocumentsTest : public QObject {
+/// The open documents: how each way of opening, switching and closing keeps views, paths and rows together.
+class DocumentsTest : public QObject, protected DocumentsFixture {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void an_open_path_is_only_activated();
     void an_unreadable_file_changes_nothing();
     void a_new_document_is_stored_and_listed();
     void a_name_that_is_open_comes_up_twice();
     void closing_the_active_document_activates_another();
-    void closing_the_last_document_disables_what_needs_one();
     void set_current_by_index_data();
     void set_current_by_index();
     void set_current_by_path();
-    void only_the_active_view_and_its_list_are_visible();
-    void recent_file_comes_back_at_the_next_start();
-    void recent_paths_with_capitals_drop_out();
-    void recent_lines_beyond_the_count_are_ignored();
-    void a_shorter_recent_list_leaves_old_lines();
-    void reset_without_an_open_file_reads_nothing();
-    void reset_reads_the_set_anew_and_keeps_the_active_one();
+    void the_row_below_a_closed_one_becomes_active();
+    void all_are_closed_from_the_last_to_the_first();
+    void an_opened_view_gives_its_inner_list_to_the_panel();
+    void a_moved_row_moves_its_view_alone();
+    void an_active_row_without_a_view_leaves_all_as_it_is();
+    void a_closed_row_out_of_range_is_ignored();
+    void a_moved_row_out_of_range_is_ignored();
+    void unknown_paths_give_nothing();
     void a_pushed_document_is_taken_over();
     void a_bad_pushed_document_is_refused();
     void the_manual_tab_follows_its_file_data();
     void the_manual_tab_follows_its_file();
     void the_manual_switch_is_stored();
-    void selection_enables_its_actions();
-    void undo_and_redo_follow_the_document();
-    void tools_exclude_one_another();
-    void tools_without_a_document_stay_off();
-    void pointer_position_is_shown();
-    void save_shows_a_box();
-    void save_all_shows_one_box_even_without_a_document();
-    void the_views_callback_is_the_windows();
     void a_document_under_run_can_be_closed_data();
     void a_document_under_run_can_be_closed();
     void another_document_can_be_closed_without_ending_the_run();
-
-private:
-    TemporaryRoot m_Root;
-    std::unique_ptr<RunningWindow> m_Window;
-    MainWindow& window() { return **m_Window; }
-    void start() {
-        m_Window.reset();
-        m_Window = std::make_unique<RunningWindow>();
-    }
-    QAction* action(char const* name) { return m_Window->child<QAction>(name); }
-    QString file(char const* name) { return m_Root.path(QStringLiteral("/MarkFile/%1.mkf").arg(QLatin1String(name))); }
-    QByteArray recent() { return m_Root.read(QStringLiteral("/MarkFile/RecentFile.of")); }
-    QStringList openNames() {
-        QStringList names;
-        for (QRulerView* view : window().GetDocs())
-            names.append(QFileInfo(view->GetFileName()).completeBaseName());
-        return names;
-    }
 };
-
-void DocumentsTest::initTestCase() {
-    QVERIFY(m_Root.isValid());
-}
-
-void DocumentsTest::init() {
-    QDir(m_Root.path(QStringLiteral("/MarkFile"))).removeRecursively();
-    QFile::remove(m_Root.path(QStringLiteral("/ini/ShowDoc.ini")));
-    resetMachine();
-    start();
-}
-
-void DocumentsTest::cleanup() {
-    m_Window.reset();
-}
 
 void DocumentsTest::an_open_path_is_only_activated() {
     window().NewFile(file("a"));
     window().NewFile(file("b"));
     QRulerView* a = window().GetDoc(file("a"));
     QVERIFY(a);
-    const QDateTime written = QFileInfo(m_Root.path(QStringLiteral("/MarkFile/RecentFile.of"))).lastModified();
+    writeRecent("not to be touched");
     window().OpenFile(file("a"));
-    QCOMPARE(window().GetDocs().size(), 2);
+    QCOMPARE(openNames(), (QStringList{"a", "b"}));
+    QCOMPARE(rowNames(), openNames());
     QCOMPARE(window().GetActiveView(), a);
-    QCOMPARE(QFileInfo(m_Root.path(QStringLiteral("/MarkFile/RecentFile.of"))).lastModified(), written);
+    QCOMPARE(rows()->currentRow(), 0);
+    QCOMPARE(recent(), QByteArray("not to be touched"));
+    // Nor does a second time.
+    window().OpenFile(file("a"));
+    QCOMPARE(window().GetActiveView(), a);
+    QCOMPARE(recent(), QByteArray("not to be touched"));
 }
 
 void DocumentsTest::an_unreadable_file_changes_nothing() {
@@ -111,6 +69,7 @@ void DocumentsTest::an_unreadable_file_changes_nothing() {
     QVERIFY(!window().GetActiveView());
     QVERIFY(!m_Root.exists(QStringLiteral("/MarkFile/RecentFile.of")));
     QCOMPARE(m_Window->child<QWidget>("tabFile")->findChildren<QRulerView*>().size(), 0);
+    QCOMPARE(rows()->count(), 0);
 }
 
 void DocumentsTest::a_new_document_is_stored_and_listed() {
@@ -122,10 +81,20 @@ void DocumentsTest::a_new_document_is_stored_and_listed() {
 }
 
 void DocumentsTest::a_name_that_is_open_comes_up_twice() {
-    window().NewFile(file("a"));
-    window().NewFile(file("a"));
+    QVERIFY(window().NewFile(file("a")));
+    QVERIFY(window().NewFile(file("a")));
     QCOMPARE(window().GetDocs().size(), 2);
+    QCOMPARE(rowNames(), (QStringList{"a", "a"}));
+    QCOMPARE(window().GetActiveView(), window().GetDocs().at(1));
     QCOMPARE(recent(), "2\n" + file("a").toUtf8() + "\n" + file("a").toUtf8() + "\n");
+    // Closed by the name they share, the first goes first.
+    QRulerView* second = window().GetDocs().at(1);
+    window().CloseFile(file("a"));
+    QCOMPARE(window().GetDocs(), QVector<QRulerView*>{second});
+    QVERIFY(window().IsFileOpened(file("a")));
+    window().CloseFile(file("a"));
+    QVERIFY(window().GetDocs().isEmpty());
+    QVERIFY(!window().IsFileOpened(file("a")));
 }
 
 void DocumentsTest::closing_the_active_document_activates_another() {
@@ -142,24 +111,7 @@ void DocumentsTest::closing_the_active_document_activates_another() {
     window().NewFile(file("c"));
     window().CloseFile(file("a"));
     QCOMPARE(window().GetActiveView(), window().GetDoc(file("c")));
-}
-
-void DocumentsTest::closing_the_last_document_disables_what_needs_one() {
-    window().NewFile(file("a"));
-    QVERIFY(action("actionSaveFile")->isEnabled());
-    QVERIFY(action("actionComposite")->isEnabled());
-    window().CloseAllFile();
-    QVERIFY(!window().GetActiveView());
-    for (char const* name : {"actionSaveAll",      "actionSaveFile",      "actionUnDo",           "actionReDo",
-                             "actionAlignLeft",    "actionAlignCenterH",  "actionAlignRight",     "actionAlignTop",
-                             "actionAlignCenterV", "actionAlignBottom",   "actionsameWidth",      "actionsameHeight",
-                             "actionsameSize",     "actionmirrorTB",      "actionmirrorLR",       "actionarrayObj",
-                             "actionalienation",   "actionTeaching",      "actionRedLoopPreview", "actionComposite",
-                             "actionUnComposite",  "actionCompositeLine", "actionUnCompositeLine"})
-        QVERIFY2(!action(name)->isEnabled(), name);
-    QVERIFY(!m_Window->child<QToolBar>("toolbar_AddMarkTool")->isEnabled());
-    for (char const* name : {"action_NewFile", "actionOpenFlie", "actionSort"})
-        QVERIFY2(action(name)->isEnabled(), name);
+    QCOMPARE(rowNames(), openNames());
 }
 
 void DocumentsTest::set_current_by_index_data() {
@@ -181,7 +133,8 @@ void DocumentsTest::set_current_by_index() {
     window().NewFile(file("b"));
     QCOMPARE(window().SetCurDoc(index), accepted);
     const QRulerView* view = window().GetActiveView();
-    QCOMPARE(view ? QFileInfo(view->GetFileName()).completeBaseName() : QString(), active);
+    QCOMPARE(baseName(view), active);
+    QCOMPARE(rows()->currentRow(), openNames().indexOf(active));
 }
 
 void DocumentsTest::set_current_by_path() {
@@ -197,78 +150,105 @@ void DocumentsTest::set_current_by_path() {
     QCOMPARE(window().GetActiveView(), window().GetDoc(file("a")));
 }
 
-void DocumentsTest::only_the_active_view_and_its_list_are_visible() {
-    window().NewFile(file("a"));
-    window().NewFile(file("b"));
-    window().OpenFile(file("a"));
-    for (QRulerView* view : window().GetDocs()) {
-        const bool active = view == window().GetActiveView();
-        QCOMPARE(view->isVisible(), active);
-        QCOMPARE(view->GetShowObjList()->isVisible(), active);
-        QCOMPARE(view->GetObjListView()->window(), static_cast<QWidget*>(&window()));
+void DocumentsTest::the_row_below_a_closed_one_becomes_active() {
+    for (char const* name : {"a", "b", "c"})
+        window().NewFile(file(name));
+    window().SetCurDoc(1);
+    window().CloseFile(file("b"));
+    QCOMPARE(activeName(), QStringLiteral("c"));
+    window().CloseFile(file("c"));
+    QCOMPARE(activeName(), QStringLiteral("a"));
+    window().CloseFile(file("a"));
+    QVERIFY(!window().GetActiveView());
+    QCOMPARE(rows()->count(), 0);
+}
+
+void DocumentsTest::all_are_closed_from_the_last_to_the_first() {
+    QStringList closed;
+    for (char const* name : {"a", "b", "c"}) {
+        window().NewFile(file(name));
+        connect(window().GetActiveView(), &QRulerView::SubWndClosed, this,
+                [&closed](QString const& path) { closed.append(QFileInfo(path).completeBaseName()); });
     }
+    window().CloseAllFile();
+    QCOMPARE(closed, (QStringList{"c", "b", "a"}));
+    QCOMPARE(recent().left(2), QByteArray("0\n"));
 }
 
-void DocumentsTest::recent_file_comes_back_at_the_next_start() {
-    window().NewFile(QStringLiteral("b"));
-    window().NewFile(QStringLiteral("a"));
-    window().SetCurDoc(0);
-    QVERIFY(
-        QMetaObject::invokeMethod(&window(), "OnChangeFileIndex", Qt::DirectConnection, Q_ARG(int, 1), Q_ARG(int, 0)));
-    QCOMPARE(openNames(), (QStringList{"a", "b"}));
-    QCOMPARE(recent(), QByteArray("2\nb\na\n"));
-    start();
-    // The order of opening, not that of the tabs.
-    QCOMPARE(openNames(), (QStringList{"b", "a"}));
+void DocumentsTest::an_opened_view_gives_its_inner_list_to_the_panel() {
+    makeFile(QStringLiteral("stored"));
+    QWidget* panel = m_Window->child<LeftPanel>("LeftPanel")->ObjList();
+    window().OpenFile(QStringLiteral("stored"));
+    QCOMPARE(window().GetActiveView()->GetObjListView()->parentWidget(), panel);
+    QVERIFY(window().GetActiveView()->GetObjListView()->isVisible());
+    window().NewFile(QStringLiteral("made"));
+    QCOMPARE(window().GetActiveView()->GetShowObjList()->parentWidget(), panel);
+    QVERIFY(window().GetActiveView()->GetObjListView()->isVisible());
+    QVERIFY(!window().GetDoc(QStringLiteral("stored"))->GetObjListView()->isVisible());
 }
 
-void DocumentsTest::recent_paths_with_capitals_drop_out() {
-    window().NewFile(QStringLiteral("Plate"));
-    window().NewFile(QStringLiteral("b"));
-    start();
-    QCOMPARE(openNames(), QStringList{"b"});
-    QCOMPARE(recent().left(4), QByteArray("1\nb\n"));
+void DocumentsTest::a_moved_row_moves_its_view_alone() {
+    for (char const* name : {"a", "b", "c"})
+        window().NewFile(QString::fromLatin1(name));
+    const QByteArray list = recent();
+    QRulerView* active = window().GetActiveView();
+    QTest::keyClick(rows(), Qt::Key_Up);
+    QTest::keyClick(rows(), Qt::Key_Up);
+    QCOMPARE(openNames(), (QStringList{"c", "a", "b"}));
+    QCOMPARE(rowNames(), openNames());
+    QCOMPARE(window().GetActiveView(), active);
+    QVERIFY(active->isVisible());
+    QCOMPARE(recent(), list);
+    // Rows and views are still matched: the one that is chosen is the one that comes up.
+    rows()->setCurrentRow(2);
+    QCOMPARE(activeName(), QStringLiteral("b"));
+    // What rewrites the file keeps the order of opening.
+    window().NewFile(QStringLiteral("d"));
+    QCOMPARE(recent(), QByteArray("4\na\nb\nc\nd\n"));
 }
 
-void DocumentsTest::recent_lines_beyond_the_count_are_ignored() {
+void DocumentsTest::an_active_row_without_a_view_leaves_all_as_it_is() {
+    window().NewFile(file("a"));
+    QRulerView* view = window().GetActiveView();
+    for (int index : {1, 7}) {
+        emit fileList()->ActivDocChanged(index);
+        QVERIFY(!window().GetActiveView());
+        QVERIFY(view->isVisible());
+        emit fileList()->ActivDocChanged(0);
+        QCOMPARE(window().GetActiveView(), view);
+    }
+    emit fileList()->ActivDocChanged(-1);
+    QVERIFY(!window().GetActiveView());
+    QVERIFY(view->isVisible());
+}
+
+void DocumentsTest::a_closed_row_out_of_range_is_ignored() {
+    window().NewFile(file("a"));
+    writeRecent("not to be touched");
+    for (int index : {-1, 1, 9})
+        emit fileList()->ClosedFile(index, true);
+    QCOMPARE(openNames(), QStringList{"a"});
+    QCOMPARE(recent(), QByteArray("not to be touched"));
+}
+
+void DocumentsTest::a_moved_row_out_of_range_is_ignored() {
     window().NewFile(file("a"));
     window().NewFile(file("b"));
-    m_Window.reset();
-    QVERIFY(m_Root.write(QStringLiteral("/MarkFile/RecentFile.of"), "0\n" + file("a").toUtf8() + "\n"));
-    start();
-    QVERIFY(window().GetDocs().isEmpty());
-}
-
-void DocumentsTest::a_shorter_recent_list_leaves_old_lines() {
-    window().NewFile(file("a"));
-    window().NewFile(file("bb"));
-    const QByteArray longer = recent();
-    window().CloseFile(file("bb"));
-    const QByteArray head = "1\n" + file("a").toUtf8() + "\n";
-    QCOMPARE(recent(), head + longer.mid(head.size()));
-}
-
-void DocumentsTest::reset_without_an_open_file_reads_nothing() {
-    window().NewFile(file("a"));
-    window().CloseAllFile();
-    QVERIFY(m_Root.write(QStringLiteral("/MarkFile/RecentFile.of"), "1\n" + file("a").toUtf8() + "\n"));
-    window().ResetFiles();
-    QVERIFY(window().GetDocs().isEmpty());
-}
-
-void DocumentsTest::reset_reads_the_set_anew_and_keeps_the_active_one() {
-    window().NewFile(QStringLiteral("a"));
-    window().NewFile(QStringLiteral("b"));
-    window().SetCurDoc(0);
-    const QByteArray list = recent();
-    QSignalSpy gone(window().GetActiveView(), &QObject::destroyed);
-    window().ResetFiles();
-    QCOMPARE(gone.count(), 1);
-    QCOMPARE(recent(), list);
+    emit fileList()->ChangeFileIndex(0, 2);
+    emit fileList()->ChangeFileIndex(-1, 0);
     QCOMPARE(openNames(), (QStringList{"a", "b"}));
-    QCOMPARE(window().GetActiveView(), window().GetDoc(QStringLiteral("a")));
-    window().NewFile(QStringLiteral("c"));
-    QVERIFY(recent().startsWith("3\n"));
+}
+
+void DocumentsTest::unknown_paths_give_nothing() {
+    window().NewFile(file("a"));
+    QVERIFY(!window().GetDoc(file("b")));
+    QVERIFY(!window().SetCurDoc(file("b")));
+    QVERIFY(!window().IsFileOpened(file("b")));
+    window().CloseFile(file("b"));
+    QCOMPARE(openNames(), QStringList{"a"});
+    // The set that is handed out is a copy.
+    window().GetDocs().clear();
+    QCOMPARE(window().GetDocs().size(), 1);
 }
 
 void DocumentsTest::a_pushed_document_is_taken_over() {
@@ -287,6 +267,8 @@ void DocumentsTest::a_bad_pushed_document_is_refused() {
     QVERIFY(!window().SyncFileData(file("missing"), file("pushed")));
     QVERIFY(window().GetDocs().isEmpty());
     QVERIFY(recent().isEmpty());
+    QCOMPARE(rows()->count(), 0);
+    QCOMPARE(m_Window->child<QWidget>("tabFile")->findChildren<QRulerView*>().size(), 0);
 }
 
 void DocumentsTest::the_manual_tab_follows_its_file_data() {
@@ -320,124 +302,6 @@ void DocumentsTest::the_manual_switch_is_stored() {
     action("actionShowDoc")->trigger();
     QCOMPARE(m_Root.read(QStringLiteral("/ini/ShowDoc.ini")), QByteArray("0\n"));
     QVERIFY(!tabs->isTabVisible(1));
-}
-
-void DocumentsTest::selection_enables_its_actions() {
-    window().NewFile(file("a"));
-    QRulerView* view = window().GetActiveView();
-    emit view->SelectChanged(0, 0, 1, 1, 0, 1, 1);
-    QVERIFY(action("actionmirrorTB")->isEnabled());
-    QVERIFY(action("actionarrayObj")->isEnabled());
-    QVERIFY(!action("actionAlignLeft")->isEnabled());
-    QVERIFY(!action("actionComposite")->isEnabled());
-    QCOMPARE(m_Window->child<QLabel>("labelSelectCnt")->text(), QStringLiteral("选择对象个数:1"));
-    emit view->SelectChanged(0, 0, 1, 1, 0, 2, 1);
-    QVERIFY(action("actionAlignLeft")->isEnabled());
-    QVERIFY(action("actionsameSize")->isEnabled());
-    QVERIFY(action("actionComposite")->isEnabled());
-    emit view->SelectChanged(0, 0, 1, 1, 0, 0, -1);
-    QVERIFY(!action("actionmirrorLR")->isEnabled());
-    QVERIFY(!action("actionAlignTop")->isEnabled());
-    // A view that is not active any more is not listened to.
-    window().NewFile(file("b"));
-    emit view->SelectChanged(0, 0, 1, 1, 0, 5, 1);
-    QCOMPARE(m_Window->child<QLabel>("labelSelectCnt")->text(), QStringLiteral("选择对象个数:0"));
-}
-
-void DocumentsTest::undo_and_redo_follow_the_document() {
-    window().NewFile(file("a"));
-    QRulerView* view = window().GetActiveView();
-    QVERIFY(!action("actionUnDo")->isEnabled());
-    view->AddMarkPoint(QPointF(0, 0));
-    QTRY_VERIFY(action("actionUnDo")->isEnabled());
-    QVERIFY(!action("actionReDo")->isEnabled());
-    action("actionUnDo")->trigger();
-    QTRY_VERIFY(action("actionReDo")->isEnabled());
-    QVERIFY(!action("actionUnDo")->isEnabled());
-    action("actionReDo")->trigger();
-    QTRY_VERIFY(action("actionUnDo")->isEnabled());
-}
-
-void DocumentsTest::tools_exclude_one_another() {
-    window().NewFile(file("a"));
-    const QRulerView* view = window().GetActiveView();
-    const struct {
-        char const* name;
-        OperatorOnView op;
-    } tools[] = {{"actionAddPoint", OperatorAddPoint},
-                 {"actionaddLine", OperatorAddLine},
-                 {"actionAddRect", OperatorAddRect},
-                 {"actionAddCircle", OperatorAddCircle},
-                 {"actionAddText", OperatorAddText},
-                 {"actionTeachCircle", OperatorTeachCircle},
-                 {"actionTeachArc", OperatorTeachArc},
-                 {"actionscaleRegion", OperatorZoomRegion},
-                 {"Select", OperatorSelect}};
-    for (auto const& tool : tools) {
-        action(tool.name)->trigger();
-        QCOMPARE(view->GetOperatorOnView(), tool.op);
-        for (auto const& other : tools)
-            QVERIFY2(action(other.name)->isChecked() == (other.name == tool.name), other.name);
-    }
-    action("actionAddRect")->trigger();
-    action("actionAddRect")->trigger();
-    QCOMPARE(view->GetOperatorOnView(), OperatorSelect);
-    QVERIFY(action("Select")->isChecked());
-    QVERIFY(!action("actionAddRect")->isChecked());
-    action("Select")->trigger();
-    QVERIFY(action("Select")->isChecked());
-}
-
-void DocumentsTest::tools_without_a_document_stay_off() {
-    for (char const* name : {"actionTeachCircle", "actionscaleRegion"}) {
-        action(name)->trigger();
-        QVERIFY2(!action(name)->isChecked(), name);
-    }
-    for (char const* name : {"actionzoomIn", "actionzoomOut", "actionscaleSelect", "actionscaleReset", "actionSort"})
-        action(name)->trigger();
-}
-
-void DocumentsTest::pointer_position_is_shown() {
-    window().NewFile(file("a"));
-    emit window().GetActiveView()->MouseMoveEvent(QPointF(-1.23456, 20), QPoint(3, 4));
-    QCOMPARE(m_Window->child<QLabel>("labelMousePos")->text(), QStringLiteral("X:-1.235,Y:20.000"));
-}
-
-void DocumentsTest::save_shows_a_box() {
-    window().NewFile(file("a"));
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Ok);
-    action("actionSaveFile")->trigger();
-    QVERIFY(answerer.waitUntilAnswered());
-    QCOMPARE(answerer.seen().at(0).title, QStringLiteral("保存"));
-    QCOMPARE(answerer.seen().at(0).text, QStringLiteral("保存成功"));
-    // A directory in the file's place cannot be replaced.
-    QVERIFY(QFile::remove(file("a")));
-    QVERIFY(QDir().mkpath(file("a")));
-    answerer.press(QMessageBox::Ok);
-    action("actionSaveFile")->trigger();
-    QVERIFY(answerer.waitUntilAnswered());
-    QCOMPARE(answerer.seen().at(1).text, QStringLiteral("保存失败"));
-}
-
-void DocumentsTest::save_all_shows_one_box_even_without_a_document() {
-    for (int documents : {0, 2}) {
-        for (int i = 0; i < documents; ++i)
-            window().NewFile(file(i ? "a" : "b"));
-        DialogAnswerer answerer;
-        answerer.press(QMessageBox::Ok);
-        QVERIFY(QMetaObject::invokeMethod(&window(), "onSaveAllFile", Qt::DirectConnection));
-        QVERIFY(answerer.waitUntilAnswered());
-        QCOMPARE(answerer.texts(), QStringList{QStringLiteral("保存成功")});
-    }
-}
-
-void DocumentsTest::the_views_callback_is_the_windows() {
-    window().NewFile(file("a"));
-    QRulerView* view = window().GetActiveView();
-    view->SetCallBackMirrorPt(nullptr);
-    QCOMPARE(window().GetCurDoc(), view);
-    QVERIFY(window().GetActiveView() == window().GetCurDoc());
 }
 
 void DocumentsTest::a_document_under_run_can_be_closed_data() {
