@@ -2,14 +2,9 @@
 #pragma once
 
 #include "faultio.h"
+#include "scratchtest.h"
 
-#include <QByteArray>
-#include <QDir>
-#include <QFile>
-#include <QString>
-#include <QStringList>
-#include <QTemporaryDir>
-
+#include <cerrno>
 #include <functional>
 
 /// How operations fail in one walk.
@@ -61,17 +56,33 @@ inline QString walkFaults(const QString& directories, const FaultStyle& style, c
     return QStringLiteral("more than %1 operations").arg(bound);
 }
 
-inline QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
+/// The columns of a table of fault styles; its rows come by addFaultStyle().
+inline void addFaultStyleColumns() {
+    QTest::addColumn<int>("error");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<bool>("sticky");
 }
 
-inline void putContent(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
-        qFatal("cannot prepare %s", qPrintable(path));
+inline void addFaultStyle(const char* name, int error, FaultKind kind, bool sticky = false) {
+    QTest::newRow(name) << error << int(kind) << sticky;
 }
 
-inline QStringList everythingIn(const QString& directory) {
-    return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+/// Rows of operations that fail altogether, once or from there on.
+inline void addFailures() {
+    addFaultStyle("one input or output error", EIO, FaultFails);
+    addFaultStyle("input and output errors from there on", EIO, FaultFails, true);
+    addFaultStyle("no space at one operation", ENOSPC, FaultFails);
+    addFaultStyle("no space from there on", ENOSPC, FaultFails, true);
+}
+
+/// The style of the current row.
+inline FaultStyle fetchedFaultStyle() {
+    QFETCH(int, error);
+    QFETCH(int, kind);
+    QFETCH(bool, sticky);
+    FaultStyle style;
+    style.error = error;
+    style.kind = FaultKind(kind);
+    style.sticky = sticky;
+    return style;
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "scratchtest.h"
 #include "support/durablefile.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <cerrno>
@@ -23,20 +23,6 @@ using tessera::writeFileKeepingTail;
 
 namespace {
 
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<cannot be read>");
-}
-
-bool put(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
-QStringList everythingBelow(const QString& directory) {
-    return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 mode_t modeOf(const QString& path) {
     struct stat status = {};
     return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mode & 07777u : 0;
@@ -48,12 +34,10 @@ qint64 modifiedMs(const QString& path) {
 
 } // namespace
 
-class TestDurableFile : public QObject {
+class TestDurableFile : public ScratchTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void a_new_file_is_written_data();
     void a_new_file_is_written();
     void an_old_file_is_replaced_whole();
@@ -78,21 +62,7 @@ private slots:
     void threads_that_keep_tails_lose_none();
     void a_directory_that_cannot_be_written_is_reported();
     void a_write_cut_short_by_a_limit_is_reported_and_the_old_file_stays();
-
-private:
-    QString path(const QString& name) const { return m_directory->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_directory;
 };
-
-void TestDurableFile::init() {
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-void TestDurableFile::cleanup() {
-    m_directory.reset();
-}
 
 void TestDurableFile::a_new_file_is_written_data() {
     QTest::addColumn<QByteArray>("bytes");
@@ -111,14 +81,14 @@ void TestDurableFile::a_new_file_is_written() {
     QCOMPARE(result.error(), 0);
     QCOMPARE(result.message(), QString());
     QCOMPARE(contentOf(path("标刻.txt")), bytes);
-    QCOMPARE(everythingBelow(m_directory->path()), QStringList{"标刻.txt"});
+    QCOMPARE(everythingIn(directory()), QStringList{"标刻.txt"});
 }
 
 void TestDurableFile::an_old_file_is_replaced_whole() {
-    QVERIFY(put(path("a"), "a long old content"));
+    putContent(path("a"), "a long old content");
     QVERIFY(writeFileDurably(path("a"), "new"));
     QCOMPARE(contentOf(path("a")), QByteArray("new"));
-    QCOMPARE(everythingBelow(m_directory->path()), QStringList{"a"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a"});
 }
 
 void TestDurableFile::a_new_file_obeys_the_umask() {
@@ -139,7 +109,7 @@ void TestDurableFile::the_mode_of_the_old_file_is_kept_data() {
 
 void TestDurableFile::the_mode_of_the_old_file_is_kept() {
     QFETCH(uint, mode);
-    QVERIFY(put(path("a"), "old"));
+    putContent(path("a"), "old");
     QCOMPARE(::chmod(QFile::encodeName(path("a")).constData(), mode), 0);
     QVERIFY(writeFileDurably(path("a"), "new"));
     QCOMPARE(modeOf(path("a")), mode_t(mode));
@@ -154,7 +124,7 @@ void TestDurableFile::missing_parent_directories_are_made() {
 }
 
 void TestDurableFile::a_file_in_the_place_of_a_parent_is_refused() {
-    QVERIFY(put(path("ini"), "a file"));
+    putContent(path("ini"), "a file");
     const DurableResult result = writeFileDurably(path("ini/a.txt"), "x");
     QVERIFY(!result);
     QCOMPARE(result.error(), ENOTDIR);
@@ -162,8 +132,8 @@ void TestDurableFile::a_file_in_the_place_of_a_parent_is_refused() {
 }
 
 void TestDurableFile::a_symbolic_link_stays_and_its_target_is_replaced() {
-    QVERIFY(QDir(m_directory->path()).mkpath("real"));
-    QVERIFY(put(path("real/file"), "old"));
+    QVERIFY(QDir(directory()).mkpath("real"));
+    putContent(path("real/file"), "old");
     QVERIFY(QFile::link(path("real/file"), path("second")));
     QVERIFY(QFile::link(path("second"), path("first")));
     QVERIFY(writeFileDurably(path("first"), "new"));
@@ -171,12 +141,12 @@ void TestDurableFile::a_symbolic_link_stays_and_its_target_is_replaced() {
     QVERIFY(!QFileInfo(path("real/file")).isSymLink());
     QCOMPARE(QFile::symLinkTarget(path("first")), path("second"));
     QCOMPARE(QFile::symLinkTarget(path("second")), path("real/file"));
-    QCOMPARE(everythingBelow(path("real")), QStringList{"file"});
+    QCOMPARE(everythingIn(path("real")), QStringList{"file"});
 }
 
 void TestDurableFile::a_relative_link_is_taken_from_its_own_directory() {
-    QVERIFY(QDir(m_directory->path()).mkpath("links"));
-    QVERIFY(put(path("file"), "old"));
+    QVERIFY(QDir(directory()).mkpath("links"));
+    putContent(path("file"), "old");
     QCOMPARE(::symlink("../file", QFile::encodeName(path("links/link")).constData()), 0);
     QVERIFY(writeFileDurably(path("links/link"), "new"));
     QCOMPARE(contentOf(path("file")), QByteArray("new"));
@@ -223,7 +193,7 @@ void TestDurableFile::bad_targets_are_refused() {
 
 void TestDurableFile::a_relative_path_is_taken_from_the_current_directory() {
     const QString before = QDir::currentPath();
-    QVERIFY(QDir::setCurrent(m_directory->path()));
+    QVERIFY(QDir::setCurrent(directory()));
     const DurableResult plain = writeFileDurably("a.txt", "plain");
     const DurableResult below = writeFileDurably("x/y/b.txt", "below");
     QVERIFY(QDir::setCurrent(before));
@@ -238,7 +208,7 @@ void TestDurableFile::a_name_of_the_longest_length_is_written() {
     QCOMPARE(QFile::encodeName(chinese).size(), 255);
     const DurableResult result = writeFileDurably(path(chinese), "x");
     QVERIFY2(result.ok(), qPrintable(result.message()));
-    QCOMPARE(everythingBelow(m_directory->path()), QStringList{chinese});
+    QCOMPARE(everythingIn(directory()), QStringList{chinese});
 }
 
 void TestDurableFile::time_stamps_of_saves_in_a_row_all_differ() {
@@ -252,7 +222,7 @@ void TestDurableFile::time_stamps_of_saves_in_a_row_all_differ() {
 }
 
 void TestDurableFile::a_clock_set_back_is_believed() {
-    QVERIFY(put(path("a"), "old"));
+    putContent(path("a"), "old");
     QFile file(path("a"));
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(400), QFileDevice::FileModificationTime));
@@ -279,11 +249,11 @@ void TestDurableFile::a_shorter_text_keeps_the_old_tail() {
     QFETCH(QByteArray, old);
     QFETCH(QByteArray, bytes);
     if (!old.isNull())
-        QVERIFY(put(path("a"), old));
+        putContent(path("a"), old);
     const DurableResult result = writeFileKeepingTail(path("a"), bytes);
     QVERIFY2(result.ok(), qPrintable(result.message()));
     QTEST(contentOf(path("a")), "whole");
-    QCOMPARE(everythingBelow(m_directory->path()), QStringList{"a"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a"});
 }
 
 void TestDurableFile::threads_that_save_one_path_leave_one_whole_content() {
@@ -303,11 +273,11 @@ void TestDurableFile::threads_that_save_one_path_leave_one_whole_content() {
     const QByteArray content = contentOf(path("new/folder/a"));
     QCOMPARE(content.size(), 20000);
     QCOMPARE(content, QByteArray(20000, content.at(0)));
-    QCOMPARE(everythingBelow(path("new/folder")), QStringList{"a"});
+    QCOMPARE(everythingIn(path("new/folder")), QStringList{"a"});
 }
 
 void TestDurableFile::threads_that_keep_tails_lose_none() {
-    QVERIFY(put(path("a"), "0000tail"));
+    putContent(path("a"), "0000tail");
     std::vector<std::thread> savers;
     for (int i = 0; i < 4; ++i) {
         savers.emplace_back([&, i] {
@@ -330,7 +300,7 @@ void TestDurableFile::a_directory_that_cannot_be_written_is_reported() {
 }
 
 void TestDurableFile::a_write_cut_short_by_a_limit_is_reported_and_the_old_file_stays() {
-    QVERIFY(put(path("a"), "old"));
+    putContent(path("a"), "old");
     struct rlimit before = {};
     QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
     struct rlimit small = before;
@@ -343,7 +313,7 @@ void TestDurableFile::a_write_cut_short_by_a_limit_is_reported_and_the_old_file_
     QCOMPARE(result.step(), DurableStep::Write);
     QCOMPARE(result.error(), EFBIG);
     QCOMPARE(contentOf(path("a")), QByteArray("old"));
-    QCOMPARE(everythingBelow(m_directory->path()), QStringList{"a"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a"});
 }
 
 QTEST_GUILESS_MAIN(TestDurableFile)

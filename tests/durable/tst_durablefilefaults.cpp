@@ -19,26 +19,10 @@ const QByteArray oldContent(5000, 'o');
 const QByteArray newContent(3001, 'n');
 
 void addStyles() {
-    QTest::addColumn<int>("error");
-    QTest::addColumn<int>("kind");
-    QTest::addColumn<bool>("sticky");
-    QTest::newRow("one input or output error") << EIO << int(FaultFails) << false;
-    QTest::newRow("input and output errors from there on") << EIO << int(FaultFails) << true;
-    QTest::newRow("no space at one operation") << ENOSPC << int(FaultFails) << false;
-    QTest::newRow("no space from there on") << ENOSPC << int(FaultFails) << true;
-    QTest::newRow("one short write") << EIO << int(FaultShort) << false;
-    QTest::newRow("disk full in the middle of a write") << ENOSPC << int(FaultFull) << false;
-}
-
-FaultStyle fetchedStyle() {
-    QFETCH(int, error);
-    QFETCH(int, kind);
-    QFETCH(bool, sticky);
-    FaultStyle style;
-    style.error = error;
-    style.kind = FaultKind(kind);
-    style.sticky = sticky;
-    return style;
+    addFaultStyleColumns();
+    addFailures();
+    addFaultStyle("one short write", EIO, FaultShort);
+    addFaultStyle("disk full in the middle of a write", ENOSPC, FaultFull);
 }
 
 /// A short write that is said to be short may be made good by writing the rest; every other fault must be reported.
@@ -64,12 +48,10 @@ QString judge(const FaultStyle& style, const FaultStep& step, const DurableResul
 
 } // namespace
 
-class TestDurableFileFaults : public QObject {
+class TestDurableFileFaults : public ScratchTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void every_fault_of_a_replacement_is_reported_data() { addStyles(); }
     void every_fault_of_a_replacement_is_reported();
     void every_fault_of_a_new_file_is_reported_data() { addStyles(); }
@@ -88,33 +70,18 @@ private slots:
     void a_directory_that_cannot_be_synced_alone_is_synced_with_its_file_system();
     void the_steps_come_in_the_order_that_a_power_cut_needs();
     void the_library_works_from_the_environment();
-
-private:
-    QString path(const QString& name) const { return m_directory->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_directory;
 };
 
-void TestDurableFileFaults::init() {
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-void TestDurableFileFaults::cleanup() {
-    m_directory.reset();
-}
-
 void TestDurableFileFaults::every_fault_of_a_replacement_is_reported() {
-    const FaultStyle style = fetchedStyle();
+    const FaultStyle style = fetchedFaultStyle();
     const QString file = path("a");
     DurableResult result;
     int steps = 0;
     const QString complaint = walkFaults(
-        m_directory->path(), style, [&] { putContent(file, oldContent); },
-        [&] { result = writeFileDurably(file, newContent); },
+        directory(), style, [&] { putContent(file, oldContent); }, [&] { result = writeFileDurably(file, newContent); },
         [&](const FaultStep& step) {
-            if (everythingIn(m_directory->path()) != QStringList{"a"})
-                return QString("something else is left: ") + everythingIn(m_directory->path()).join(' ');
+            if (everythingIn(directory()) != QStringList{"a"})
+                return QString("something else is left: ") + everythingIn(directory()).join(' ');
             return judge(style, step, result, oldContent, newContent, contentOf(file));
         },
         steps);
@@ -123,15 +90,15 @@ void TestDurableFileFaults::every_fault_of_a_replacement_is_reported() {
 }
 
 void TestDurableFileFaults::every_fault_of_a_new_file_is_reported() {
-    const FaultStyle style = fetchedStyle();
+    const FaultStyle style = fetchedFaultStyle();
     const QString file = path("a");
     DurableResult result;
     int steps = 0;
     const QString complaint = walkFaults(
-        m_directory->path(), style, [&] { QFile::remove(file); }, [&] { result = writeFileDurably(file, newContent); },
+        directory(), style, [&] { QFile::remove(file); }, [&] { result = writeFileDurably(file, newContent); },
         [&](const FaultStep& step) {
-            if (everythingIn(m_directory->path()).size() > (QFile::exists(file) ? 1 : 0))
-                return QString("something else is left: ") + everythingIn(m_directory->path()).join(' ');
+            if (everythingIn(directory()).size() > (QFile::exists(file) ? 1 : 0))
+                return QString("something else is left: ") + everythingIn(directory()).join(' ');
             return judge(style, step, result, "<no file>", newContent, contentOf(file));
         },
         steps);
@@ -140,12 +107,12 @@ void TestDurableFileFaults::every_fault_of_a_new_file_is_reported() {
 }
 
 void TestDurableFileFaults::every_fault_of_new_directories_is_reported() {
-    const FaultStyle style = fetchedStyle();
+    const FaultStyle style = fetchedFaultStyle();
     const QString file = path("x/y/a");
     DurableResult result;
     int steps = 0;
     const QString complaint = walkFaults(
-        m_directory->path(), style, [&] { QDir(path("x")).removeRecursively(); },
+        directory(), style, [&] { QDir(path("x")).removeRecursively(); },
         [&] { result = writeFileDurably(file, newContent); },
         [&](const FaultStep& step) {
             if (result.step() == DurableStep::MakeDirectory && everythingIn(path("x/y")) != QStringList())
@@ -158,13 +125,13 @@ void TestDurableFileFaults::every_fault_of_new_directories_is_reported() {
 }
 
 void TestDurableFileFaults::every_fault_through_a_link_is_reported() {
-    const FaultStyle style = fetchedStyle();
-    QVERIFY(QDir(m_directory->path()).mkdir("real"));
+    const FaultStyle style = fetchedFaultStyle();
+    QVERIFY(QDir(directory()).mkdir("real"));
     QVERIFY(QFile::link(path("real/a"), path("link")));
     DurableResult result;
     int steps = 0;
     const QString complaint = walkFaults(
-        m_directory->path(), style, [&] { putContent(path("real/a"), oldContent); },
+        directory(), style, [&] { putContent(path("real/a"), oldContent); },
         [&] { result = writeFileDurably(path("link"), newContent); },
         [&](const FaultStep& step) {
             if (QFile::symLinkTarget(path("link")) != path("real/a"))
@@ -179,16 +146,16 @@ void TestDurableFileFaults::every_fault_through_a_link_is_reported() {
 }
 
 void TestDurableFileFaults::every_fault_of_a_save_that_keeps_a_tail_is_reported() {
-    const FaultStyle style = fetchedStyle();
+    const FaultStyle style = fetchedFaultStyle();
     const QString file = path("a");
     const QByteArray whole = newContent + oldContent.mid(newContent.size());
     DurableResult result;
     int steps = 0;
     const QString complaint = walkFaults(
-        m_directory->path(), style, [&] { putContent(file, oldContent); },
+        directory(), style, [&] { putContent(file, oldContent); },
         [&] { result = writeFileKeepingTail(file, newContent); },
         [&](const FaultStep& step) {
-            if (everythingIn(m_directory->path()) != QStringList{"a"})
+            if (everythingIn(directory()) != QStringList{"a"})
                 return QString("something else is left");
             return judge(style, step, result, oldContent, whole, contentOf(file));
         },
@@ -231,8 +198,7 @@ void TestDurableFileFaults::every_fault_tells_its_step() {
     QFETCH(DurableStep, step);
     QFETCH(QString, words);
     putContent(path("a"), oldContent);
-    const QByteArray directory = QFile::encodeName(m_directory->path());
-    const FaultPlan plan = {directory.constData(), operation, nth, EIO, FaultFails, false};
+    const FaultPlan plan = {nativeDirectory().constData(), operation, nth, EIO, FaultFails, false};
     faultio_arm(&plan);
     const DurableResult result = writeFileDurably(path("a"), newContent);
     QCOMPARE(faultio_disarm(), 1);
@@ -244,15 +210,14 @@ void TestDurableFileFaults::every_fault_tells_its_step() {
 
 void TestDurableFileFaults::a_write_that_lies_about_its_length_is_found_out() {
     putContent(path("a"), oldContent);
-    const QByteArray directory = QFile::encodeName(m_directory->path());
-    const FaultPlan plan = {directory.constData(), FaultWrite, 1, EIO, FaultLies, false};
+    const FaultPlan plan = {nativeDirectory().constData(), FaultWrite, 1, EIO, FaultLies, false};
     faultio_arm(&plan);
     const DurableResult result = writeFileDurably(path("a"), newContent);
     QCOMPARE(faultio_disarm(), 1);
     QCOMPARE(result.step(), DurableStep::VerifyLength);
     QVERIFY2(result.message().contains("1500 bytes instead of 3001"), qPrintable(result.message()));
     QCOMPARE(contentOf(path("a")), oldContent);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a"});
 }
 
 void TestDurableFileFaults::an_interrupted_call_is_made_again_data() {
@@ -270,26 +235,25 @@ void TestDurableFileFaults::an_interrupted_call_is_made_again() {
     QFETCH(uint, operation);
     QFETCH(int, nth);
     putContent(path("a"), oldContent);
-    const QByteArray directory = QFile::encodeName(m_directory->path());
-    const FaultPlan plan = {directory.constData(), operation, nth, EINTR, FaultFails, false};
+    const FaultPlan plan = {nativeDirectory().constData(), operation, nth, EINTR, FaultFails, false};
     faultio_arm(&plan);
     const DurableResult result = writeFileDurably(path("a"), newContent);
     QCOMPARE(faultio_disarm(), 1);
     QVERIFY2(result.ok(), qPrintable(result.message()));
     QCOMPARE(contentOf(path("a")), newContent);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a"});
 }
 
 void TestDurableFileFaults::a_directory_that_cannot_be_synced_alone_is_synced_with_its_file_system() {
-    const QByteArray directory = QFile::encodeName(m_directory->path());
-    const FaultPlan plan = {directory.constData(), FaultFsync, 2, EINVAL, FaultFails, false};
+    const FaultPlan plan = {nativeDirectory().constData(), FaultFsync, 2, EINVAL, FaultFails, false};
     faultio_arm(&plan);
     const DurableResult result = writeFileDurably(path("a"), newContent);
     QCOMPARE(faultio_disarm(), 1);
     QVERIFY2(result.ok(), qPrintable(result.message()));
-    QVERIFY(QByteArray(faultio_trace()).contains("fsync " + directory + " !\nsyncfs " + directory + "\n"));
+    QVERIFY(
+        QByteArray(faultio_trace()).contains("fsync " + nativeDirectory() + " !\nsyncfs " + nativeDirectory() + "\n"));
 
-    const FaultPlan both = {directory.constData(), FaultFsync | FaultSyncfs, 2, EINVAL, FaultFails, true};
+    const FaultPlan both = {nativeDirectory().constData(), FaultFsync | FaultSyncfs, 2, EINVAL, FaultFails, true};
     faultio_arm(&both);
     const DurableResult failed = writeFileDurably(path("a"), newContent);
     QCOMPARE(faultio_disarm(), 2);
@@ -298,14 +262,13 @@ void TestDurableFileFaults::a_directory_that_cannot_be_synced_alone_is_synced_wi
 
 void TestDurableFileFaults::the_steps_come_in_the_order_that_a_power_cut_needs() {
     putContent(path("a"), oldContent);
-    const QByteArray directory = QFile::encodeName(m_directory->path());
-    const FaultPlan plan = {directory.constData(), FaultAll, 0, 0, FaultFails, false};
+    const FaultPlan plan = {nativeDirectory().constData(), FaultAll, 0, 0, FaultFails, false};
     faultio_arm(&plan);
     const DurableResult result = writeFileDurably(path("a"), newContent);
     faultio_disarm();
     QVERIFY(result);
     QString trace = QString::fromUtf8(faultio_trace());
-    trace.replace(m_directory->path(), "DIR");
+    trace.replace(directory(), "DIR");
     trace.replace(QRegularExpression("DIR/\\.a\\.[0-9a-f]{8}-\\d+-\\d+-\\d+\\.tessera-tmp"), "TEMPORARY");
     // The old file was made a moment ago, so its time stamp may have to be stepped over.
     QStringList steps = trace.split('\n', Qt::SkipEmptyParts);
@@ -321,7 +284,7 @@ void TestDurableFileFaults::the_library_works_from_the_environment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("LC_ALL", "C");
     environment.insert("LD_PRELOAD", FAULTIO_LIBRARY);
-    environment.insert("FAULTIO_DIRECTORIES", m_directory->path());
+    environment.insert("FAULTIO_DIRECTORIES", directory());
     environment.insert("FAULTIO_OPERATIONS", "fsync,write");
     environment.insert("FAULTIO_NTH", "1");
     environment.insert("FAULTIO_ERRNO", "ENOSPC");

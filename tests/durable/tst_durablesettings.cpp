@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "scratchtest.h"
 #include "support/durablesettings.h"
 #include "support/settingscopy.h"
 
@@ -8,7 +9,6 @@
 #include <QPoint>
 #include <QProcess>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <QTextCodec>
 #include <QtTest>
 
@@ -38,20 +38,6 @@ Q_DECLARE_METATYPE(TypeWithoutText)
 
 namespace {
 
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<cannot be read>");
-}
-
-bool put(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
-}
-
-QStringList everythingIn(const QString& directory) {
-    return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-}
-
 /// Of this process; others may be saving at the same time.
 QStringList settingsCopies() {
     return QDir(tessera::SettingsCopy::baseDirectory())
@@ -61,12 +47,10 @@ QStringList settingsCopies() {
 
 } // namespace
 
-class TestDurableSettings : public QObject {
+class TestDurableSettings : public ScratchTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void a_counter_is_written_as_qsettings_writes_it();
     void missing_directories_are_made();
     void other_keys_are_kept();
@@ -97,20 +81,8 @@ private slots:
     void a_counter_saved_many_times();
 
 private:
-    QString path(const QString& name) const { return m_directory->filePath(name); }
     bool saveWaitsUntil(const std::function<void()>& release);
-
-    std::unique_ptr<QTemporaryDir> m_directory;
 };
-
-void TestDurableSettings::init() {
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-void TestDurableSettings::cleanup() {
-    m_directory.reset();
-}
 
 void TestDurableSettings::a_counter_is_written_as_qsettings_writes_it() {
     QVERIFY(writeSettingDurably(path("Marking.ini"), "MarkCnt", 41));
@@ -118,7 +90,7 @@ void TestDurableSettings::a_counter_is_written_as_qsettings_writes_it() {
     QCOMPARE(contentOf(path("Marking.ini")), QByteArray("[General]\nMarkCnt=42\n"));
     QCOMPARE(readSetting(path("Marking.ini"), "MarkCnt", 0).toInt(), 42);
     QCOMPARE(QSettings(path("Marking.ini"), QSettings::IniFormat).value("MarkCnt").toInt(), 42);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"Marking.ini"});
+    QCOMPARE(everythingIn(directory()), QStringList{"Marking.ini"});
 }
 
 void TestDurableSettings::missing_directories_are_made() {
@@ -128,7 +100,7 @@ void TestDurableSettings::missing_directories_are_made() {
 }
 
 void TestDurableSettings::other_keys_are_kept() {
-    QVERIFY(put(path("a.ini"), "[Zeta]\nb=2\na=1\n\n[Alpha]\ntext=\"x; y\"\n"));
+    putContent(path("a.ini"), "[Zeta]\nb=2\na=1\n\n[Alpha]\ntext=\"x; y\"\n");
     QVERIFY(writeSettingDurably(path("a.ini"), "Zeta/c", 3));
     QCOMPARE(contentOf(path("a.ini")), QByteArray("[Alpha]\ntext=\"x; y\"\n\n[Zeta]\na=1\nb=2\nc=3\n"));
     QVERIFY(writeSettingDurably(path("a.ini"), "Zeta/b", "new"));
@@ -176,7 +148,7 @@ void TestDurableSettings::values_come_back() {
 }
 
 void TestDurableSettings::a_value_that_does_not_come_back_is_refused_and_the_file_stays() {
-    QVERIFY(put(path("a.ini"), "[General]\nold=1\n"));
+    putContent(path("a.ini"), "[General]\nold=1\n");
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^QVariant::save: unable to save type 'TypeWithoutText'"));
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("^QVariant::load: unable to load type"));
     const DurableResult result = writeSettingDurably(path("a.ini"), "key", QVariant::fromValue(TypeWithoutText{5}));
@@ -184,11 +156,11 @@ void TestDurableSettings::a_value_that_does_not_come_back_is_refused_and_the_fil
     QCOMPARE(result.step(), DurableStep::ProveText);
     QVERIFY2(result.message().contains("the value of \"key\" does not come back"), qPrintable(result.message()));
     QCOMPARE(contentOf(path("a.ini")), QByteArray("[General]\nold=1\n"));
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a.ini"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a.ini"});
 }
 
 void TestDurableSettings::a_removed_key_is_gone_and_the_others_stay() {
-    QVERIFY(put(path("a.ini"), "[A]\nx=1\ny=2\n\n[B]\nz=3\n"));
+    putContent(path("a.ini"), "[A]\nx=1\ny=2\n\n[B]\nz=3\n");
     QVERIFY(changeSettingsDurably(path("a.ini"), [](QSettings& settings) { settings.remove("A/x"); }));
     QCOMPARE(contentOf(path("a.ini")), QByteArray("[A]\ny=2\n\n[B]\nz=3\n"));
     QVERIFY(changeSettingsDurably(path("a.ini"), [](QSettings& settings) { settings.clear(); }));
@@ -210,7 +182,7 @@ void TestDurableSettings::an_array_is_written_in_one_save() {
 
 void TestDurableSettings::a_codec_keeps_text_that_others_read() {
     QTextCodec* const utf8 = QTextCodec::codecForName("UTF-8");
-    QVERIFY(put(path("IOName.ini"), QStringLiteral("[Input]\nIn0=运行\n").toUtf8()));
+    putContent(path("IOName.ini"), QStringLiteral("[Input]\nIn0=运行\n").toUtf8());
     QVERIFY(writeSettingDurably(path("IOName.ini"), "Input/In1", QStringLiteral("急停"), utf8));
     QCOMPARE(QString::fromUtf8(contentOf(path("IOName.ini"))), QStringLiteral("[Input]\nIn0=运行\nIn1=急停\n"));
     QCOMPARE(readSetting(path("IOName.ini"), "Input/In0", "", utf8).toString(), QStringLiteral("运行"));
@@ -218,7 +190,7 @@ void TestDurableSettings::a_codec_keeps_text_that_others_read() {
 
 void TestDurableSettings::unreadable_lines_are_kept_in_a_copy() {
     const QByteArray torn("[General]\nMarkCnt=5\nOther=7\nMarkC");
-    QVERIFY(put(path("Marking.ini"), torn));
+    putContent(path("Marking.ini"), torn);
     const DurableResult result = writeSettingDurably(path("Marking.ini"), "MarkCnt", 6);
     QVERIFY2(result.ok(), qPrintable(result.message()));
     QCOMPARE(contentOf(path("Marking.ini")), QByteArray("[General]\nMarkCnt=6\nOther=7\n"));
@@ -314,22 +286,22 @@ void TestDurableSettings::an_edit_may_read_other_settings() {
 
 void TestDurableSettings::a_missing_key_or_file_gives_the_fallback() {
     QCOMPARE(readSetting(path("none.ini"), "MarkCnt", 5).toInt(), 5);
-    QVERIFY(put(path("a.ini"), "[General]\nx=1\n"));
+    putContent(path("a.ini"), "[General]\nx=1\n");
     QCOMPARE(readSetting(path("a.ini"), "MarkCnt", 6).toInt(), 6);
     QVERIFY(!readSetting(path("a.ini"), "MarkCnt").isValid());
 }
 
 void TestDurableSettings::reading_creates_nothing() {
     readSetting(path("sub/none.ini"), "MarkCnt", 5);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList());
+    QCOMPARE(everythingIn(directory()), QStringList());
 }
 
 void TestDurableSettings::a_directory_in_the_place_of_the_file_is_reported() {
-    QVERIFY(QDir(m_directory->path()).mkdir("a.ini"));
+    QVERIFY(QDir(directory()).mkdir("a.ini"));
     const DurableResult result = writeSettingDurably(path("a.ini"), "x", 1);
     QVERIFY(!result);
     QCOMPARE(result.error(), EISDIR);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a.ini"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a.ini"});
 }
 
 void TestDurableSettings::an_empty_path_is_refused() {
@@ -347,11 +319,11 @@ void TestDurableSettings::a_torn_lock_file_of_a_killed_writer_blocks_nobody_data
 
 void TestDurableSettings::a_torn_lock_file_of_a_killed_writer_blocks_nobody() {
     QFETCH(QByteArray, content);
-    QVERIFY(put(path("a.ini.lock"), content));
+    putContent(path("a.ini.lock"), content);
     const DurableResult result = writeSettingDurably(path("a.ini"), "n", 7);
     QVERIFY2(result.ok(), qPrintable(result.message()));
     QCOMPARE(readSetting(path("a.ini"), "n").toInt(), 7);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a.ini"});
+    QCOMPARE(everythingIn(directory()), QStringList{"a.ini"});
 }
 
 /// Whether a save of n = 2 is still waiting after the time in which it would have taken a torn lock away. Then
@@ -371,7 +343,7 @@ bool TestDurableSettings::saveWaitsUntil(const std::function<void()>& release) {
 }
 
 void TestDurableSettings::a_torn_lock_file_that_is_being_filled_is_left_alone() {
-    QVERIFY(put(path("a.ini.lock"), QByteArray()));
+    putContent(path("a.ini.lock"), QByteArray());
     const int descriptor = ::open(QFile::encodeName(path("a.ini.lock")).constData(), O_RDWR | O_CLOEXEC);
     QCOMPARE(::flock(descriptor, LOCK_EX | LOCK_NB), 0);
     QVERIFY(saveWaitsUntil([descriptor] { ::close(descriptor); }));
@@ -386,7 +358,7 @@ void TestDurableSettings::a_lock_that_is_being_given_up_is_left_alone() {
         content = contentOf(path("a.ini.lock"));
     }
     QVERIFY(content.startsWith(QByteArray::number(QCoreApplication::applicationPid()) + '\n'));
-    QVERIFY(put(path("a.ini.lock"), content));
+    putContent(path("a.ini.lock"), content);
     QVERIFY(saveWaitsUntil([this] { QFile::remove(path("a.ini.lock")); }));
 }
 

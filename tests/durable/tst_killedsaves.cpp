@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "scratchtest.h"
 #include "support/durablesettings.h"
 #include "support/orphansweep.h"
 #include "support/settingscopy.h"
@@ -17,11 +18,6 @@ constexpr int longestLife = 25; // ms of saving before the kill
 
 int numberOfKills() {
     return qMax(50, qEnvironmentVariableIntValue("TESSERA_KILLS"));
-}
-
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<no file>");
 }
 
 QStringList temporariesIn(const QString& directory) {

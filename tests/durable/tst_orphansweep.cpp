@@ -78,12 +78,10 @@ QByteArray otherBoot() {
 
 } // namespace
 
-class TestOrphanSweep : public QObject {
+class TestOrphanSweep : public ScratchTest {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
     void a_name_tells_its_maker();
     void a_child_makes_names_of_its_own();
     void names_are_all_different_and_fit_data();
@@ -104,23 +102,12 @@ private slots:
     void saves_go_on_during_a_sweep();
 
 private:
-    QString path(const QString& name) const { return m_directory->filePath(name); }
-    QString path(const QByteArray& name) const { return m_directory->filePath(QFile::decodeName(name)); }
+    using ScratchTest::path;
+    QString path(const QByteArray& name) const { return path(QFile::decodeName(name)); }
 
     /// A sweep also takes the settings copies of any process that is gone, those of other tests too.
-    QStringList removedHere(const SweepReport& report) const { return report.removed.filter(m_directory->path()); }
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    QStringList removedHere(const SweepReport& report) const { return report.removed.filter(directory()); }
 };
-
-void TestOrphanSweep::init() {
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-void TestOrphanSweep::cleanup() {
-    m_directory.reset();
-}
 
 void TestOrphanSweep::a_name_tells_its_maker() {
     const QByteArray name = makeTemporaryName("标刻.ini");
@@ -188,7 +175,7 @@ void TestOrphanSweep::foreign_names_are_not_taken_for_ours() {
     QVERIFY(!parseTemporaryName(name, owner));
     QCOMPARE(owner.processId, qint64(0));
     putContent(path(name), "foreign");
-    sweepOrphanedTemporaries(m_directory->path());
+    sweepOrphanedTemporaries(directory());
     QVERIFY(QFile::exists(path(name)));
 }
 
@@ -197,46 +184,46 @@ void TestOrphanSweep::temporaries_of_killed_processes_go_and_those_of_living_sta
     const Maker living("a.ini");
     putContent(path(killed.name()), "half");
     putContent(path(living.name()), "half");
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())), QStringList());
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())), QStringList());
     killed.kill();
-    const SweepReport report = sweepOrphanedTemporaries(m_directory->path());
+    const SweepReport report = sweepOrphanedTemporaries(directory());
     QCOMPARE(removedHere(report), QStringList{path(killed.name())});
-    QCOMPARE(report.failures.filter(m_directory->path()), QStringList());
+    QCOMPARE(report.failures.filter(directory()), QStringList());
     QVERIFY(!report.bounded);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{QFile::decodeName(living.name())});
+    QCOMPARE(everythingIn(directory()), QStringList{QFile::decodeName(living.name())});
 }
 
 void TestOrphanSweep::a_temporary_of_an_earlier_boot_goes_even_if_its_number_lives() {
     const TemporaryOwner self = currentTemporaryOwner();
     putContent(path(nameOf(otherBoot(), self.processId, self.startTime)), "half");
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())).size(), 1);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList());
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())).size(), 1);
+    QCOMPARE(everythingIn(directory()), QStringList());
 }
 
 void TestOrphanSweep::a_temporary_of_an_earlier_process_with_a_living_number_goes() {
     const TemporaryOwner self = currentTemporaryOwner();
     putContent(path(nameOf(self.boot, self.processId, self.startTime + 1)), "half");
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())).size(), 1);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList());
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())).size(), 1);
+    QCOMPARE(everythingIn(directory()), QStringList());
 }
 
 void TestOrphanSweep::our_own_temporaries_stay() {
     const QByteArray name = makeTemporaryName("a.ini");
     putContent(path(name), "being written");
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())), QStringList());
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())), QStringList());
     QVERIFY(QFile::exists(path(name)));
 }
 
 void TestOrphanSweep::all_levels_are_swept_and_other_files_stay() {
     const QByteArray name = nameOf(otherBoot(), 1, 1);
-    QVERIFY(QDir(m_directory->path()).mkpath("ini/ManualCarlib/.hidden"));
+    QVERIFY(QDir(directory()).mkpath("ini/ManualCarlib/.hidden"));
     QStringList temporaries;
     for (const char* folder : {"", "ini/", "ini/ManualCarlib/", "ini/ManualCarlib/.hidden/"}) {
         temporaries.append(path(folder + name));
         putContent(temporaries.last(), "half");
         putContent(path(folder + QByteArray("Marking.ini")), "kept");
     }
-    SweepReport report = sweepOrphanedTemporaries(m_directory->path());
+    SweepReport report = sweepOrphanedTemporaries(directory());
     report.removed.sort();
     temporaries.sort();
     QCOMPARE(removedHere(report), temporaries);
@@ -251,21 +238,21 @@ void TestOrphanSweep::links_are_not_followed() {
     putContent(outside, "outside");
     QVERIFY(QFile::link(elsewhere.path(), path(QByteArray("linked"))));
     QVERIFY(QFile::link(outside, path(name)));
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())), QStringList());
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())), QStringList());
     QCOMPARE(contentOf(outside), QByteArray("outside"));
     QVERIFY(QFileInfo(path(name)).isSymLink());
 }
 
 void TestOrphanSweep::a_directory_with_such_a_name_stays() {
     const QByteArray name = nameOf(otherBoot(), 1, 1);
-    QVERIFY(QDir(m_directory->path()).mkdir(QFile::decodeName(name)));
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())), QStringList());
+    QVERIFY(QDir(directory()).mkdir(QFile::decodeName(name)));
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())), QStringList());
     QVERIFY(QFileInfo(path(name)).isDir());
 }
 
 void TestOrphanSweep::the_depth_is_bounded() {
     const QByteArray name = nameOf(otherBoot(), 1, 1);
-    QString folder = m_directory->path();
+    QString folder = directory();
     QStringList temporaries;
     for (int level = 1; level <= 18; ++level) {
         temporaries.append(folder + "/" + QFile::decodeName(name));
@@ -274,7 +261,7 @@ void TestOrphanSweep::the_depth_is_bounded() {
     }
     for (const QString& temporary : temporaries)
         putContent(temporary, "half");
-    const SweepReport report = sweepOrphanedTemporaries(m_directory->path());
+    const SweepReport report = sweepOrphanedTemporaries(directory());
     QVERIFY(report.bounded);
     QCOMPARE(removedHere(report).size(), 16);
     QVERIFY(QFile::exists(temporaries.at(16)));
@@ -282,7 +269,7 @@ void TestOrphanSweep::the_depth_is_bounded() {
 
 void TestOrphanSweep::a_missing_root_is_told() {
     const SweepReport report = sweepOrphanedTemporaries(path(QByteArray("none")));
-    QCOMPARE(report.failures.filter(m_directory->path()),
+    QCOMPARE(report.failures.filter(directory()),
              QStringList{path(QByteArray("none")) + ": No such file or directory"});
     QCOMPARE(removedHere(report), QStringList());
 }
@@ -296,7 +283,7 @@ void TestOrphanSweep::private_settings_copies_of_killed_processes_go() {
         putContent(base.filePath(QFile::decodeName(name)) + "/copy1.ini", "[General]\n");
     }
     killed.kill();
-    const SweepReport report = sweepOrphanedTemporaries(m_directory->path());
+    const SweepReport report = sweepOrphanedTemporaries(directory());
     const bool livingStays = base.exists(QFile::decodeName(living.name()));
     QVERIFY(QDir(base.filePath(QFile::decodeName(living.name()))).removeRecursively());
     QVERIFY(report.removed.contains(base.filePath(QFile::decodeName(killed.name()))));
@@ -306,10 +293,9 @@ void TestOrphanSweep::private_settings_copies_of_killed_processes_go() {
 
 void TestOrphanSweep::a_temporary_that_could_not_be_removed_goes_at_the_next_start() {
     putContent(path(QByteArray("a.ini")), "old");
-    const QByteArray directory = QFile::encodeName(m_directory->path());
     const pid_t child = ::fork();
     if (child == 0) {
-        const FaultPlan plan = {directory.constData(), FaultFsync | FaultUnlink, 1, EIO, FaultFails, true};
+        const FaultPlan plan = {nativeDirectory().constData(), FaultFsync | FaultUnlink, 1, EIO, FaultFails, true};
         faultio_arm(&plan);
         const tessera::DurableResult result = tessera::writeFileDurably(path(QByteArray("a.ini")), "new");
         ::_exit(result.step() == tessera::DurableStep::SyncFile ? 0 : 1);
@@ -317,9 +303,9 @@ void TestOrphanSweep::a_temporary_that_could_not_be_removed_goes_at_the_next_sta
     int status = 0;
     QCOMPARE(::waitpid(child, &status, 0), child);
     QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    QCOMPARE(everythingIn(m_directory->path()).size(), 2);
-    QCOMPARE(removedHere(sweepOrphanedTemporaries(m_directory->path())).size(), 1);
-    QCOMPARE(everythingIn(m_directory->path()), QStringList{"a.ini"});
+    QCOMPARE(everythingIn(directory()).size(), 2);
+    QCOMPARE(removedHere(sweepOrphanedTemporaries(directory())).size(), 1);
+    QCOMPARE(everythingIn(directory()), QStringList{"a.ini"});
     QCOMPARE(contentOf(path(QByteArray("a.ini"))), QByteArray("old"));
 }
 
@@ -336,8 +322,8 @@ void TestOrphanSweep::saves_go_on_during_a_sweep() {
     });
     QStringList removed;
     while (saves < 30) {
-        const SweepReport report = sweepOrphanedTemporaries(m_directory->path());
-        removed += removedHere(report) + report.failures.filter(m_directory->path());
+        const SweepReport report = sweepOrphanedTemporaries(directory());
+        removed += removedHere(report) + report.failures.filter(directory());
     }
     stop = true;
     saver.join();
