@@ -6,7 +6,7 @@
 #include "engine/movecardmanager.h"
 #include "engine/rundatagather.h"
 #include "support/approot.h"
-#include "tests/shell/windowfixture.h"
+#include "tests/shell/windowcase.h"
 
 #include <QAction>
 #include <QDir>
@@ -51,7 +51,7 @@ public:
 } // namespace
 
 /// The main window from its construction to its end.
-class MainWindowTest : public QObject {
+class MainWindowTest : public QObject, private WindowCase {
     Q_OBJECT
 
 private slots:
@@ -83,32 +83,19 @@ private slots:
     void mirror_point_reaches_the_signal();
     void axes_are_homed_at_start_when_set();
     void exit_with_a_document_keeps_the_recent_file();
-
-private:
-    TemporaryRoot m_Root;
-    std::unique_ptr<RunningWindow> m_Window;
-    MainWindow& window() { return **m_Window; }
-    void start(bool show = true) {
-        m_Window.reset();
-        m_Window = std::make_unique<RunningWindow>(show);
-    }
-    QLabel* label(char const* name) { return m_Window->child<QLabel>(name); }
-    QAction* action(char const* name) { return m_Window->child<QAction>(name); }
 };
 
 void MainWindowTest::initTestCase() {
-    QVERIFY(m_Root.isValid());
+    QVERIFY(hasRoot());
 }
 
 void MainWindowTest::init() {
-    resetMachine();
-    machine().setHardwareBits(0);
+    beginCase();
 }
 
 void MainWindowTest::cleanup() {
-    m_Window.reset();
+    endCase();
     Class_CardPara::Instance()->HomeAtStart = false;
-    QDir(tessera::rootPath(QStringLiteral("/MarkFile"))).removeRecursively();
 }
 
 /// First in this file: no card object exists in this process yet. Then once more with the card of a former window.

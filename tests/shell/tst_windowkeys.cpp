@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "support/approot.h"
-#include "tests/shell/windowfixture.h"
+#include "tests/shell/windowcase.h"
 
 #include <QDir>
 #include <QKeyEvent>
@@ -15,7 +15,7 @@ constexpr int kKeyRounds = 200;
 } // namespace
 
 /// Function and direction keys of the main window.
-class WindowKeysTest : public QObject {
+class WindowKeysTest : public QObject, private WindowCase {
     Q_OBJECT
 
 private slots:
@@ -33,13 +33,6 @@ private slots:
     void two_quick_direction_keys_queue_one();
 
 private:
-    TemporaryRoot m_Root;
-    std::unique_ptr<RunningWindow> m_Window;
-    MainWindow& window() { return **m_Window; }
-    void start(bool show = true) {
-        m_Window.reset();
-        m_Window = std::make_unique<RunningWindow>(show);
-    }
     /// As a document view hands a key on.
     bool pressByName(int key) {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
@@ -59,16 +52,15 @@ private:
 };
 
 void WindowKeysTest::initTestCase() {
-    QVERIFY(m_Root.isValid());
+    QVERIFY(hasRoot());
 }
 
 void WindowKeysTest::init() {
-    resetMachine();
+    beginCase();
 }
 
 void WindowKeysTest::cleanup() {
-    m_Window.reset();
-    QDir(tessera::rootPath(QStringLiteral("/MarkFile"))).removeRecursively();
+    endCase();
 }
 
 void WindowKeysTest::function_keys_without_a_dialog_open_it() {

@@ -4,7 +4,7 @@
 #include "shell/rightpanel.h"
 #include "shell/windowgeometry.h"
 #include "support/approot.h"
-#include "tests/shell/windowfixture.h"
+#include "tests/shell/windowcase.h"
 
 #include <QAction>
 #include <QDir>
@@ -45,7 +45,7 @@ int pixelsOf(QWidget* widget, QColor const& colour) {
 } // namespace
 
 /// What the main window shows and hides.
-class WindowLookTest : public QObject {
+class WindowLookTest : public QObject, private WindowCase {
     Q_OBJECT
 
 private slots:
@@ -73,31 +73,18 @@ private slots:
     void right_panel_has_room_once_it_has_a_page();
     void dialogs_have_a_frame_of_one_pixel();
     void menu_entries_follow_their_settings();
-
-private:
-    TemporaryRoot m_Root;
-    std::unique_ptr<RunningWindow> m_Window;
-    MainWindow& window() { return **m_Window; }
-    void start(bool show = true) {
-        m_Window.reset();
-        m_Window = std::make_unique<RunningWindow>(show);
-    }
-    QLabel* label(char const* name) { return m_Window->child<QLabel>(name); }
-    QAction* action(char const* name) { return m_Window->child<QAction>(name); }
 };
 
 void WindowLookTest::initTestCase() {
-    QVERIFY(m_Root.isValid());
+    QVERIFY(hasRoot());
 }
 
 void WindowLookTest::init() {
-    resetMachine();
-    machine().setHardwareBits(0);
+    beginCase();
 }
 
 void WindowLookTest::cleanup() {
-    m_Window.reset();
-    QDir(tessera::rootPath(QStringLiteral("/MarkFile"))).removeRecursively();
+    endCase();
 }
 
 void WindowLookTest::window_is_made_as_told() {
