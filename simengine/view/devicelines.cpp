@@ -72,11 +72,9 @@ void DeviceLines::finishRun() {
     points[last] = begin;
 }
 
-void DeviceLines::addWhole(const QPolygonF& mm) {
-    const int count = mm.size();
+void DeviceLines::addWhole(const QPointF* points, int count) {
     if (count < 2)
         return;
-    const QPointF* points = mm.constData();
     // Room for all, given back below: a million checks of the capacity would show.
     m_points.resize(m_points.size() + static_cast<std::size_t>(count));
     QPointF* begin = m_points.data() + m_runStart;
@@ -100,11 +98,9 @@ void DeviceLines::addWhole(const QPolygonF& mm) {
     endRun();
 }
 
-void DeviceLines::add(const QPolygonF& mm) {
-    const int count = mm.size();
+void DeviceLines::add(const QPointF* points, int count) {
     if (count < 2)
         return;
-    const QPointF* points = mm.constData();
     double lastX = pixelX(points[0]);
     double lastY = pixelY(points[0]);
     bool open = false; // the run's last point is (lastX, lastY)

@@ -26,9 +26,11 @@ public:
     DeviceLines(const QTransform& toPixel, const QRectF& bounds);
 
     /// Appends the visible runs of one polyline. A single point gives nothing.
-    void add(const QPolygonF& mm);
+    void add(const QPolygonF& mm) { add(mm.constData(), mm.size()); }
+    void add(const QPointF* points, int count);
     /// The same for a polyline whose bounds lie inside the viewport altogether.
-    void addWhole(const QPolygonF& mm);
+    void addWhole(const QPolygonF& mm) { addWhole(mm.constData(), mm.size()); }
+    void addWhole(const QPointF* points, int count);
 
     /// Pixel rectangle within which lines are kept.
     const QRectF& bounds() const { return m_bounds; }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/scenecache.h"
 
-#include <cmath>
+#include <algorithm>
 #include <unordered_set>
 
 namespace sim {
@@ -42,9 +42,9 @@ double SceneCache::toleranceAt(double pixelsPerMm) {
     constexpr double kCoarsest = 0.1;
     const double wanted = 0.3 / pixelsPerMm;
     double tolerance = kCoarsest;
-    while (tolerance > wanted && tolerance > 1e-7)
+    while (tolerance > wanted && tolerance > kFlatteningTolerance)
         tolerance /= 4.0;
-    return tolerance;
+    return std::max(tolerance, kFlatteningTolerance);
 }
 
 } // namespace sim

@@ -22,7 +22,8 @@ public:
     int itemCount() const { return static_cast<int>(m_items.size()); }
 
     /// Distance in mm between a curve and its polyline at a scale: less than a third of a pixel, in steps of 4, so that
-    /// small changes of the scale use the same polylines, and never coarser than a tenth of a millimetre.
+    /// small changes of the scale use the same polylines, never coarser than a tenth of a millimetre and never finer
+    /// than a job's: close by, the polylines are those that are marked.
     static double toleranceAt(double pixelsPerMm);
 
 private:

@@ -5,6 +5,9 @@ namespace sim {
 
 namespace {
 
+/// About so many lines of a fill are drawn when a hatch is to be shown in the simple way.
+constexpr std::size_t kSimpleHatchLines = 100;
+
 bool isCurved(const Shape& shape) {
     switch (kindOf(shape)) {
     case ObjectKind::Circle:
@@ -22,17 +25,22 @@ bool isCurved(const Shape& shape) {
 SceneItem::SceneItem(ObjectPtr object, double tolerance)
     : m_object(std::move(object))
     , m_tolerance(tolerance) {
-    collect(*m_object, QTransform(), true);
+    collect(*m_object, QTransform(), 0.0, true);
 }
 
-void SceneItem::collect(const MarkObject& object, const QTransform& outer, bool works) {
+void SceneItem::collect(const MarkObject& object, const QTransform& outer, double turn, bool works) {
     const QTransform placed = object.transform() * outer;
     works = works && object.works();
     if (const auto* group = std::get_if<GroupShape>(&object.shape())) {
         for (const ObjectPtr& child : group->children)
-            collect(*child, placed, works);
+            collect(*child, placed, turn + object.angle(), works);
         return;
     }
+    collectOutline(object, placed, works && object.data().hatch.enableEdge);
+    collectHatch(object, outer, turn, works);
+}
+
+void SceneItem::collectOutline(const MarkObject& object, const QTransform& placed, bool works) {
     SceneLeaf leaf;
     leaf.pen = object.pen();
     leaf.works = works;
@@ -51,6 +59,22 @@ void SceneItem::collect(const MarkObject& object, const QTransform& outer, bool 
     }
     leaf.lines.resize(kept);
     m_leaves.push_back(std::move(leaf));
+}
+
+void SceneItem::collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works) {
+    const auto hatch = object.hatch(outer, turn);
+    if (!hatch)
+        return;
+    for (const HatchPart& part : *hatch) {
+        SceneLeaf leaf;
+        leaf.pen = part.pen;
+        leaf.works = works;
+        leaf.hatch = std::shared_ptr<const PackedLines>(hatch, &part.lines);
+        if (object.data().hatch.showSimple)
+            leaf.hatchStep = 1 + part.lines.count() / kSimpleHatchLines;
+        m_vertices += qint64(part.lines.pointCount() / leaf.hatchStep);
+        m_leaves.push_back(std::move(leaf));
+    }
 }
 
 } // namespace sim

@@ -8,12 +8,17 @@ namespace sim {
 /// A part of an object as it is drawn: polylines of one pen.
 struct SceneLeaf {
     std::vector<FlatLine> lines;
+    /// Hatch, in a leaf of its own without `lines`; null elsewhere. Of its lines every `hatchStep`th is drawn.
+    std::shared_ptr<const PackedLines> hatch;
+    std::size_t hatchStep = 1;
     std::vector<QPointF> places; ///< mark points
     int pen = 0;
-    bool works = true;
+    bool works = true; ///< is marked
 };
 
-/// What the view keeps of one object: its polylines in mm, fine enough for the scale that they were made for.
+/// What the view keeps of one object: its polylines in mm, fine enough for the scale that they were made for, and its
+/// hatch as it is marked. An outline that the hatch settings leave out is there as one that is not marked, so that the
+/// object can be seen.
 class SceneItem {
 public:
     SceneItem(ObjectPtr object, double tolerance);
@@ -26,7 +31,9 @@ public:
     bool isFineEnough(double tolerance) const { return !m_curved || m_tolerance <= tolerance; }
 
 private:
-    void collect(const MarkObject& object, const QTransform& outer, bool works);
+    void collect(const MarkObject& object, const QTransform& outer, double turn, bool works);
+    void collectOutline(const MarkObject& object, const QTransform& placed, bool works);
+    void collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works);
 
     ObjectPtr m_object;
     double m_tolerance;

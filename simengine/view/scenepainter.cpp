@@ -75,11 +75,23 @@ private:
                 bucket.specks.append(*speck);
             return;
         }
+        if (leaf.hatch)
+            addHatch(*leaf.hatch, leaf.hatchStep, whole, bucket.lines);
         for (const FlatLine& line : leaf.lines) {
             if (whole)
                 bucket.lines.addWhole(line.points);
             else
                 bucket.lines.add(line.points);
+        }
+    }
+
+    static void addHatch(const PackedLines& hatch, std::size_t step, bool whole, DeviceLines& lines) {
+        for (std::size_t i = 0; i < hatch.count(); i += step) {
+            const int count = static_cast<int>(hatch.end(i) - hatch.begin(i));
+            if (whole)
+                lines.addWhole(hatch.begin(i), count);
+            else
+                lines.add(hatch.begin(i), count);
         }
     }
 

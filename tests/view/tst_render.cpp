@@ -124,13 +124,14 @@ private slots:
         QCOMPARE(f.canvas().scene().itemCount(), 1);
     }
 
-    void curves_stay_fine_when_zoomed_in() {
+    void close_by_a_curve_is_drawn_as_it_is_marked() {
         ViewFixture f;
         setPen(f, 0, QColor(0, 0, 0));
         f.addCircle(0, 0, 30);
         picture(f);
-        const double angle = 0.7;
-        const QPointF edge(30 * std::cos(angle), 30 * std::sin(angle));
+        const QPolygonF marked = f.state()->at(0)->flattened().front().points;
+        const int corner = marked.size() / 9;
+        const QPointF edge = (marked[corner] + marked[corner + 1]) / 2.0;
         ViewTransform transform = f.canvas().viewTransform();
         transform.setCenter(edge);
         transform.zoomAbout({400, 300}, 10000.0 / transform.scale());
