@@ -30,8 +30,11 @@ int ItemAccess::columns() const {
 }
 
 QString ItemAccess::text(int row, int column) const {
-    if (m_view)
-        return m_view->model()->index(row, column, m_view->rootIndex()).data(Qt::DisplayRole).toString();
+    if (m_view) {
+        QModelIndex const index = m_view->model()->index(row, column, m_view->rootIndex());
+        QString const shown = index.data(Qt::DisplayRole).toString();
+        return shown.isEmpty() ? index.data(Qt::AccessibleTextRole).toString() : shown;
+    }
     return m_combo ? m_combo->itemText(row) : m_tabs->tabText(row);
 }
 

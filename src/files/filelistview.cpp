@@ -69,7 +69,14 @@ void FileListView::InsertItem(int row, QString const& name) {
     item->setSizeHint(kItemSize);
     m_pList->insertItem(row, item);
     m_pList->setItemWidget(item, new MFileButton(this, name));
+    SetRowName(row, name);
     m_pList->updateGeometry();
+}
+
+/// The item draws no text of its own, yet tells its name to whoever reads the list without seeing it.
+void FileListView::SetRowName(int row, QString const& name) {
+    m_pList->item(row)->setData(Qt::AccessibleTextRole, name);
+    Button(row)->SetFileName(name);
 }
 
 void FileListView::AddItem(QString const& name) {
@@ -97,7 +104,7 @@ void FileListView::SetActive(int index) {
 void FileListView::ChangeFileName(QString const& old, QString const& now) {
     const int row = RowOf(old);
     if (row >= 0)
-        Button(row)->SetFileName(now);
+        SetRowName(row, now);
 }
 
 void FileListView::CloseFile(QString const& name, bool ask) {

@@ -53,6 +53,7 @@ private:
     MFileButton* Button(int row) const;
     int RowOf(QString const& name) const;
     void InsertItem(int row, QString const& name);
+    void SetRowName(int row, QString const& name);
 
     std::unique_ptr<Ui_FileListView> ui;
     FileListWidget* m_pList;

@@ -225,6 +225,8 @@ void FileListTest::a_rename_finds_the_first_row() {
     m_View->ChangeFileName(QStringLiteral("a"), QStringLiteral("b"));
     QCOMPARE(names(), (QStringList{"x", "b", "a"}));
     QCOMPARE(label(1)->text(), QStringLiteral(" b"));
+    QCOMPARE(list()->item(1)->data(Qt::AccessibleTextRole).toString(), QStringLiteral("b"));
+    QCOMPARE(list()->item(1)->text(), QString());
 }
 
 void FileListTest::a_rename_of_an_unknown_name_does_nothing() {
