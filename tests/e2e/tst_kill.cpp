@@ -3,6 +3,7 @@
 #include "engine/layerdata.h"
 #include "engine/qrulerview.h"
 #include "tests/support/temporaryroot.h"
+#include "tests/support/timeoutscale.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -10,8 +11,11 @@
 #include <QRandomGenerator>
 #include <QThread>
 #include <QtTest>
+#include <algorithm>
 
 namespace {
+
+constexpr int kLongestKill = 2000; // ms: two starts of the program on a busy machine
 
 /// Kills of one run of this test; the long form is asked for by TESSERA_KILLS=1000.
 int kills() {
@@ -53,6 +57,14 @@ bool isWhole(QString const& path) {
 class TestKill : public QObject {
     Q_OBJECT
 
+public:
+    /// Qt Test gives a function five minutes, which many kills exceed.
+    static void initMain() {
+        int const limit = tests::scaled(std::max(300000, kills() * kLongestKill));
+        qputenv("QTEST_FUNCTION_TIMEOUT", QByteArray::number(limit));
+    }
+
+private:
     tests::TemporaryRoot m_ownRoot;
     QRandomGenerator m_random{20240229};
 

@@ -48,6 +48,7 @@ private slots:
     void a_stop_of_the_triggered_run_goes_idle();
     void a_restart_before_the_end_was_told_is_not_stopped();
     void run_time_is_shown_every_51_ms_and_after_a_resume_every_91();
+    void a_pass_that_ended_before_its_start_was_handled_took_no_time();
     void the_run_time_can_be_renewed_by_the_debugger();
     void a_view_renews_a_running_preview_by_name();
     void closing_a_document_that_is_marked_ends_the_run();
@@ -423,6 +424,21 @@ void FormMarkingTest::run_time_is_shown_every_51_ms_and_after_a_resume_every_91(
     dialog().StopMark();
     QTRY_VERIFY(idle());
     QVERIFY(!timer->isActive());
+}
+
+/// The time of its end is the worker's; a short pass is over before the message of its start reaches the dialog.
+void FormMarkingTest::a_pass_that_ended_before_its_start_was_handled_took_no_time() {
+    const auto shown = [this] { return part<QLabel>("labelRunTime")->text(); };
+    const auto pass = [this](int ms) {
+        const bool started = QMetaObject::invokeMethod(&dialog(), "OnMarkStart", Qt::DirectConnection);
+        return started && QMetaObject::invokeMethod(&dialog(), "OnMarkFinish", Qt::DirectConnection, Q_ARG(bool, true),
+                                                    Q_ARG(QDateTime, QDateTime::currentDateTime().addMSecs(ms)));
+    };
+    QVERIFY(pass(5000));
+    QVERIFY(shown().toLongLong() >= 5000);
+    QVERIFY(pass(-3));
+    QCOMPARE(shown(), QStringLiteral("0"));
+    QVERIFY(QMetaObject::invokeMethod(&dialog(), "OnMarkFinishUI", Qt::DirectConnection));
 }
 
 void FormMarkingTest::the_run_time_can_be_renewed_by_the_debugger() {
