@@ -80,7 +80,7 @@ int editDistance(QString const& a, QString const& b, int most) {
     return row.last();
 }
 
-/// Full paths of the objects whose names come nearest to `wanted`, the nearest first.
+/// Full paths of the objects whose names come nearest to `wanted`, the nearest first; none when none comes near.
 QStringList similar(QString const& wanted, QVector<QObject*> const& all) {
     struct Near {
         int distance;
@@ -104,6 +104,18 @@ QStringList similar(QString const& wanted, QVector<QObject*> const& all) {
     for (int i = 0; i < near.size() && i < kMostSimilar; ++i)
         paths.append(ObjectFinder::fullPath(near.at(i).object));
     return paths;
+}
+
+/// What an unknown object is answered with: where to look is told even when no name comes near.
+ObjectFinder::Found unknown(QString const& wanted, QVector<QObject*> const& all, QVector<QObject*> const& roots) {
+    ObjectFinder::Found found;
+    found.candidates = similar(wanted, all);
+    for (int i = 0; found.candidates.size() < kMostSimilar && i < roots.size(); ++i) {
+        QString const path = ObjectFinder::fullPath(roots.at(i));
+        if (!found.candidates.contains(path))
+            found.candidates.append(path);
+    }
+    return found;
 }
 
 ObjectFinder::Found oneOf(QVector<QObject*> const& matches) {
@@ -150,10 +162,10 @@ ObjectFinder::Found ObjectFinder::find(QString const& path) {
 
 ObjectFinder::Found ObjectFinder::find(QString const& path, QVector<QObject*> const& roots) {
     QStringList elements = path.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    if (elements.isEmpty())
-        return {};
-    QString const last = elements.takeLast();
     QVector<QObject*> const all = everything(roots);
+    if (elements.isEmpty())
+        return unknown(QString(), {}, roots);
+    QString const last = elements.takeLast();
     QVector<QObject*> exact;
     QVector<QObject*> byName;
     QVector<QObject*> byClass;
@@ -170,9 +182,7 @@ ObjectFinder::Found ObjectFinder::find(QString const& path, QVector<QObject*> co
         if (!matches->isEmpty())
             return oneOf(*matches);
     }
-    Found unknown;
-    unknown.candidates = similar(last, all);
-    return unknown;
+    return unknown(last, all, roots);
 }
 
 } // namespace tessera

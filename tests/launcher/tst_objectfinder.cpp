@@ -109,10 +109,13 @@ private slots:
         QVERIFY2(found.candidates.contains(listed), qPrintable(found.candidates.join(' ')));
     }
 
-    void name_longer_than_any_lists_nothing() {
-        ObjectFinder::Found const found = find(QString(1 << 20, QLatin1Char('x')));
-        QVERIFY(!found.object);
-        QVERIFY(found.candidates.isEmpty());
+    void name_near_to_none_lists_the_windows() {
+        for (QString const& name : {QStringLiteral("zzz"), QString(1 << 20, QLatin1Char('x')), QStringLiteral("/")}) {
+            ObjectFinder::Found const found = find(name);
+            QVERIFY(!found.object);
+            QVERIFY(!found.ambiguous);
+            QCOMPARE(found.candidates, QStringList("Main"));
+        }
     }
 
     void empty_paths_find_nothing() {
