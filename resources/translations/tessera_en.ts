@@ -322,6 +322,13 @@
     <message><source>从U盘导入</source><translation>Import from stick</translation></message>
     <message><source>文件名太长</source><translation>The file name is too long</translation></message>
     <message><source>文件名不能以点开头,也不能包含/等特殊字符</source><translation>A file name must not begin with a dot or contain / or other special characters</translation></message>
+    <message><source>以下文件导入失败:</source><translation>These files could not be imported:</translation></message>
+    <message><source>正在复制文件,请稍候</source><translation>Copying files, please wait</translation></message>
+    <message><source>正在备份,请稍候</source><translation>Writing the backup, please wait</translation></message>
+    <message><source>正在导入,请稍候</source><translation>Reading the backup, please wait</translation></message>
+    <message><source>导入失败</source><translation>The import failed</translation></message>
+    <message><source>打开的文档列表恢复失败</source><translation>The list of open documents could not be restored</translation></message>
+    <message><source>同时恢复打开的文档列表</source><translation>Also restore the list of open documents</translation></message>
     <!-- Box calibration -->
     <message><source>最大BOx校正区域</source><translation>Largest box field</translation></message>
     <message><source>中心偏移量X</source><translation>Centre offset X</translation></message>
@@ -722,6 +729,17 @@
     <message><source>备份失败</source><translation>Backup failed</translation></message>
     <message><source>请检查是否插了U盘</source><translation>Please check that a USB stick is plugged in</translation></message>
     <message><source>备份成功</source><translation>Backup succeeded</translation></message>
+    <message><source>有文件无法读取</source><translation>A file could not be read</translation></message>
+    <message><source>文件写入失败,请检查磁盘空间</source><translation>A file could not be written. Please check the space on the disk.</translation></message>
+    <message><source>磁盘空间不足</source><translation>There is not enough space on the disk</translation></message>
+    <message><source>文件已损坏或不是压缩包</source><translation>The file is damaged or is no zip archive</translation></message>
+    <message><source>压缩包内的数据已损坏</source><translation>The data in the archive are damaged</translation></message>
+    <message><source>压缩包内有不安全的文件名</source><translation>The archive holds an unsafe file name</translation></message>
+    <message><source>压缩包内有重复的文件名</source><translation>The archive holds a file name twice</translation></message>
+    <message><source>压缩包内有链接或特殊文件</source><translation>The archive holds a link or a special file</translation></message>
+    <message><source>压缩包已加密</source><translation>The archive is encrypted</translation></message>
+    <message><source>压缩包内的文件太多</source><translation>The archive holds too many files</translation></message>
+    <message><source>压缩包解压后超过可用空间</source><translation>Unpacked, the archive is larger than the free space</translation></message>
     <!-- Clock, housekeeping, display -->
     <message><source>时钟更新中</source><translation>Setting the clock</translation></message>
     <message><source>从网络更新时间失败,请检测网络连接</source><translation>The time could not be taken from the network. Please check the connection.</translation></message>

@@ -1,11 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "files/filemanager.h"
 
+#include "engine/filehelpers.h"
 #include "engine/languagemanager.h"
 #include "engine/marklog.h"
+#include "files/copymarkfile.h"
+#include "files/markfilebackup.h"
+#include "maintenance/archivetext.h"
+#include "maintenance/backupname.h"
 #include "maintenance/filenametext.h"
+#include "maintenance/notice.h"
+#include "maintenance/workprogress.h"
 #include "shell/mainwindow.h"
 #include "support/approot.h"
+#include "support/temporaryfolder.h"
 #include "ui_filemanager.h"
 
 #include <QDir>
@@ -139,8 +147,8 @@ void FileManager::AcceptTyped() {
     }
     if (m_Names.contains(name)) {
         const QString question = QStringLiteral("%1 \"%2\" %3").arg(text("打标文件"), name, text("已存在"));
-        if (QMessageBox::question(this, text("是否覆盖"), question, QMessageBox::Yes | QMessageBox::No) !=
-            QMessageBox::Yes)
+        if (tessera::ShowNotice(this, QMessageBox::Question, text("是否覆盖"), question,
+                                QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
             return;
     }
     m_FileName = name;
@@ -186,4 +194,77 @@ void FileManager::on_pushButtonDeleteSelectFile_clicked() {
     ::sync();
     m_Names.removeAt(row);
     delete ui->listWidget->takeItem(row);
+}
+
+void FileManager::ShowFault(char const* what, tessera::ArchiveResult const& result) {
+    char const* reason = tessera::ArchiveFaultKey(result.fault());
+    if (!reason)
+        return;
+    MarkLog::Instance()->ShowNote_Error(result.message());
+    tessera::ShowNotice(this, QMessageBox::Warning, text("错误"), text(what) + QLatin1Char('\n') + text(reason));
+}
+
+void FileManager::on_pushButtonBackUpSelectFile_clicked() {
+    const QString folder = tessera::StickBackupFolder();
+    if (folder.isEmpty()) {
+        QMessageBox::information(this, text("错误"), text("请先插入U盘,再备份"));
+        return;
+    }
+    const QString name = AskBackupName(folder, false).name;
+    if (name.isEmpty())
+        return;
+    tessera::ArchiveResult result;
+    WorkProgress progress(this, text("正在备份,请稍候"));
+    progress.Run([&](tessera::WorkControl& control) { result = tessera::WriteMarkFileBackup(folder, name, control); });
+    ShowFault("备份失败", result);
+}
+
+FileManager::BackupChoice FileManager::AskBackupName(QString const& folder, bool import) {
+    QSet<QString> names;
+    GetFileExtInPath(folder, QLatin1String(tessera::backupExtension), names);
+    BackUpName dialog(names, this, import);
+    if (dialog.exec() != Accepted)
+        return {};
+    return {dialog.FileName(), dialog.ImportConfigFile()};
+}
+
+void FileManager::on_pushButtonImportFile_clicked() {
+    const QString folder = tessera::StickBackupFolder();
+    if (folder.isEmpty()) {
+        QMessageBox::information(this, text("错误"), text("请先插入U盘,再备份"));
+        return;
+    }
+    const BackupChoice choice = AskBackupName(folder, true);
+    if (choice.name.isEmpty())
+        return;
+    const QString file = folder + QLatin1Char('/') + choice.name + QLatin1String(tessera::backupExtension);
+    if (!QFile::exists(file)) {
+        tessera::ShowNotice(this, QMessageBox::Information, text("错误"), text("选中的备份文件不存在:") + choice.name);
+        return;
+    }
+    Import(file, choice);
+}
+
+void FileManager::Import(QString const& file, BackupChoice const& choice) {
+    const tessera::TemporaryFolder work;
+    tessera::ArchiveResult result(tessera::ArchiveFault::NotWritten, work.path());
+    if (work.isValid()) {
+        WorkProgress progress(this, text("正在导入,请稍候"));
+        progress.Run([&](tessera::WorkControl& control) {
+            result = tessera::UnpackMarkFileBackup(file, work.path(), choice.name, control);
+        });
+    }
+    if (!result) {
+        ShowFault("导入失败", result);
+        return;
+    }
+    const QString unpacked = work.filePath(choice.name);
+    CopyMarkFile(unpacked, tessera::rootPath(QStringLiteral("/MarkFile")));
+    // After the documents: the lists never name one that is still to come.
+    if (choice.withLists && !tessera::ImportRecentLists(unpacked))
+        QMessageBox::warning(this, text("错误"), text("打开的文档列表恢复失败"));
+    ::sync();
+    if (MainWindow* window = MainWindow::Instance())
+        window->ResetFiles();
+    LoadFiles();
 }

@@ -9,6 +9,10 @@
 class QListWidgetItem;
 class Ui_FileManager;
 
+namespace tessera {
+class ArchiveResult;
+}
+
 /// What a FileManager is opened for. The values are fixed.
 enum FileManagerType { FileManagerNew = 0, FileManagerOpen = 1, FileManagerManage = 2, FileManagerSaveAs = 3 };
 
@@ -42,13 +46,24 @@ private slots:
     void on_listWidget_itemDoubleClicked(QListWidgetItem* item);
     void on_listWidget_currentRowChanged(int row);
     void on_pushButtonDeleteSelectFile_clicked();
+    void on_pushButtonBackUpSelectFile_clicked();
+    void on_pushButtonImportFile_clicked();
 
 private:
+    /// An empty name: the operator left the dialog.
+    struct BackupChoice {
+        QString name;
+        bool withLists = false;
+    };
+
     QString Folder() const;
     QString Extension() const;
     QString TypedName() const;
     void AcceptTyped();
     void AcceptSelected();
+    BackupChoice AskBackupName(QString const& folder, bool import);
+    void Import(QString const& file, BackupChoice const& choice);
+    void ShowFault(char const* what, tessera::ArchiveResult const& result);
 
     FileManagerType m_Mode;
     MarkFileType m_Kind;

@@ -225,6 +225,7 @@ private slots:
     void on_actionOpenTerminal_triggered();
     void on_action_ResolutionSet_triggered();
     void on_actionSetBackImage_triggered();
+    void on_actionFileManager_triggered();
     void on_actionChangeUser_triggered();
     void on_actionChangePassWord_triggered();
     void on_actionNewUser_triggered();

@@ -10,6 +10,7 @@
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/showdebuginfo.h"
+#include "files/filemanager.h"
 #include "run/form_marking.h"
 #include "shell/processwindow.h"
 #include "support/approot.h"
@@ -116,6 +117,13 @@ void MainWindow::on_actionSetBackImage_triggered() {
     const QString target = tessera::rootPath(QStringLiteral("/Res/background.png"));
     if (!CopyFile(file, target))
         MarkLog::Instance()->ShowNote_Error(target + QStringLiteral(": not written"));
+}
+
+void MainWindow::on_actionFileManager_triggered() {
+    if (!AuthorityManager::CanDeleteFile())
+        return;
+    FileManager dialog(this, FileManagerManage, MarkFileDocument);
+    dialog.exec();
 }
 
 void MainWindow::on_actionChangeUser_triggered() {

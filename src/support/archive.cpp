@@ -9,6 +9,8 @@
 namespace tessera {
 namespace {
 
+constexpr int longestEntryTold = 200; // characters
+
 const char* faultText(ArchiveFault fault) {
     switch (fault) {
     case ArchiveFault::None:
@@ -47,7 +49,15 @@ QString ArchiveResult::message() const {
     if (ok())
         return QString();
     const QString text = QStringLiteral("archive: ") + QLatin1String(faultText(m_fault));
-    return m_entry.isEmpty() ? text : text + QStringLiteral(": ") + m_entry;
+    if (m_entry.isEmpty())
+        return text;
+    // A stranger's name must not break the log into lines of its own.
+    QString entry = m_entry.left(longestEntryTold);
+    for (QChar& c : entry) {
+        if (!c.isPrint())
+            c = QLatin1Char('?');
+    }
+    return text + QStringLiteral(": ") + entry;
 }
 
 ArchiveLimits ArchiveLimits::forFolder(const QString& folder) {

@@ -454,6 +454,8 @@ void ArchiveTest::each_fault_has_a_message() {
     }
     QCOMPARE(messages.size(), int(ArchiveFault::TooLarge));
     QCOMPARE(ArchiveResult().message(), QString());
+    const QString message = ArchiveResult(ArchiveFault::BadName, "a\nb" + QString(1000, QLatin1Char('c'))).message();
+    QVERIFY(message.contains("a?b") && message.size() < 300);
 }
 
 void ArchiveTest::names_of_entries_data() {

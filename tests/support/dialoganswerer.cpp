@@ -105,6 +105,11 @@ DialogAnswerer& DialogAnswerer::reject() {
     return *this;
 }
 
+DialogAnswerer& DialogAnswerer::leave(const QString& className) {
+    m_left.append(className);
+    return *this;
+}
+
 bool DialogAnswerer::waitUntilAnswered(int milliseconds) {
     return waitFor(
         [this] {
@@ -141,7 +146,7 @@ bool DialogAnswerer::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Show || event->spontaneous() || !watched->isWidgetType())
         return false;
     auto* const widget = static_cast<QWidget*>(watched);
-    if (!widget->isWindow() || !widget->isModal())
+    if (!widget->isWindow() || !widget->isModal() || m_left.contains(QLatin1String(widget->metaObject()->className())))
         return false;
     // Handled by the dialog's own event loop, when it is whole and visible.
     const QPointer<QWidget> dialog(widget);

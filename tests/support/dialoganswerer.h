@@ -52,6 +52,9 @@ public:
     /// The next dialog: close it as the Escape key does.
     DialogAnswerer& reject();
 
+    /// Leaves dialogs of this class alone, whenever they show: those that end by themselves.
+    DialogAnswerer& leave(const QString& className);
+
     /// Waits until all answers are given and their dialogs have closed.
     bool waitUntilAnswered(int milliseconds = defaultWait);
     bool allAnswered() const { return m_answers.isEmpty(); }
@@ -79,6 +82,7 @@ private:
     void dismiss(QWidget* dialog);
 
     QVector<Answer> m_answers;
+    QStringList m_left;
     QVector<SeenDialog> m_seen;
     QStringList m_complaints;
     QVector<QPointer<QWidget>> m_open;

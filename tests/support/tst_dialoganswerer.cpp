@@ -44,6 +44,7 @@ private slots:
     void a_dialog_shown_again_is_answered_again();
     void a_dialog_that_comes_later_is_waited_for();
     void windows_that_are_not_modal_are_left_alone();
+    void dialogs_of_a_class_to_be_left_end_by_themselves();
     void a_dialog_without_an_answer_is_a_complaint_and_does_not_hang();
     void a_missing_button_is_a_complaint_that_names_the_buttons();
     void a_disabled_button_is_a_complaint();
@@ -168,6 +169,22 @@ void TestDialogAnswerer::windows_that_are_not_modal_are_left_alone() {
     QCoreApplication::processEvents();
     QVERIFY(dialog.isVisible());
     QVERIFY(answerer.seen().isEmpty());
+}
+
+void TestDialogAnswerer::dialogs_of_a_class_to_be_left_end_by_themselves() {
+    DialogAnswerer answerer;
+    answerer.leave("QInputDialog").press("确定(O)");
+    QInputDialog left;
+    bool wasOpen = false;
+    QTimer::singleShot(50, &left, [&] {
+        wasOpen = left.isVisible();
+        left.accept();
+    });
+    QCOMPARE(left.exec(), int(QDialog::Accepted));
+    QVERIFY(wasOpen);
+    QVERIFY(!answerer.allAnswered());
+    QCOMPARE(ask("提示", "保存?"), int(QMessageBox::Yes));
+    QCOMPARE(answerer.titles(), QStringList("提示"));
 }
 
 void TestDialogAnswerer::a_dialog_without_an_answer_is_a_complaint_and_does_not_hang() {
