@@ -65,6 +65,8 @@
     <message><source>框选放大</source><translation>Zoom to frame</translation></message>
     <message><source>放大</source><translation>Zoom in</translation></message>
     <message><source>缩小</source><translation>Zoom out</translation></message>
+    <message><source>显示全部</source><translation>Show all</translation></message>
+    <message><source>导入矢量图</source><translation>Import drawing</translation></message>
     <message><source>运行</source><translation>Run</translation></message>
     <message><source>多文档运行</source><translation>Multi-document run</translation></message>
     <message><source>选择对象</source><translation>Select</translation></message>

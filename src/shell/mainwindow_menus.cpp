@@ -69,6 +69,7 @@ void MainWindow::on_actionSetLan_triggered() {
     Form_Marking::Instance()->SetUIText();
 }
 
+/// Asked for with OK alone, Qt adds the default button, so that there is a way back.
 void MainWindow::on_actionResetVZCard_triggered() {
     const QMessageBox::StandardButton answer = QMessageBox::warning(
         this, text("警告"),

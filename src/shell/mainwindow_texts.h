@@ -9,7 +9,7 @@ class Ui_MainWindow;
 
 namespace tessera {
 
-/// An action of the main window: the key of its text and its picture below ":/Icon/Res/", null without one.
+/// An action of the main window: the key of its text and its picture below ":/Icon/Res/".
 struct ActionEntry {
     QAction* Ui_MainWindow::*action;
     char const* key;

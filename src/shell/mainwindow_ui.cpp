@@ -217,10 +217,8 @@ void MainWindow::ShowOptionalItems() {
 }
 
 void MainWindow::SetIcons() {
-    for (tessera::ActionEntry const& entry : tessera::ActionEntries()) {
-        if (entry.icon)
-            ((*ui).*entry.action)->setIcon(QIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
-    }
+    for (tessera::ActionEntry const& entry : tessera::ActionEntries())
+        ((*ui).*entry.action)->setIcon(QIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
 }
 
 void MainWindow::SetUIText() {
