@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "files/markfilebackup.h"
+#include "support/orphansweep.h"
+#include "support/workcontrol.h"
+#include "tests/files/stickfixture.h"
+#include "tests/support/temporaryroot.h"
+
+#include <QMap>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QtTest>
+
+using namespace tests;
+
+namespace {
+
+constexpr int kDocuments = 12;    // of each backup, beside those that both have
+constexpr int kLongestLife = 700; // ms from the start of the first import to the kill
+
+using Files = QMap<QString, QByteArray>;
+
+int numberOfKills() {
+    return qMax(10, qEnvironmentVariableIntValue("TESSERA_KILLS"));
+}
+
+/// What a backup holds, told by one letter: documents of its own and some that both backups have, projects, lists.
+Files contentOf(char letter) {
+    Files files;
+    QByteArray list;
+    for (int i = 0; i < kDocuments; ++i) {
+        const QString own = QString("%1%2").arg(QLatin1Char(letter)).arg(i);
+        const QString shared = QString("shared%1").arg(i);
+        files.insert(own + ".mkf", QByteArray(10000 + 1000 * i, letter));
+        files.insert(shared + ".mkf", QByteArray(60000 + (letter == 'o' ? 0 : 5000), letter));
+        files.insert("MultiDocMarkFile/" + shared + ".mdf", QByteArray(500, letter));
+        list += own.toUtf8() + '\n' + shared.toUtf8() + '\n';
+    }
+    files.insert("RecentFile.of", QByteArray::number(2 * kDocuments) + '\n' + list);
+    files.insert("MultiDocMarkFile/recent", QByteArray("shared") + letter);
+    return files;
+}
+
+} // namespace
+
+/// Imports that end in the middle.
+class KilledImportTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void killed_import_loses_no_document_and_leaves_none_half();
+
+private:
+    bool put(Files const& files) {
+        bool done = true;
+        for (auto file = files.begin(); file != files.end(); ++file)
+            done = m_Root.write("/MarkFile/" + file.key(), file.value()) && done;
+        return done;
+    }
+    bool start(Files const& files) { return QDir(m_Root.path("/MarkFile")).removeRecursively() && put(files); }
+    bool writeBackup(QString const& name, Files const& files) {
+        tessera::WorkControl control;
+        return start(files) && tessera::WriteMarkFileBackup(tessera::StickBackupFolder(), name, control).ok();
+    }
+    Files present() const {
+        Files files;
+        QDir const folder(m_Root.path("/MarkFile"));
+        for (char const* below : {"", "MultiDocMarkFile/"}) {
+            for (QString const& file : QDir(folder.filePath(below)).entryList(QDir::Files | QDir::Hidden))
+                files.insert(below + file, m_Root.read("/MarkFile/" + (below + file)));
+        }
+        return files;
+    }
+    QByteArray runAndKill(QRandomGenerator& random, QByteArray& errors);
+    static QString fault(Files const& before, Files const& one, Files const& two, Files const& after);
+
+    TemporaryRoot m_Root;
+    Stick m_Stick;
+};
+
+/// The output up to the kill, which comes at a random moment of the first imports: that moment is what is tested.
+QByteArray KilledImportTest::runAndKill(QRandomGenerator& random, QByteArray& errors) {
+    QProcess importer;
+    importer.start(ENDLESS_IMPORTER, QStringList());
+    QByteArray output;
+    while (!output.contains('\n') && importer.waitForReadyRead())
+        output += importer.readAllStandardOutput();
+    QTest::qSleep(1 + random.bounded(kLongestLife));
+    importer.kill();
+    importer.waitForFinished();
+    errors = importer.readAllStandardError();
+    return importer.exitStatus() == QProcess::CrashExit ? output + importer.readAllStandardOutput() : QByteArray();
+}
+
+/// What is wrong with the files that a kill left; empty when nothing is.
+QString KilledImportTest::fault(Files const& before, Files const& one, Files const& two, Files const& after) {
+    for (QString const& name : before.keys()) {
+        if (!after.contains(name))
+            return name + " is lost";
+    }
+    for (auto file = after.begin(); file != after.end(); ++file) {
+        const QString& name = file.key();
+        const bool known = (before.contains(name) && before.value(name) == file.value()) ||
+                           (one.contains(name) && one.value(name) == file.value()) ||
+                           (two.contains(name) && two.value(name) == file.value());
+        if (!known)
+            return QString("%1 is half written: %2 bytes").arg(name).arg(file.value().size());
+    }
+    const QList<QByteArray> list = after.value("RecentFile.of").split('\n');
+    for (int i = 1; i <= list.first().toInt(); ++i) {
+        if (!after.contains(QString::fromUtf8(list.value(i)) + ".mkf"))
+            return "the list of open documents names one that is not there: " + list.value(i);
+    }
+    return QString();
+}
+
+void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
+    const Files one = contentOf('o');
+    const Files two = contentOf('t');
+    QVERIFY(writeBackup("one", one) && writeBackup("two", two));
+    Files before = {{"own.mkf", QByteArray(50000, 'm')},
+                    {"shared0.mkf", QByteArray(70000, 'm')},
+                    {"MultiDocMarkFile/own.mdf", "mine"},
+                    {"MultiDocMarkFile/recent", "own"},
+                    {"RecentFile.of", "2\nown\nshared0\n"}};
+    QRandomGenerator random(20240229);
+    int untouched = 0;
+    int within = 0;
+    int orphans = 0;
+    for (int i = 0; i < numberOfKills(); ++i) {
+        QVERIFY(start(before));
+        QByteArray errors;
+        const QByteArray output = runAndKill(random, errors);
+        QVERIFY2(output.startsWith("importing"), errors.constData());
+        orphans += tessera::sweepOrphanedTemporaries(m_Root.path()).removed.filter(m_Root.path()).size();
+        const Files after = present();
+        const QString wrong = fault(before, one, two, after);
+        QVERIFY2(wrong.isEmpty(), qPrintable(QString("kill %1: %2").arg(i).arg(wrong)));
+        untouched += after == before ? 1 : 0;
+        within += after != before && !output.contains("one") ? 1 : 0;
+        // Each run removes what the one before it left behind.
+        QVERIFY2(m_Stick.temporaries().size() <= 1, qPrintable(m_Stick.temporaries().join(' ')));
+    }
+    qInfo("%d kills: %d before the first file came over, %d while files of the first import came over, %d half files "
+          "swept; no document lost or half written",
+          numberOfKills(), untouched, within, orphans);
+    QVERIFY2(within > 0, "no kill met an import under way");
+}
+
+QTEST_MAIN(KilledImportTest)
+#include "tst_killedimport.moc"
