@@ -33,6 +33,8 @@ private slots:
     void a_file_becomes_the_current_row_alone();
     void set_active_selects_one_row_alone();
     void set_active_beyond_the_rows_leaves_none();
+    void a_press_on_the_name_makes_its_row_current();
+    void the_button_takes_no_keys_from_the_list();
     void a_rename_finds_the_first_row();
     void a_rename_of_an_unknown_name_does_nothing();
     void the_close_question_data();
@@ -218,6 +220,28 @@ void FileListTest::set_active_beyond_the_rows_leaves_none() {
     QCOMPARE(selected(), QList<int>());
     QCOMPARE(active.count(), 1);
     QCOMPARE(active.at(0).at(0).toInt(), -1);
+}
+
+void FileListTest::a_press_on_the_name_makes_its_row_current() {
+    fill({"a", "b", "c"});
+    QTRY_VERIFY(button(1)->height() >= 40);
+    QSignalSpy active(m_View.get(), &FileListView::ActivDocChanged);
+    QTest::mouseClick(label(1), Qt::LeftButton);
+    QCOMPARE(list()->currentRow(), 1);
+    QCOMPARE(selected(), QList<int>{1});
+    QCOMPARE(active.count(), 1);
+    QCOMPARE(active.at(0).at(0).toInt(), 1);
+}
+
+void FileListTest::the_button_takes_no_keys_from_the_list() {
+    fill({"a", "b"});
+    list()->setFocus();
+    QCOMPARE(m_View->focusWidget(), static_cast<QWidget*>(list()));
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Cancel);
+    QTest::mouseClick(deleter(1), Qt::LeftButton);
+    QVERIFY(answerer.waitUntilAnswered());
+    QCOMPARE(m_View->focusWidget(), static_cast<QWidget*>(list()));
 }
 
 void FileListTest::a_rename_finds_the_first_row() {
