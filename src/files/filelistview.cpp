@@ -43,6 +43,7 @@ FileListView::FileListView(QWidget* parent)
     m_pList->setObjectName(QStringLiteral("listWidget"));
     ui->verticalLayout->addWidget(m_pList);
     m_pList->setStyleSheet(QStringLiteral("QListWidget { border: 1px solid gray; color: black; outline: none; }"
+                                          "QLabel { color: black; }"
                                           "QListWidget::item:selected { background: lightgreen; color: red; }"
                                           "QPushButton { border: none; background: transparent; padding: 0; }"
                                           "QPushButton:pressed { background: #d3deea; }"));

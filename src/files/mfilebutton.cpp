@@ -22,8 +22,12 @@ void MFileButton::SetFileName(QString const& name) {
     ui->label->setToolTip(name);
 }
 
+/// A style sheet is dear, and every row is told of every change.
 void MFileButton::SetCurrent(bool current) {
-    ui->label->setStyleSheet(current ? QStringLiteral("color: red;") : QStringLiteral("color: black;"));
+    if (current == m_bCurrent)
+        return;
+    m_bCurrent = current;
+    ui->label->setStyleSheet(current ? QStringLiteral("color: red;") : QString());
 }
 
 void MFileButton::SetUIText() {

@@ -27,4 +27,5 @@ private:
     std::unique_ptr<Ui_MFileButton> ui;
     FileListView* m_pView;
     QString m_FileName;
+    bool m_bCurrent = false;
 };
