@@ -10,5 +10,11 @@ pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
 pkg_check_modules(POLYCLIPPING REQUIRED IMPORTED_TARGET polyclipping)
 pkg_check_modules(X11 REQUIRED IMPORTED_TARGET x11)
 find_package(QuaZip-Qt5 REQUIRED)
+# the library of the single-line fonts comes without a package file
+find_path(HERSHEY_INCLUDE_DIR hersheyfont.h REQUIRED)
+find_library(HERSHEY_LIBRARY hersheyfont REQUIRED)
+add_library(Hershey::font UNKNOWN IMPORTED)
+set_target_properties(Hershey::font PROPERTIES IMPORTED_LOCATION "${HERSHEY_LIBRARY}"
+                                               INTERFACE_INCLUDE_DIRECTORIES "${HERSHEY_INCLUDE_DIR}")
 find_package(Threads REQUIRED)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)

@@ -873,6 +873,49 @@
     <message><source>当前引擎没有该运算</source><translation>This engine does not have the operation</translation></message>
     <message><source>不能添加对象</source><translation>The object cannot be added</translation></message>
     <message><source>三点不能确定圆</source><translation>The three points give no circle</translation></message>
+    <!-- Texts and their fonts -->
+    <message><source>文字</source><translation>Text</translation></message>
+    <message><source>文字内容为空</source><translation>The text is empty</translation></message>
+    <message><source>文字超过10000个字符</source><translation>The text has more than 10,000 characters</translation></message>
+    <message><source>文字含有控制字符</source><translation>The text holds a control character</translation></message>
+    <message><source>文字尺寸超出范围</source><translation>The size of the text is out of range</translation></message>
+    <message><source>字体不可用</source><translation>The font cannot be used</translation></message>
+    <message><source>没有该单线字体</source><translation>There is no such single-line font</translation></message>
+    <message><source>字体中没有这些字符</source><translation>The font does not have the characters</translation></message>
+    <message><source>文字没有可打标的内容</source><translation>The text holds nothing to mark</translation></message>
+    <message><source>字体未安装,改用</source><translation>The font is not installed; used instead</translation></message>
+    <message><source>取自其他字体的字符</source><translation>Characters taken from another font</translation></message>
+    <message><source>罗马单线</source><translation>Roman, one line</translation></message>
+    <message><source>等线单线</source><translation>Sans, one line</translation></message>
+    <message><source>手写单线</source><translation>Handwriting, one line</translation></message>
+    <message><source>花体单线</source><translation>Cursive, one line</translation></message>
+    <message><source>希腊文单线</source><translation>Greek, one line</translation></message>
+    <message><source>等线双线</source><translation>Sans, two lines</translation></message>
+    <message><source>罗马双线</source><translation>Roman, two lines</translation></message>
+    <message><source>罗马三线</source><translation>Roman, three lines</translation></message>
+    <message><source>衬线</source><translation>Serif</translation></message>
+    <message><source>衬线粗体</source><translation>Serif bold</translation></message>
+    <message><source>衬线斜体</source><translation>Serif italic</translation></message>
+    <message><source>衬线粗斜体</source><translation>Serif bold italic</translation></message>
+    <message><source>手写双线</source><translation>Handwriting, two lines</translation></message>
+    <message><source>英式哥特体</source><translation>Gothic, English</translation></message>
+    <message><source>德式哥特体</source><translation>Gothic, German</translation></message>
+    <message><source>意式哥特体</source><translation>Gothic, Italian</translation></message>
+    <message><source>英式哥特体三线</source><translation>Gothic, English, three lines</translation></message>
+    <message><source>德式哥特体三线</source><translation>Gothic, German, three lines</translation></message>
+    <message><source>意式哥特体三线</source><translation>Gothic, Italian, three lines</translation></message>
+    <message><source>希腊文</source><translation>Greek</translation></message>
+    <message><source>希腊文双线</source><translation>Greek, two lines</translation></message>
+    <message><source>希腊文衬线</source><translation>Greek serif</translation></message>
+    <message><source>西里尔文</source><translation>Cyrillic</translation></message>
+    <message><source>西里尔文双线</source><translation>Cyrillic, two lines</translation></message>
+    <message><source>数学符号小写</source><translation>Mathematics, small</translation></message>
+    <message><source>数学符号大写</source><translation>Mathematics, large</translation></message>
+    <message><source>图形符号</source><translation>Symbols</translation></message>
+    <message><source>标记符号</source><translation>Markers</translation></message>
+    <message><source>音乐符号</source><translation>Music</translation></message>
+    <message><source>气象符号</source><translation>Weather</translation></message>
+    <message><source>天文符号</source><translation>Astronomy</translation></message>
     <!-- Language and small dialogs -->
     <message><source>语言设置成功,重启软件后全部生效</source><translation>The language is set. Some texts change after a restart of the software.</translation></message>
     <message><source>锯齿</source><translation>Zigzag</translation></message>

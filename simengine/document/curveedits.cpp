@@ -38,6 +38,14 @@ QList<int> selectedCurves(const DocumentState& state) {
     return curves;
 }
 
+/// A text gives way to one path for each letter, so that its hatch keeps the holes of the letters.
+ObjectList lettersOf(const MarkObject& object, const TextShape& text) {
+    ObjectList letters;
+    for (const PathShape& letter : letterPaths(text))
+        letters.push_back(reshaped(object, mapPath(letter, object.transform())));
+    return letters;
+}
+
 /// What a selected object gives way to; empty when it cannot be split.
 std::vector<Contour> piecesOf(const MarkObject& object) {
     const ObjectKind kind = object.kind();
@@ -51,6 +59,8 @@ std::vector<Contour> piecesOf(const MarkObject& object) {
 
 /// The same question without the pieces, which panels ask at every change of the selection.
 bool canBeSplit(const MarkObject& object) {
+    if (object.kind() == ObjectKind::Text)
+        return true;
     if (const auto* path = std::get_if<PathShape>(&object.shape())) {
         const auto draws = [](PathVerb verb) { return verb == PathVerb::Line || verb == PathVerb::Cubic; };
         if (std::count_if(path->verbs.begin(), path->verbs.end(), draws) > 1)
@@ -134,6 +144,8 @@ bool canSplitCurves(const DocumentState& state) {
 
 EditResult splitCurves(const DocumentState& state) {
     return replaceSelected(state, [](const MarkObject& object) {
+        if (const auto* text = std::get_if<TextShape>(&object.shape()))
+            return lettersOf(object, *text);
         ObjectList parts;
         for (const Contour& piece : piecesOf(object))
             parts.push_back(reshaped(object, simplestShape(pathOf({piece}))));

@@ -18,7 +18,7 @@ EditResult combineCurves(const DocumentState& state, bool join);
 bool canCombineCurves(const DocumentState& state);
 
 /// A selected path of several contours gives way to one object for each contour; a polyline, a rectangle or a path of
-/// one contour to one object for each of its segments.
+/// one contour to one object for each of its segments. A text becomes curves: one path for each of its letters.
 EditResult splitCurves(const DocumentState& state);
 bool canSplitCurves(const DocumentState& state);
 

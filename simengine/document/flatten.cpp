@@ -222,6 +222,8 @@ void flattenShape(const Shape& shape, const QTransform& t, std::vector<FlatLine>
         lines.push_back(line);
     } else if (const auto* path = std::get_if<PathShape>(&shape)) {
         PathFlattener(*path, t, tolerance, lines).run();
+    } else if (const auto* text = std::get_if<TextShape>(&shape)) {
+        PathFlattener(text->outline, t, tolerance, lines).run();
     } else if (const auto* group = std::get_if<GroupShape>(&shape)) {
         for (const ObjectPtr& child : group->children)
             flattenShape(child->shape(), child->transform() * t, lines, tolerance);

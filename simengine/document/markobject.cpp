@@ -154,6 +154,8 @@ qint64 MarkObject::memoryCost() const {
     } else {
         cost += m_pointCount * qint64(sizeof(QPointF));
     }
+    if (const auto* text = std::get_if<TextShape>(&m_data.shape))
+        cost += text->spec.text.size() * qint64(sizeof(QChar));
     return cost;
 }
 
@@ -255,6 +257,8 @@ QString classNameOf(ObjectKind kind) {
         return QStringLiteral("MarkToolPath");
     case ObjectKind::Group:
         return QStringLiteral("MarkToolCombine");
+    case ObjectKind::Text:
+        return QStringLiteral("MarkToolText");
     }
     return QString();
 }

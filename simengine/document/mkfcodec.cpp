@@ -26,7 +26,12 @@ struct SectionKind {
     char name[5];
     quint32 version;
 };
-constexpr SectionKind kSections[SectionCount] = {{"PENS", 1}, {"SETT", 1}, {"OBJS", 1}};
+constexpr SectionKind kSections[SectionCount] = {{"PENS", 1}, {"SETT", 1}, {"OBJS", kPlainObjectsVersion}};
+
+/// The object section has a higher version when it holds texts.
+bool isKnownVersion(int section, quint32 version) {
+    return version == kSections[section].version || (section == ObjectsSection && version == kTextObjectsVersion);
+}
 
 QByteArray checksum(const char* data, qint64 size) {
     QCryptographicHash hash(QCryptographicHash::Sha256);
@@ -86,12 +91,14 @@ bool decodeSettings(ByteReader& in, DocumentSettings& settings) {
     return in.ok();
 }
 
-bool decodeObjects(ByteReader& in, DocumentContent& content) {
+bool decodeObjects(ByteReader& in, quint32 version, DocumentContent& content) {
     ObjectList objects;
     const qint64 count = in.count(kLeastObjectBytes);
     objects.reserve(size_t(count));
     for (qint64 i = 0; i < count && in.ok(); ++i)
-        objects.push_back(readObject(in));
+        objects.push_back(readObject(in, version));
+    if (in.ok() && objectsVersion(objects) != version)
+        in.fail(QStringLiteral("the objects do not need the version of their section"));
     content.objects = std::make_shared<const ObjectList>(std::move(objects));
     return in.ok();
 }
@@ -99,6 +106,7 @@ bool decodeObjects(ByteReader& in, DocumentContent& content) {
 struct Extent {
     qint64 offset = 0;
     qint64 length = 0;
+    quint32 version = 0;
 };
 
 /// Why the frame around the sections is unsound, empty when it is sound. `sections` gets their extents.
@@ -127,15 +135,15 @@ QString frameFault(const QByteArray& bytes, Extent (&sections)[SectionCount]) {
     for (int i = 0; i < SectionCount; ++i) {
         const char* entry = bytes.constData() + kHeaderBytes + i * kTableEntryBytes;
         ByteReader in(entry + 4, kTableEntryBytes - 4);
-        const bool known =
-            std::memcmp(entry, kSections[i].name, 4) == 0 && in.integer<quint32>() == kSections[i].version;
+        const auto ownVersion = in.integer<quint32>();
+        const bool known = std::memcmp(entry, kSections[i].name, 4) == 0 && isKnownVersion(i, ownVersion);
         const auto offset = in.integer<quint64>();
         const auto size = in.integer<quint64>();
         if (!known)
             return QStringLiteral("the file has an unknown section");
         if (offset != quint64(next) || size > quint64(covered - next))
             return QStringLiteral("a section lies outside the file");
-        sections[i] = {next, qint64(size)};
+        sections[i] = {next, qint64(size), ownVersion};
         next += qint64(size);
     }
     return next == covered ? QString() : QStringLiteral("the sections do not fill the file");
@@ -181,7 +189,7 @@ std::optional<QByteArray> encodeMkf(const DocumentContent& content) {
     qint64 offset = kHeaderBytes + SectionCount * kTableEntryBytes;
     for (int i = 0; i < SectionCount; ++i) {
         out.raw(QByteArray(kSections[i].name, 4));
-        out.integer(kSections[i].version);
+        out.integer(i == ObjectsSection ? objectsVersion(*content.objects) : kSections[i].version);
         out.integer(quint64(offset));
         out.integer(quint64(sections[i].size()));
         offset += sections[i].size();
@@ -208,7 +216,9 @@ std::optional<DocumentContent> decodeMkf(const QByteArray& bytes, QString* error
     };
     const bool taken = decode(PensSection, [&](ByteReader& in) { return decodePens(in, content.pens); }) &&
                        decode(SettingsSection, [&](ByteReader& in) { return decodeSettings(in, content.settings); }) &&
-                       decode(ObjectsSection, [&](ByteReader& in) { return decodeObjects(in, content); });
+                       decode(ObjectsSection, [&](ByteReader& in) {
+                           return decodeObjects(in, sections[ObjectsSection].version, content);
+                       });
     if (!taken)
         return std::nullopt;
     return content;

@@ -3,6 +3,9 @@
 
 #include "simengine/document/mkffields.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace sim {
 
 namespace {
@@ -14,6 +17,9 @@ quint8 flagsOf(const ObjectData& data) {
     return quint8((data.angleChanged ? FlagAngleChanged : 0) | (data.hatch.enableEdge ? FlagEdge : 0) |
                   (data.hatch.markFillFirst ? FlagFillFirst : 0) | (data.hatch.showSimple ? FlagSimple : 0));
 }
+
+/// Bits of the style of a text.
+enum TextFlag : quint8 { FlagSingleLine = 1, FlagBold = 2, FlagItalic = 4, AllTextFlags = 7 };
 
 class GeometryWriter {
 public:
@@ -56,6 +62,21 @@ public:
         for (const ObjectPtr& child : s.children)
             writeObject(*child, m_out);
     }
+    void operator()(const TextShape& s) {
+        const TextSpec& spec = s.spec;
+        m_out.text(spec.text);
+        m_out.text(spec.family);
+        m_out.integer(quint8((spec.singleLine ? FlagSingleLine : 0) | (spec.bold ? FlagBold : 0) |
+                             (spec.italic ? FlagItalic : 0)));
+        m_out.integer(quint8(spec.align));
+        m_out.real(spec.height);
+        m_out.real(spec.letterSpacing);
+        m_out.real(spec.lineSpacing);
+        m_out.integer(quint32(s.characterContours.size()));
+        for (int contours : s.characterContours)
+            m_out.integer(quint32(contours));
+        (*this)(s.outline);
+    }
 
 private:
     void point(const QPointF& p) {
@@ -73,10 +94,17 @@ private:
 
 constexpr qint64 kPointBytes = 16;
 
+bool holdsText(const ObjectPtr& object) {
+    const auto* group = std::get_if<GroupShape>(&object->shape());
+    return group ? std::any_of(group->children.begin(), group->children.end(), holdsText)
+                 : object->kind() == ObjectKind::Text;
+}
+
 class GeometryReader {
 public:
-    GeometryReader(ByteReader& in, int depth)
+    GeometryReader(ByteReader& in, quint32 version, int depth)
         : m_in(in)
+        , m_version(version)
         , m_depth(depth) {}
 
     Shape read(quint8 kind) {
@@ -95,6 +123,10 @@ public:
             return readPath();
         case ObjectKind::Group:
             return readGroup();
+        case ObjectKind::Text:
+            if (m_version >= kTextObjectsVersion)
+                return readText();
+            break;
         }
         m_in.fail(QStringLiteral("objects of the kind %1 are unknown to this program").arg(kind));
         return PointShape();
@@ -167,11 +199,40 @@ private:
         }
         const qint64 count = m_in.count(kLeastObjectBytes);
         for (qint64 i = 0; i < count && m_in.ok(); ++i)
-            s.children.push_back(readObject(m_in, m_depth + 1));
+            s.children.push_back(readObject(m_in, m_version, m_depth + 1));
+        return s;
+    }
+    int contourCount() {
+        const auto count = m_in.integer<quint32>();
+        if (count > quint32(std::numeric_limits<int>::max()))
+            m_in.fail(QStringLiteral("a letter of a text has too many contours"));
+        return int(count);
+    }
+    Shape readText() {
+        TextShape s;
+        TextSpec& spec = s.spec;
+        spec.text = m_in.text(2 * kMostTextCharacters);
+        spec.family = m_in.text(kMaxFamilyLength);
+        const auto flags = m_in.integer<quint8>();
+        if (flags & ~AllTextFlags)
+            m_in.fail(QStringLiteral("a text has an unknown switch"));
+        spec.singleLine = flags & FlagSingleLine;
+        spec.bold = flags & FlagBold;
+        spec.italic = flags & FlagItalic;
+        spec.align = TextAlign(m_in.integer<quint8>());
+        spec.height = m_in.real();
+        spec.letterSpacing = m_in.real();
+        spec.lineSpacing = m_in.real();
+        const qint64 letters = m_in.count(4);
+        s.characterContours.reserve(int(letters));
+        for (qint64 i = 0; i < letters && m_in.ok(); ++i)
+            s.characterContours.append(contourCount());
+        s.outline = std::get<PathShape>(readPath());
         return s;
     }
 
     ByteReader& m_in;
+    quint32 m_version;
     int m_depth;
 };
 
@@ -193,7 +254,11 @@ void writeObject(const MarkObject& object, ByteWriter& out) {
     std::visit(GeometryWriter(out), data.shape);
 }
 
-ObjectPtr readObject(ByteReader& in, int depth) {
+quint32 objectsVersion(const ObjectList& objects) {
+    return std::any_of(objects.begin(), objects.end(), holdsText) ? kTextObjectsVersion : kPlainObjectsVersion;
+}
+
+ObjectPtr readObject(ByteReader& in, quint32 version, int depth) {
     ObjectData data;
     const auto kind = in.integer<quint8>();
     data.work = WorkType(in.integer<quint8>());
@@ -213,7 +278,7 @@ ObjectPtr readObject(ByteReader& in, int depth) {
     for (FillParam& fill : data.hatch.fills)
         visitFill(fill, FieldReader(in));
     data.name = in.text(kMaxNameLength);
-    data.shape = GeometryReader(in, depth).read(kind);
+    data.shape = GeometryReader(in, version, depth).read(kind);
     if (!in.ok())
         return nullptr;
     QString fault;

@@ -12,7 +12,15 @@ void writeObject(const MarkObject& object, ByteWriter& out);
 /// Bytes of the shortest object record.
 constexpr qint64 kLeastObjectBytes = 179;
 
-/// Reads one object record; null with the reader's fault set when it is unsound or of an unknown kind.
-ObjectPtr readObject(ByteReader& in, int depth = 0);
+/// Versions of the object section: documents without a text stay readable for programs that know none.
+constexpr quint32 kPlainObjectsVersion = 1;
+constexpr quint32 kTextObjectsVersion = 2;
+
+/// The lowest version that can hold the objects.
+quint32 objectsVersion(const ObjectList& objects);
+
+/// Reads one object record of a section of this version; null with the reader's fault set when it is unsound or of an
+/// unknown kind.
+ObjectPtr readObject(ByteReader& in, quint32 version, int depth = 0);
 
 } // namespace sim

@@ -62,6 +62,20 @@ const char* pathFault(const PathShape& path) {
     return allUsable(path.points) ? nullptr : "a coordinate is out of range";
 }
 
+const char* textFault(const TextShape& text) {
+    if (const TextFault fault = specFault(text.spec); fault != TextFault::None)
+        return faultText(fault);
+    qint64 contours = 0;
+    for (int count : text.characterContours) {
+        if (count < 1)
+            return "a letter of a text has no contours";
+        contours += count;
+    }
+    if (const char* fault = pathFault(text.outline))
+        return fault;
+    return contours == text.outline.contourCount() ? nullptr : "the letters of a text do not fit its outline";
+}
+
 const char* groupFault(const GroupShape& group) {
     if (group.children.empty())
         return "a group is empty";
@@ -261,6 +275,7 @@ const char* shapeFault(const Shape& shape) {
                           },
                           [](const PathShape& s) { return pathFault(s); },
                           [](const GroupShape& s) { return groupFault(s); },
+                          [](const TextShape& s) { return textFault(s); },
                       },
                       shape);
 }
@@ -276,6 +291,7 @@ Box shapeBounds(const Shape& shape, const QTransform& t) {
             },
             [&](const ArcShape& s) { return roundBounds(s.center, s.radius, s.startAngle, s.sweepAngle, t); },
             [&](const PathShape& s) { return pathBounds(s, t); },
+            [&](const TextShape& s) { return pathBounds(s.outline, t); },
             [&](const GroupShape& s) {
                 Box box;
                 for (const ObjectPtr& child : s.children)
@@ -294,6 +310,7 @@ qint64 shapePointCount(const Shape& shape) {
                           [](const CircleShape&) { return qint64(1); },
                           [](const ArcShape&) { return qint64(2); },
                           [](const PathShape& s) { return qint64(s.points.size()); },
+                          [](const TextShape& s) { return qint64(s.outline.points.size()); },
                           [](const GroupShape& s) {
                               qint64 count = 0;
                               for (const ObjectPtr& child : s.children)
@@ -316,8 +333,26 @@ PathShape shapeToPath(const Shape& shape) {
             [](const ArcShape& s) { return arcToPath(s.center, s.radius, s.startAngle, s.sweepAngle, false); },
             [](const PathShape& s) { return s; },
             [](const GroupShape&) { return PathShape(); },
+            [](const TextShape& s) { return s.outline; },
         },
         shape);
+}
+
+std::vector<PathShape> letterPaths(const TextShape& text) {
+    std::vector<PathShape> letters;
+    int contoursLeft = 0;
+    int next = 0;
+    for (PathVerb verb : text.outline.verbs) {
+        if (verb == PathVerb::Move && contoursLeft-- == 0) {
+            contoursLeft = text.characterContours.at(int(letters.size())) - 1;
+            letters.emplace_back();
+        }
+        letters.back().verbs.append(verb);
+        const int used = verb == PathVerb::Close ? 0 : verb == PathVerb::Cubic ? 3 : 1;
+        letters.back().points += text.outline.points.mid(next, used);
+        next += used;
+    }
+    return letters;
 }
 
 PathShape mapPath(const PathShape& path, const QTransform& transform) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simengine/document/box.h"
+#include "simengine/document/textspec.h"
 
 #include <QPolygonF>
 #include <QRectF>
@@ -19,7 +20,16 @@ using ObjectPtr = std::shared_ptr<const MarkObject>;
 using ObjectList = std::vector<ObjectPtr>;
 
 /// The kinds of object. The values stand in document files.
-enum class ObjectKind : quint8 { Point = 1, Polyline = 2, Rect = 3, Circle = 4, Arc = 5, Path = 6, Group = 7 };
+enum class ObjectKind : quint8 {
+    Point = 1,
+    Polyline = 2,
+    Rect = 3,
+    Circle = 4,
+    Arc = 5,
+    Path = 6,
+    Group = 7,
+    Text = 8
+};
 
 struct PointShape {
     QPointF pos;
@@ -73,12 +83,23 @@ struct GroupShape {
     ObjectList children;
 };
 
+/// A text as it was entered, and its outline: a document marks the same where the font is missing.
+struct TextShape {
+    TextSpec spec;
+    /// Contours of each letter that draws something, in the order of the letters; letters that lie over each other
+    /// count as one.
+    QVector<int> characterContours;
+    PathShape outline; ///< strokes of a single-line font are open contours, all others are closed
+};
+
 /// Geometry in the object's own coordinates, in the order of ObjectKind.
-using Shape = std::variant<PointShape, PolylineShape, RectShape, CircleShape, ArcShape, PathShape, GroupShape>;
+using Shape =
+    std::variant<PointShape, PolylineShape, RectShape, CircleShape, ArcShape, PathShape, GroupShape, TextShape>;
 
 ObjectKind kindOf(const Shape& shape);
 
-/// Why the geometry cannot be an object: not finite, negative extents, verbs that do not fit the points, empty groups.
+/// Why the geometry cannot be an object: not finite, negative extents, verbs that do not fit the points, empty groups,
+/// texts that specFault() refuses or that do not fit their outline.
 /// Null when it can.
 const char* shapeFault(const Shape& shape);
 
@@ -87,6 +108,9 @@ Box shapeBounds(const Shape& shape, const QTransform& transform);
 
 /// Number of defining points, groups with all that is in them.
 qint64 shapePointCount(const Shape& shape);
+
+/// The outline of each letter of a text.
+std::vector<PathShape> letterPaths(const TextShape& text);
 
 /// The same geometry as a path: arcs and circles become curves of at most 45 degrees, off by less than 5 millionths of
 /// the radius. A point gives an empty path, a group an empty one too.

@@ -4,6 +4,7 @@
 #include "engine/marktypes.h"
 #include "simengine/document/contour.h"
 #include "simengine/document/markobject.h"
+#include "simengine/document/painterpath.h"
 #include "simengine/importers/pathrecorder.h"
 #include "simengine/importers/svgsource.h"
 
@@ -14,49 +15,6 @@
 namespace sim {
 
 namespace {
-
-/// Contours of a painted path. A contour that comes back to its start is closed.
-PathShape toPathShape(const QPainterPath& path, const QTransform& transform) {
-    PathShape shape;
-    int contourStart = -1;
-    const auto finish = [&] {
-        if (contourStart < 0)
-            return;
-        if (shape.verbs.last() == PathVerb::Move) {
-            shape.verbs.removeLast();
-            shape.points.removeLast();
-        } else if (shape.points.size() - contourStart > 2 && shape.points.last() == shape.points[contourStart]) {
-            if (shape.verbs.last() == PathVerb::Line) {
-                shape.verbs.removeLast();
-                shape.points.removeLast();
-            }
-            shape.close();
-        }
-    };
-    for (int i = 0; i < path.elementCount(); ++i) {
-        const QPainterPath::Element element = path.elementAt(i);
-        const QPointF p = transform.map(QPointF(element));
-        switch (element.type) {
-        case QPainterPath::MoveToElement:
-            finish();
-            contourStart = shape.points.size();
-            shape.moveTo(p);
-            break;
-        case QPainterPath::LineToElement:
-            shape.lineTo(p);
-            break;
-        case QPainterPath::CurveToElement:
-            shape.cubicTo(p, transform.map(QPointF(path.elementAt(i + 1))),
-                          transform.map(QPointF(path.elementAt(i + 2))));
-            i += 2;
-            break;
-        case QPainterPath::CurveToDataElement:
-            break;
-        }
-    }
-    finish();
-    return shape;
-}
 
 ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
     ObjectData data;
@@ -73,7 +31,7 @@ ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
         data.shape = circle;
         data.transform = QTransform(rect.width() / 2, 0, 0, rect.height() / 2, center.x(), center.y()) * transform;
     } else {
-        const PathShape path = toPathShape(recorded.path, transform);
+        const PathShape path = pathFromPainter(recorded.path, transform);
         data.shape = path.verbs.isEmpty() ? Shape(path) : simplestShape(path);
     }
     return data;

@@ -12,7 +12,7 @@ namespace sim {
 QString importReport(const ImportResult& drawing) {
     QStringList lines;
     lines << QStringLiteral("%1: %2").arg(LanguageManager::GetLanText("导入对象")).arg(drawing.objects.size());
-    for (int kind = static_cast<int>(ObjectKind::Point); kind <= static_cast<int>(ObjectKind::Group); ++kind) {
+    for (int kind = static_cast<int>(ObjectKind::Point); kind <= static_cast<int>(ObjectKind::Text); ++kind) {
         const auto value = static_cast<ObjectKind>(kind);
         const int count = drawing.imported.value(classNameOf(value));
         if (count > 0)

@@ -41,7 +41,24 @@ void drawKind(QPainter& painter, ObjectKind kind) {
         painter.drawRect(QRectF(4.5, 4.5, 9, 9));
         painter.drawEllipse(QPointF(15, 15), 5, 5);
         break;
+    case ObjectKind::Text:
+        painter.drawPolyline(QPolygonF({QPointF(5, 8), QPointF(5, 5), QPointF(19, 5), QPointF(19, 8)}));
+        painter.drawLine(QPointF(12, 5), QPointF(12, 19));
+        painter.drawLine(QPointF(9, 19), QPointF(15, 19));
+        break;
     }
+}
+
+/// What an object is listed as: its name, of a text without one the text itself in one line, else the kind.
+QString listedName(const MarkObject& object) {
+    constexpr int kMostShown = 80;
+    if (!object.data().name.isEmpty())
+        return object.data().name;
+    if (const auto* text = std::get_if<TextShape>(&object.shape())) {
+        QString line = text->spec.text.left(kMostShown);
+        return line.replace(QLatin1Char('\n'), QStringLiteral(" / "));
+    }
+    return LanguageManager::GetLanText(kindKey(object.kind()));
 }
 
 } // namespace
@@ -62,6 +79,8 @@ const char* kindKey(ObjectKind kind) {
         return "曲线";
     case ObjectKind::Group:
         return "组合";
+    case ObjectKind::Text:
+        return "文字";
     }
     return "";
 }
@@ -103,11 +122,8 @@ QVariant ObjectListModel::data(const QModelIndex& index, int role) const {
         return {};
     const MarkObject& object = *(*m_objects)[static_cast<std::size_t>(index.row())];
     switch (role) {
-    case Qt::DisplayRole: {
-        const QString& name = object.data().name;
-        const QString shown = name.isEmpty() ? LanguageManager::GetLanText(kindKey(object.kind())) : name;
-        return QStringLiteral("%1  %2").arg(index.row() + 1).arg(shown);
-    }
+    case Qt::DisplayRole:
+        return QStringLiteral("%1  %2").arg(index.row() + 1).arg(listedName(object));
     case Qt::ToolTipRole:
         return QStringLiteral("%1 %2").arg(LanguageManager::GetLanText("笔号")).arg(object.pen());
     case Qt::DecorationRole:

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/curveedits.h"
+#include "simengine/document/strokefonts.h"
 #include "simengine/view/arraydialog.h"
 #include "simengine/view/qrulerview_p.h"
 
@@ -148,6 +149,15 @@ void QRulerView::DissimilationSelectObj(DissimilationParam* param) {
 void QRulerView::AddMarkPoint(QPointF const& point) {
     d->canvas->cancelGesture();
     d->session.addShape(sim::PointShape{point, -1.0});
+}
+
+bool QRulerView::AddText(QPointF const& mm, QString const& text, double height) {
+    d->canvas->cancelGesture();
+    sim::TextSpec spec;
+    spec.text = text;
+    spec.family = QLatin1String(sim::strokeFonts().front().name);
+    spec.height = height;
+    return d->session.addText(spec, mm);
 }
 
 int QRulerView::GetSelectedToolCnt() const {

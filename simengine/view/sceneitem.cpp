@@ -15,6 +15,8 @@ bool isCurved(const Shape& shape) {
         return true;
     case ObjectKind::Path:
         return std::get<PathShape>(shape).verbs.contains(PathVerb::Cubic);
+    case ObjectKind::Text:
+        return std::get<TextShape>(shape).outline.verbs.contains(PathVerb::Cubic);
     default:
         return false;
     }

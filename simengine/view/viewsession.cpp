@@ -5,6 +5,9 @@
 #include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
+#include "simengine/document/textedits.h"
+#include "simengine/document/textmaker.h"
+#include "simengine/view/textmessage.h"
 #include "simengine/view/threepoints.h"
 
 #include <QThread>
@@ -25,6 +28,10 @@ Clipboard& clipboard() {
 }
 
 constexpr int kPointsOfCircle = 3;
+
+void noteRefused(const QString& reason) {
+    MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText("不能添加对象") + ":" + reason);
+}
 
 } // namespace
 
@@ -67,17 +74,36 @@ void ViewSession::setAddMarkTool(std::unique_ptr<MarkTool> tool) {
     m_addTool = std::move(tool);
 }
 
-bool ViewSession::addShape(const Shape& shape) {
+bool ViewSession::addShape(const Shape& shape, const QTransform& transform) {
     ObjectData data;
     data.shape = shape;
+    data.transform = transform;
     data.pen = currentPen();
     QString fault;
     const ObjectPtr object = MarkObject::make(std::move(data), &fault);
     if (!object) {
-        MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText("不能添加对象") + ":" + fault);
+        noteRefused(fault);
         return false;
     }
     return m_document.edit([&](const DocumentState& state) { return edits::add(state, {object}); });
+}
+
+bool ViewSession::addText(const TextSpec& spec, const QPointF& place) {
+    const MadeText made = makeText(spec);
+    if (!made.ok() || m_document.isReadOnly()) {
+        noteRefused(made.ok() ? LanguageManager::GetLanText("文档只读") : textMessage(made));
+        return false;
+    }
+    return addShape(made.shape, QTransform::fromTranslate(place.x(), place.y()));
+}
+
+bool ViewSession::changeText(int index, const TextSpec& spec) {
+    const MadeText made = makeText(spec);
+    if (!made.ok()) {
+        noteRefused(textMessage(made));
+        return false;
+    }
+    return m_document.edit([&](const DocumentState& state) { return edits::setText(state, index, made.shape); });
 }
 
 bool ViewSession::moveByKey(double dx, double dy) {

@@ -38,7 +38,11 @@ public:
 
     /// Adds an object of the current pen and selects it. False when the document is read-only or the shape is no
     /// object.
-    bool addShape(const Shape& shape);
+    bool addShape(const Shape& shape, const QTransform& transform = QTransform());
+    /// The same of a text; what hinders it is told in the log.
+    bool addText(const TextSpec& spec, const QPointF& place);
+    /// Another text in place of that of object `index`. False when nothing changed; what hinders it is told in the log.
+    bool changeText(int index, const TextSpec& spec);
     /// Moves the selection; a row of moves is one step of undo.
     bool moveByKey(double dx, double dy);
     bool removeSelected();

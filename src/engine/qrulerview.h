@@ -100,6 +100,11 @@ public:
     /// nothing shown: false and the reason in `error` when nothing was added.
     bool ImportVectorFile(QString const& path, QString& error);
     void AddMarkPoint(QPointF const& point);
+    /// Adds a text of one or more lines parted by '\n' in the engine's plainest single-line font, on the current pen,
+    /// and selects it. `mm` is where the base line of the first line begins; a capital letter is `height` mm high.
+    /// False, and the reason in the log, when there is no such text: empty, characters that the font lacks (it has
+    /// those of ASCII), a height outside 0.01 to 10 000 mm, a read-only document.
+    bool AddText(QPointF const& mm, QString const& text, double height);
     /// Number of objects and of the vertices that a run of all of them marks.
     void GetDocStatistics(int& objects, int& vertices) const;
 

@@ -2,6 +2,7 @@
 #include "samples.h"
 
 #include "simengine/document/mkfcodec.h"
+#include "simengine/document/textmaker.h"
 
 namespace samples {
 
@@ -56,6 +57,30 @@ ObjectPtr group(const ObjectList& children) {
     return object(GroupShape{children});
 }
 
+namespace {
+
+ObjectPtr styledText() {
+    TextSpec spec;
+    spec.text = QStringLiteral("A1\nbB");
+    spec.family = QStringLiteral("futural");
+    spec.italic = true;
+    spec.align = TextAlign::Right;
+    spec.height = 2.5;
+    spec.letterSpacing = 0.125;
+    spec.lineSpacing = 2.25;
+    return object(makeText(spec).shape);
+}
+
+} // namespace
+
+ObjectPtr text(const QString& characters, double height) {
+    TextSpec spec;
+    spec.text = characters;
+    spec.family = QStringLiteral("rowmans");
+    spec.height = height;
+    return object(makeText(spec).shape);
+}
+
 ObjectList everyKind() {
     PointShape dwelling;
     dwelling.pos = {1.5, -2.5};
@@ -71,7 +96,8 @@ ObjectList everyKind() {
                        object(clockwise),
                        arc(1, 2, 3, 40, -200),
                        path(),
-                       group({rect(0, 0, 1, 1), group({circle(5, 5, 1), point(2, 2)})})};
+                       group({rect(0, 0, 1, 1), group({circle(5, 5, 1), point(2, 2)})}),
+                       styledText()};
     ObjectList objects;
     for (size_t i = 0; i < bare.size(); ++i) {
         ObjectData data = bare[i]->data();

@@ -18,6 +18,9 @@ sim::ObjectPtr arc(double x, double y, double radius, double start, double sweep
 sim::ObjectPtr path();
 sim::ObjectPtr group(const sim::ObjectList& children);
 
+/// A text in a single-line font.
+sim::ObjectPtr text(const QString& characters, double height = 5.0);
+
 /// One object of every kind, all fields away from their defaults.
 sim::ObjectList everyKind();
 /// A document of everyKind() with pens and settings away from their defaults.

@@ -39,6 +39,20 @@ int objectsOffset(const QByteArray& bytes) {
     return int(qFromLittleEndian<quint64>(bytes.constData() + 24 + 2 * 24 + 8));
 }
 
+/// Where the table has the version of the object section.
+constexpr int kObjectsVersionPlace = 24 + 2 * 24 + 4;
+
+quint32 objectsVersionIn(const QByteArray& bytes) {
+    return qFromLittleEndian<quint32>(bytes.constData() + kObjectsVersionPlace);
+}
+
+/// A document of the text "A".
+QByteArray withText() {
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(ObjectList{samples::text(QStringLiteral("A"))});
+    return *encodeMkf(content);
+}
+
 QString faultOf(const QByteArray& bytes) {
     QString error;
     return decodeMkf(bytes, &error) ? QStringLiteral("taken") : error;
@@ -59,6 +73,12 @@ private slots:
     void added_bytes_are_refused();
     void newer_format_is_refused_by_name();
     void unknown_object_kind_is_refused_by_name();
+    void only_documents_with_texts_have_the_higher_version();
+    void texts_of_the_lower_version_are_unknown();
+    void every_truncation_of_a_text_is_refused();
+    void every_changed_byte_of_a_text_is_refused_or_taken_as_it_says();
+    void unsound_texts_are_refused_data();
+    void unsound_texts_are_refused();
     void hostile_counts_are_refused_without_reserving();
     void resealed_damage_never_loads_half();
     void deep_groups_are_refused();
@@ -83,8 +103,8 @@ void MkfTest::every_field_comes_back_bit_for_bit() {
     QCOMPARE(decoded->settings.currentPen, 7);
     QCOMPARE(decoded->settings.basePoint, BasePointBottomLeft);
     QCOMPARE(decoded->settings.keyMoveDistance, 0.125);
-    QCOMPARE(decoded->objects->size(), size_t(7));
-    for (size_t i = 0; i < 7; ++i) {
+    QCOMPARE(decoded->objects->size(), size_t(8));
+    for (size_t i = 0; i < 8; ++i) {
         const ObjectData& a = (*content.objects)[i]->data();
         const ObjectData& b = (*decoded->objects)[i]->data();
         QCOMPARE(b.shape.index(), a.shape.index());
@@ -114,6 +134,18 @@ void MkfTest::every_field_comes_back_bit_for_bit() {
     QCOMPARE(std::get<PathShape>((*decoded->objects)[5]->shape()).points,
              std::get<PathShape>((*content.objects)[5]->shape()).points);
     QCOMPARE((*decoded->objects)[6]->groupDepth(), 2);
+    const auto& text = std::get<TextShape>((*decoded->objects)[7]->shape());
+    const auto& written = std::get<TextShape>((*content.objects)[7]->shape());
+    QCOMPARE(text.spec.text, QStringLiteral("A1\nbB"));
+    QCOMPARE(text.spec.family, QStringLiteral("futural"));
+    QVERIFY(text.spec.singleLine && text.spec.italic && !text.spec.bold);
+    QCOMPARE(int(text.spec.align), int(TextAlign::Right));
+    QCOMPARE(text.spec.height, 2.5);
+    QCOMPARE(text.spec.letterSpacing, 0.125);
+    QCOMPARE(text.spec.lineSpacing, 2.25);
+    QCOMPARE(text.characterContours, written.characterContours);
+    QCOMPARE(text.outline.points, written.outline.points);
+    QVERIFY(text.outline.verbs == written.outline.verbs);
     for (int i = 0; i < kLayerCount; ++i) {
         LayerData a;
         LayerData b;
@@ -228,8 +260,8 @@ void MkfTest::newer_format_is_refused_by_name() {
 
 void MkfTest::unknown_object_kind_is_refused_by_name() {
     QByteArray bytes = small();
-    bytes[objectsOffset(bytes) + 4] = 8;
-    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 8 are unknown to this program"));
+    bytes[objectsOffset(bytes) + 4] = 9;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 9 are unknown to this program"));
 }
 
 void MkfTest::hostile_counts_are_refused_without_reserving() {
@@ -244,6 +276,89 @@ void MkfTest::hostile_counts_are_refused_without_reserving() {
     QByteArray named = bytes;
     put(named, objects + 4 + 175 - 4, quint32(1001));
     QVERIFY(!decodeMkf(resealed(named), nullptr));
+}
+
+void MkfTest::only_documents_with_texts_have_the_higher_version() {
+    QCOMPARE(int(objectsVersionIn(small())), 1);
+    QCOMPARE(int(objectsVersionIn(withText())), 2);
+    DocumentContent content;
+    const ObjectPtr inner = samples::group({samples::point(0, 0), samples::text(QStringLiteral("A"))});
+    content.objects = std::make_shared<const ObjectList>(ObjectList{samples::group({inner})});
+    QCOMPARE(int(objectsVersionIn(*encodeMkf(content))), 2);
+    QByteArray bytes = small();
+    bytes[kObjectsVersionPlace] = 2;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the objects do not need the version of their section"));
+    bytes[kObjectsVersionPlace] = 3;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the file has an unknown section"));
+}
+
+void MkfTest::texts_of_the_lower_version_are_unknown() {
+    QByteArray bytes = withText();
+    bytes[kObjectsVersionPlace] = 1;
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 8 are unknown to this program"));
+}
+
+void MkfTest::every_truncation_of_a_text_is_refused() {
+    const QByteArray bytes = withText();
+    const int objects = objectsOffset(bytes);
+    for (int length = objects + 4; length < bytes.size() - 32; ++length) {
+        QByteArray cut = bytes.left(length) + QByteArray(32, '\0');
+        put(cut, 16, quint64(cut.size()));
+        put(cut, 24 + 2 * 24 + 16, quint64(length - objects));
+        QVERIFY2(!decodeMkf(resealed(cut), nullptr), qPrintable(QString::number(length)));
+    }
+}
+
+void MkfTest::every_changed_byte_of_a_text_is_refused_or_taken_as_it_says() {
+    const QByteArray bytes = withText();
+    int refused = 0;
+    for (int place = objectsOffset(bytes); place < bytes.size() - 32; ++place) {
+        for (const int change : {1, 0x80, 0xff}) {
+            QByteArray damaged = bytes;
+            damaged[place] = char(damaged[place] ^ change);
+            damaged = resealed(damaged);
+            const auto decoded = decodeMkf(damaged, nullptr);
+            if (decoded)
+                QCOMPARE(*encodeMkf(*decoded), damaged);
+            else
+                ++refused;
+        }
+    }
+    QVERIFY(refused > 100);
+}
+
+void MkfTest::unsound_texts_are_refused_data() {
+    QTest::addColumn<int>("place"); // from the end of the object's name
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("fault");
+    // "A" and "rowmans" are before the switches
+    const int text = 4;
+    const int style = text + 2 + 4 + 14;
+    QTest::newRow("control character") << text << QByteArray(1, '\t') << "a text holds a control character";
+    QTest::newRow("half a surrogate") << text + 1 << QByteArray(1, char(0xd8)) << "a text holds a control character";
+    QTest::newRow("more characters than the file has")
+        << 0 << QByteArray("\x21\x4e\x00\x00", 4) << "a count is larger than the file";
+    QTest::newRow("unknown switch") << style << QByteArray(1, 8) << "a text has an unknown switch";
+    QTest::newRow("bold strokes") << style << QByteArray(1, 3) << "the font of a text is not usable";
+    QTest::newRow("alignment") << style + 1 << QByteArray(1, 3) << "the font of a text is not usable";
+    QTest::newRow("height 0") << style + 2 << QByteArray(8, 0) << "the size of a text is out of range";
+    QTest::newRow("line spacing 0") << style + 18 << QByteArray(8, 0) << "the size of a text is out of range";
+    QTest::newRow("letter without contours") << style + 30 << QByteArray(4, 0) << "a letter of a text has no contours";
+    QTest::newRow("too many contours") << style + 30 << QByteArray(4, char(0xff))
+                                       << "a letter of a text has too many contours";
+    QTest::newRow("contours that are not there")
+        << style + 30 << QByteArray(1, 9) << "the letters of a text do not fit its outline";
+    QTest::newRow("path begins with a line") << style + 38 << QByteArray(1, 1) << "a path segment has no start";
+}
+
+void MkfTest::unsound_texts_are_refused() {
+    QFETCH(int, place);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, fault);
+    QByteArray file = withText();
+    file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
+    QString told = faultOf(resealed(file));
+    QCOMPARE(told, fault);
 }
 
 void MkfTest::resealed_damage_never_loads_half() {

@@ -66,9 +66,9 @@ private slots:
 void ShapesTest::class_names_data() {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("name");
-    const char* names[] = {"MarkToolPoint", "MarkToolLine", "MarkToolRect",   "MarkToolCircle",
-                           "MarkToolArc",   "MarkToolPath", "MarkToolCombine"};
-    for (int i = 0; i < 7; ++i)
+    const char* names[] = {"MarkToolPoint", "MarkToolLine", "MarkToolRect",    "MarkToolCircle",
+                           "MarkToolArc",   "MarkToolPath", "MarkToolCombine", "MarkToolText"};
+    for (int i = 0; i < 8; ++i)
         QTest::newRow(names[i]) << i << QString(names[i]);
 }
 

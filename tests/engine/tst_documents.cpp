@@ -225,10 +225,47 @@ private slots:
         view.AddMarkPoint(QPointF(1, 1));
         view.Undo();
         view.Sort();
+        QVERIFY(!view.AddText(QPointF(0, 0), QStringLiteral("A"), 5.0));
         QCOMPARE(count(view), 2);
         view.SetReadOnly(false);
         view.AddMarkPoint(QPointF(1, 1));
         QCOMPARE(count(view), 3);
+    }
+
+    void text_is_added_on_the_current_pen() {
+        QRulerView view(nullptr);
+        view.SetCurrentLayerWithOutChangeLayer(6);
+        QVERIFY(view.AddText(QPointF(10, 20), QStringLiteral("P 30%\n500 mm/s"), 4.0));
+        QCOMPARE(count(view), 1);
+        QCOMPARE(view.GetToolLayer(0), 6);
+        QCOMPARE(view.GetSelectedToolCnt(), 1);
+        // a capital letter stands on the given place and is as high as asked for
+        QVERIFY(view.AddText(QPointF(-30, -5), QStringLiteral("H"), 4.0));
+        view.SetBasePoint(BasePointBottomLeft);
+        double x = 0, y = 0, width = 0, height = 0, angle = 0;
+        QVERIFY(view.GetSelectObjPos(x, y, width, height, angle));
+        QVERIFY(qAbs(y + 5.0) < 0.001 && qAbs(height - 4.0) < 0.001 && angle == 0.0);
+        QVERIFY(x >= -30.0 && x < -28.0);
+        view.Undo();
+        QCOMPARE(count(view), 1);
+    }
+
+    void unusable_texts_are_refused_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("height");
+        QTest::newRow("empty") << QString() << 5.0;
+        QTest::newRow("blank") << QStringLiteral("  ") << 5.0;
+        QTest::newRow("control character") << QStringLiteral("a\tb") << 5.0;
+        QTest::newRow("too long") << QString(10001, QLatin1Char('a')) << 5.0;
+        QTest::newRow("no height") << QStringLiteral("a") << 0.0;
+        QTest::newRow("height not a number") << QStringLiteral("a") << qQNaN();
+    }
+    void unusable_texts_are_refused() {
+        QFETCH(QString, text);
+        QFETCH(double, height);
+        QRulerView view(nullptr);
+        QVERIFY(!view.AddText(QPointF(0, 0), text, height));
+        QCOMPARE(count(view), 0);
     }
 
     void queries_outside_the_list_are_answered() {
