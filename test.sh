@@ -6,7 +6,7 @@
 #
 # Without ctest's options every test runs but those labelled "slow"; ./test.sh -L slow runs these. With --sanitize the tests run
 # under AddressSanitizer and UndefinedBehaviorSanitizer, or under ThreadSanitizer, which takes the tests labelled "tsan" (it
-# follows the standard library's threads, not Qt's locks). With -L and a single label only the tests of that label are built.
+# follows the standard library's threads, not Qt's locks). With -L and labels joined by | only the tests of these are built.
 set -u -o pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/scripts/common.sh"
 
@@ -42,8 +42,10 @@ use_utf8_locale
 use_writable_ccache
 ensure_packages
 configure_if_needed "$preset"
-if [ -n "$label" ] && (cd "$TESSERA_DIR" && ninja -C "build/$preset" -t query "tests_label_$label" >/dev/null 2>&1); then
-    build_targets "$preset" "tests_label_$label"
+IFS='|' read -r -a targets <<<"$label"
+targets=("${targets[@]/#/tests_label_}")
+if [ -n "$label" ] && (cd "$TESSERA_DIR" && ninja -C "build/$preset" -t query "${targets[@]}" >/dev/null 2>&1); then
+    build_targets "$preset" "${targets[@]}"
 else
     build_targets "$preset" all
 fi

@@ -86,7 +86,8 @@ ObjectList waves(int objects, int vertices) {
     const double pitch = 96.0 / side;
     for (int i = 0; i < objects; ++i) {
         QPolygonF points;
-        const QPointF corner(-48.0 + (i % side) * pitch, -48.0 + (i / side) * pitch);
+        const int row = i / side;
+        const QPointF corner(-48.0 + (i % side) * pitch, -48.0 + row * pitch);
         for (int k = 0; k < vertices; ++k) {
             const double t = static_cast<double>(k) / vertices;
             points << corner + pitch * QPointF(t * 0.9, 0.45 + 0.4 * std::sin(t * 12.0));

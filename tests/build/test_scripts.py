@@ -210,6 +210,12 @@ class Commands(TreeTest):
                          ["ninja -C build/dev -t query tests_label_slow", "cmake --build --preset dev --target tests_label_slow",
                           self.CTEST % "dev" + " -L slow"])
 
+    def test_test_with_several_labels_builds_and_runs_these(self):
+        both = "tests_label_unit tests_label_e2e"
+        self.assertEqual(self.call("test.sh", "-L", "unit|e2e", "-LE", "^slow$", TEST_JOBS="2")[2],
+                         ["ninja -C build/dev -t query " + both, "cmake --build --preset dev --target " + both,
+                          self.CTEST % "dev" + " -L unit|e2e -LE ^slow$"])
+
     def test_test_with_a_label_without_a_target_builds_all(self):
         self.assertIn("cmake --build --preset dev --target all", self.call("test.sh", "-L", "uni", RESULT_NINJA="1")[2])
 
