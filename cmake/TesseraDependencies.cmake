@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # Libraries of the system, all from Debian. What a folder needs beyond the common ones it names as LIBS.
 
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network Concurrent Svg Sql)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core Gui Widgets Network Concurrent Svg Sql Qml Quick VirtualKeyboard)
 if(BUILD_TESTING)
     find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 endif()
@@ -16,5 +16,6 @@ find_library(HERSHEY_LIBRARY hersheyfont REQUIRED)
 add_library(Hershey::font UNKNOWN IMPORTED)
 set_target_properties(Hershey::font PROPERTIES IMPORTED_LOCATION "${HERSHEY_LIBRARY}"
                                                INTERFACE_INCLUDE_DIRECTORIES "${HERSHEY_INCLUDE_DIR}")
+pkg_check_modules(GOOGLEPINYIN REQUIRED IMPORTED_TARGET googlepinyin)
 find_package(Threads REQUIRED)
 find_package(Python3 REQUIRED COMPONENTS Interpreter)

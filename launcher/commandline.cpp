@@ -91,6 +91,18 @@ void readSize(Reading& reading, QString const& given) {
             QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".").arg(given);
 }
 
+void readKeyboard(Reading& reading, QString const& given) {
+    constexpr std::pair<char const*, KeyboardMode> kModes[] = {
+        {"on", KeyboardMode::On}, {"off", KeyboardMode::Off}, {"auto", KeyboardMode::Auto}};
+    for (auto const& [name, mode] : kModes) {
+        if (given == QLatin1String(name)) {
+            reading.value.keyboard = mode;
+            return;
+        }
+    }
+    reading.error = QStringLiteral("--keyboard is \"on\", \"off\" or \"auto\", not \"%1\".").arg(given);
+}
+
 /// One option. Exactly one of `read` and `flag` is set, or neither for an option that is only passed over.
 struct Option {
     char const* name;
@@ -123,6 +135,9 @@ constexpr Option kOptions[] = {
     {"language", "LANG", false, readLanguage, nullptr, "Choose the language for this and later starts: zh_CN or en."},
     {"size", "WxH", false, readSize, nullptr,
      "Give the main window W x H pixels, such as 1280x800, in place of the screen's."},
+    {"keyboard", "MODE", false, readKeyboard, nullptr,
+     "Use the keyboard on the screen: on, off or auto, which is when the machine has a touch\npanel or mouse and no "
+     "keyboard. Default: auto."},
     {"version", nullptr, false, nullptr, nullptr, "Print the version."},
     {"help", nullptr, false, nullptr, nullptr, "Print this text."},
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "inputdevices.h"
+
 #include <QSize>
 #include <QString>
 #include <QStringList>
@@ -21,7 +23,8 @@ struct CommandLine {
     QString screenshot;
     QString automation; ///< path of the socket, empty: off
     QString language;
-    QSize size; ///< of the main window in pixels, empty: the screen's
+    QSize size;                                 ///< of the main window in pixels, empty: the screen's
+    KeyboardMode keyboard = KeyboardMode::Auto; ///< of the keyboard on the screen
     bool quit = false;
     bool panel = false;
     bool report = false;

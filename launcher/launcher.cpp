@@ -12,9 +12,11 @@
 #include "shell/mainwindow.h"
 #include "startjobs.h"
 #include "support/version.h"
+#include "touchkeyboard.h"
 #include "unixsignals.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QFileInfo>
 
 namespace tessera {
@@ -52,11 +54,14 @@ int Launcher::run(int argc, char** argv) {
         return kExitFailed;
     QCoreApplication::setApplicationName(QStringLiteral("Tessera"));
     QCoreApplication::setApplicationVersion(version());
+    bool const keyboard = chooseKeyboard();
     QApplication application(argc, argv);
     m_signals = std::make_unique<UnixSignals>();
     connect(m_signals.get(), &UnixSignals::endWanted, this, &Launcher::signalled);
     if (!m_commandLine.language.isEmpty())
         LanguageManager::SetCurrentLan(m_commandLine.language);
+    if (keyboard)
+        makeKeyboard();
     MainWindow::InitMainWnd();
     if (!m_commandLine.size.isEmpty())
         MainWindow::Instance()->resize(m_commandLine.size);
@@ -71,6 +76,7 @@ int Launcher::run(int argc, char** argv) {
         m_exitCode = kExitFailed;
     m_jobs.reset();
     m_automation.reset();
+    m_keyboard.reset();
     MainWindow::ClearMainWnd();
     m_signals.reset();
     return listening ? m_exitCode : kExitFailed;
@@ -109,6 +115,25 @@ bool Launcher::openAutomation() {
         return true;
     Console::complain(error + QLatin1Char('.'));
     return false;
+}
+
+/// Before the application: the toolkit takes its input method when it starts.
+bool Launcher::chooseKeyboard() const {
+    QFile devices{QLatin1String(kInputDevicesFile)};
+    QByteArray const list = devices.open(QIODevice::ReadOnly) ? devices.readAll() : QByteArray();
+    if (!wantsKeyboard(m_commandLine.keyboard, list))
+        return false;
+    TouchKeyboard::prepareToolkit();
+    return true;
+}
+
+void Launcher::makeKeyboard() {
+    m_keyboard = std::make_unique<TouchKeyboard>(QCoreApplication::applicationDirPath() +
+                                                     QStringLiteral("/plugins/libtessera_keyboardpanel.so"),
+                                                 [] { return LanguageManager::GetCurrentLan(); });
+    connect(m_keyboard.get(), &TouchKeyboard::failed, this, [](QString const& reason) {
+        Console::complain(QStringLiteral("The keyboard on the screen cannot be shown: %1").arg(reason));
+    });
 }
 
 void Launcher::begin() {

@@ -14,6 +14,7 @@ namespace tessera {
 class AutomationServer;
 class MachineControl;
 class StartJobs;
+class TouchKeyboard;
 class UnixSignals;
 
 /// Life of the program in its order: root, application, main window, start-up, what the command line orders, event
@@ -33,6 +34,8 @@ public:
 private:
     bool prepare();
     bool openAutomation();
+    bool chooseKeyboard() const;
+    void makeKeyboard();
     void begin();
     void jobsFinished(bool ok);
     void signalled();
@@ -42,6 +45,7 @@ private:
     RootDirectory m_root;
     std::unique_ptr<MachineControl> m_machine;
     std::unique_ptr<UnixSignals> m_signals;
+    std::unique_ptr<TouchKeyboard> m_keyboard;
     std::unique_ptr<AutomationServer> m_automation;
     std::unique_ptr<StartJobs> m_jobs;
     QTimer m_idlePoll;

@@ -2,18 +2,17 @@
 #include "simengine/view/arraydialog.h"
 
 #include "engine/languagemanager.h"
+#include "simengine/dialogs/dialogparts.h"
 
-#include <QDialogButtonBox>
 #include <QDoubleSpinBox>
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QPushButton>
 #include <cmath>
 
 namespace sim {
 
 namespace {
-
-constexpr int kTouchHeight = 40;
 
 QSpinBox* countBox(const char* name, QWidget* parent) {
     auto* box = new QSpinBox(parent);
@@ -47,21 +46,17 @@ ArrayDialog::ArrayDialog(const QSizeF& size, QWidget* parent)
     , m_rows(countBox("spinBoxRows", this))
     , m_stepX(stepBox("doubleSpinBoxStepX", firstStep(size.width()), this))
     , m_stepY(stepBox("doubleSpinBoxStepY", firstStep(size.height()), this)) {
-    setWindowTitle(LanguageManager::GetLanText("对象阵列"));
+    setObjectName(QStringLiteral("ArrayDialog"));
+    prepareDialog(this, LanguageManager::GetLanText("对象阵列"));
     auto* form = new QFormLayout(this);
     form->setSpacing(10);
     form->addRow(LanguageManager::GetLanText("列数"), m_columns);
     form->addRow(LanguageManager::GetLanText("行数"), m_rows);
     form->addRow(LanguageManager::GetLanText("列间距(mm)"), m_stepX);
     form->addRow(LanguageManager::GetLanText("行间距(mm)"), m_stepY);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(LanguageManager::GetLanText("确定"));
-    buttons->button(QDialogButtonBox::Cancel)->setText(LanguageManager::GetLanText("取消"));
-    for (QAbstractButton* button : buttons->buttons())
-        button->setMinimumSize(96, kTouchHeight);
-    form->addRow(buttons);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    const ButtonRow buttons = makeOkCancel(this);
+    form->addRow(buttons.layout);
+    connect(buttons.ok, &QPushButton::clicked, this, &QDialog::accept);
 }
 
 ArrayCells ArrayDialog::cells() const {

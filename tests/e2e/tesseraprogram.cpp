@@ -42,6 +42,12 @@ TesseraProgram::~TesseraProgram() {
     kill();
 }
 
+void TesseraProgram::setEnvironment(QString const& name, QString const& value) {
+    QProcessEnvironment environment = m_process.processEnvironment();
+    environment.insert(name, value);
+    m_process.setProcessEnvironment(environment);
+}
+
 void TesseraProgram::start(QStringList const& arguments) {
     startPlain(QStringList{QStringLiteral("--root"), m_root.path()} + arguments);
 }

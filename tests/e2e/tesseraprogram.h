@@ -39,6 +39,8 @@ public:
     explicit TesseraProgram(ProgramRoot const& root);
     ~TesseraProgram();
 
+    /// For the starts after it.
+    void setEnvironment(QString const& name, QString const& value);
     /// Starts with --root and `arguments`.
     void start(QStringList const& arguments);
     /// Starts with the automation port too and connects to it; false when the program does not come up.

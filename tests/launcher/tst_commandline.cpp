@@ -5,6 +5,7 @@
 #include <QtTest>
 
 using tessera::CommandLine;
+using tessera::KeyboardMode;
 using tessera::parseCommandLine;
 
 class TestCommandLine : public QObject {
@@ -90,6 +91,12 @@ private slots:
                 QStringLiteral("--size needs a width and height of 800x600 to 8192x8192, not \"%1\".");
             QTest::addRow("size %s", size) << QStringList{"--size", size} << error.arg(QLatin1String(size));
         }
+        for (char const* mode : {"ON", "yes", "1"}) {
+            QString const error = QStringLiteral("--keyboard is \"on\", \"off\" or \"auto\", not \"%1\".");
+            QTest::addRow("keyboard %s", mode) << QStringList{"--keyboard", mode} << error.arg(QLatin1String(mode));
+        }
+        row("keyboard missing", {"--keyboard"}, "--keyboard needs a value: --keyboard MODE.");
+        row("keyboard twice", {"--keyboard", "on", "--keyboard=off"}, "--keyboard is given twice.");
         row("automation missing", {"--automation"}, "--automation needs a value: --automation SOCKET.");
         row("first error counts", {"--mark", "x", "--foo"}, "--mark needs a whole number of 1 or above, not \"x\".");
     }
@@ -114,6 +121,13 @@ private slots:
         QVERIFY(result.value.quit);
     }
 
+    void keyboard_modes() {
+        QVERIFY(parseCommandLine({}, "/").value.keyboard == KeyboardMode::Auto);
+        QVERIFY(parseCommandLine({"--keyboard", "on"}, "/").value.keyboard == KeyboardMode::On);
+        QVERIFY(parseCommandLine({"--keyboard=off"}, "/").value.keyboard == KeyboardMode::Off);
+        QVERIFY(parseCommandLine({"--keyboard", "auto"}, "/").value.keyboard == KeyboardMode::Auto);
+    }
+
     void least_and_largest_size_are_taken() {
         QCOMPARE(parseCommandLine({"--size", "800x600"}, "/").value.size, QSize(800, 600));
         QCOMPARE(parseCommandLine({"--size=8192x8192"}, "/").value.size, QSize(8192, 8192));
@@ -127,9 +141,10 @@ private slots:
 
     void help_names_every_option() {
         QString const help = tessera::commandLineHelp();
-        for (char const* option : {"--root DIR", "--sim-speed X", "--open FILE...", "--import FILE...", "--mark N",
-                                   "--trace FILE...", "--screenshot FILE", "--report", "--quit", "--panel",
-                                   "--automation SOCKET", "--language LANG", "--size WxH", "--version", "--help"})
+        for (char const* option :
+             {"--root DIR", "--sim-speed X", "--open FILE...", "--import FILE...", "--mark N", "--trace FILE...",
+              "--screenshot FILE", "--report", "--quit", "--panel", "--automation SOCKET", "--language LANG",
+              "--size WxH", "--keyboard MODE", "--version", "--help"})
             QVERIFY2(help.contains(QLatin1String(option)), option);
         for (QString const& line : help.split('\n'))
             QVERIFY2(line.size() <= 110, qPrintable(line));
