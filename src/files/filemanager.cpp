@@ -16,6 +16,8 @@
 #include "support/temporaryfolder.h"
 #include "ui_filemanager.h"
 
+#include <QCoreApplication>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
 #include <QMessageBox>
@@ -41,14 +43,23 @@ char const* titleOf(FileManagerType mode) {
     return "文档管理";
 }
 
+/// The order of buttons is a matter of style, which here is told by a sheet; the box has asked for it already.
+void showNoFirst(QMessageBox& box) {
+    auto* buttons = box.findChild<QDialogButtonBox*>();
+    constexpr char noBeforeYes[] = "QDialogButtonBox { button-layout: 3 }";
+    buttons->setStyleSheet(QLatin1String(noBeforeYes));
+    buttons->ensurePolished(); // the sheet counts from here on
+    QEvent change(QEvent::StyleChange);
+    QCoreApplication::sendEvent(buttons, &change);
+}
+
 /// Asks before something is lost: No stands first and is what a return key gives.
 bool isConfirmed(QWidget* parent, char const* question) {
     QMessageBox box(QMessageBox::Question, text("是否删除"), text(question), QMessageBox::NoButton, parent);
     box.addButton(QMessageBox::No);
     box.addButton(QMessageBox::Yes);
     box.setDefaultButton(QMessageBox::No);
-    constexpr char noBeforeYes[] = "QDialogButtonBox { button-layout: 3 }";
-    box.setStyleSheet(QLatin1String(noBeforeYes));
+    showNoFirst(box);
     return box.exec() == QMessageBox::Yes;
 }
 
@@ -180,13 +191,16 @@ void FileManager::on_pushButtonDeleteSelectFile_clicked() {
     if (row < 0)
         return;
     const QString name = ui->listWidget->item(row)->text();
-    MainWindow* window = MainWindow::Instance();
-    const bool open = m_Kind == MarkFileDocument && window && window->IsFileOpened(name);
+    const QString path = Folder() + QLatin1Char('/') + name + Extension();
+    // A document may have been opened by its path too.
+    MainWindow* window = m_Kind == MarkFileDocument ? MainWindow::Instance() : nullptr;
+    const bool open = window && (window->IsFileOpened(name) || window->IsFileOpened(path));
     if (!isConfirmed(this, deleteQuestion(m_Kind, open)))
         return;
-    if (open)
+    if (open) {
         window->CloseFile(name);
-    const QString path = Folder() + QLatin1Char('/') + name + Extension();
+        window->CloseFile(path);
+    }
     if (!QFile::remove(path) && QFile::exists(path)) {
         QMessageBox::warning(this, text("错误"), text("删除失败"));
         return;

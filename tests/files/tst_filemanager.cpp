@@ -45,7 +45,10 @@ private slots:
     void delete_without_a_row_asks_nothing();
     void delete_asks_and_removes_data();
     void delete_asks_and_removes();
+    void delete_question_has_no_first_and_yes_second_data();
     void delete_question_has_no_first_and_yes_second();
+    void targets_are_large_enough_for_a_finger_data();
+    void targets_are_large_enough_for_a_finger();
     void delete_of_an_open_document_closes_it_data();
     void delete_of_an_open_document_closes_it();
     void failed_deletion_is_told_and_the_row_stays();
@@ -369,7 +372,17 @@ void FileManagerTest::delete_asks_and_removes() {
     QCOMPARE(left, yes ? 3 : 4);
 }
 
+void FileManagerTest::delete_question_has_no_first_and_yes_second_data() {
+    QTest::addColumn<QString>("sheet");
+    QTest::newRow("plain") << QString();
+    QFile file(":/myQSS.qss");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QTest::newRow("the program's style") << QString::fromUtf8(file.readAll());
+}
+
 void FileManagerTest::delete_question_has_no_first_and_yes_second() {
+    QFETCH(QString, sheet);
+    qApp->setStyleSheet(sheet);
     QVERIFY(m_Root->write("/MarkFile/a.mkf", "x"));
     FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
     child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
@@ -388,23 +401,65 @@ void FileManagerTest::delete_question_has_no_first_and_yes_second() {
         QStringLiteral("No"));
     press(dialog, "pushButtonDeleteSelectFile");
     QVERIFY2(0 <= no && no < yes, qPrintable(QString("no at %1, yes at %2").arg(no).arg(yes)));
+    qApp->setStyleSheet(QString());
     QVERIFY(noIsDefault);
     QVERIFY(m_Root->exists("/MarkFile/a.mkf"));
 }
 
+void FileManagerTest::targets_are_large_enough_for_a_finger_data() {
+    QTest::addColumn<FileManagerType>("mode");
+    QTest::addColumn<QString>("language");
+    for (FileManagerType mode : {FileManagerNew, FileManagerOpen, FileManagerManage, FileManagerSaveAs}) {
+        for (char const* language : {"zh_CN", "en"})
+            QTest::addRow("mode %d, %s", mode, language) << mode << language;
+    }
+}
+
+void FileManagerTest::targets_are_large_enough_for_a_finger() {
+    QFETCH(FileManagerType, mode);
+    QFETCH(QString, language);
+    QFile file(":/myQSS.qss");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
+    qApp->setStyleSheet(QString::fromUtf8(file.readAll()));
+    QVERIFY(LanguageManager::SetCurrentLan(language));
+    FileManager dialog(nullptr, mode, MarkFileDocument);
+    dialog.show();
+    QCoreApplication::processEvents();
+    QStringList small;
+    for (QWidget const* widget : dialog.findChildren<QWidget*>()) {
+        const bool target = qobject_cast<QPushButton const*>(widget) || qobject_cast<QLineEdit const*>(widget);
+        if (target && widget->isVisible() && (widget->height() < 40 || widget->width() < widget->sizeHint().width()))
+            small.append(widget->objectName());
+    }
+    auto const* list = child<QListWidget>(dialog, "listWidget");
+    const int row = list->visualItemRect(list->item(0)).height();
+    const QSize size = dialog.size();
+    qApp->setStyleSheet(QString());
+    QVERIFY(LanguageManager::SetCurrentLan("zh_CN"));
+    QCOMPARE(small, QStringList());
+    QVERIFY2(row >= 40, qPrintable(QString::number(row)));
+    QVERIFY(size.width() <= 1024 && size.height() <= 600);
+}
+
 void FileManagerTest::delete_of_an_open_document_closes_it_data() {
     QTest::addColumn<bool>("yes");
-    QTest::newRow("yes") << true;
-    QTest::newRow("no") << false;
+    QTest::addColumn<bool>("byPath");
+    QTest::newRow("yes") << true << false;
+    QTest::newRow("no") << false << false;
+    QTest::newRow("opened by its path, yes") << true << true;
+    QTest::newRow("opened by its path, no") << false << true;
 }
 
 void FileManagerTest::delete_of_an_open_document_closes_it() {
     QFETCH(bool, yes);
+    QFETCH(bool, byPath);
     resetMachine();
     RunningWindow window;
-    window.newDocument(1, "plate");
+    const QString plate = byPath ? m_Root->path("/MarkFile/plate.mkf") : "plate";
+    window.newDocument(1, plate);
     window.newDocument(1, "other");
-    QVERIFY(window->IsFileOpened("plate"));
+    QVERIFY(window->IsFileOpened(plate));
     FileManager dialog(&*window, FileManagerManage, MarkFileDocument);
     QCOMPARE(listed(dialog), QStringList({"other", "plate"}));
     child<QListWidget>(dialog, "listWidget")->setCurrentRow(1);
@@ -413,7 +468,7 @@ void FileManagerTest::delete_of_an_open_document_closes_it() {
     press(dialog, "pushButtonDeleteSelectFile");
     QCOMPARE(answerer.titles(), QStringList("是否删除"));
     QCOMPARE(answerer.texts(), QStringList("文件已打开,是否关闭文件并删除"));
-    QCOMPARE(window->IsFileOpened("plate"), !yes);
+    QCOMPARE(window->IsFileOpened(plate), !yes);
     QCOMPARE(m_Root->exists("/MarkFile/plate.mkf"), !yes);
     QVERIFY(window->IsFileOpened("other"));
 }
