@@ -217,6 +217,8 @@ void MainWindow::ShowOptionalItems() {
 }
 
 void MainWindow::SetIcons() {
+    for (tessera::MenuEntry const& entry : tessera::MenuEntries())
+        tessera::EnlargePictures((*ui).*entry.menu);
     for (tessera::ActionEntry const& entry : tessera::ActionEntries())
         ((*ui).*entry.action)->setIcon(QIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
 }

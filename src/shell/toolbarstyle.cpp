@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/toolbarstyle.h"
 
+#include <QMenu>
 #include <QProxyStyle>
 #include <QToolBar>
 
@@ -20,7 +21,25 @@ public:
     }
 };
 
+constexpr int kMenuIconExtent = 22;
+
+/// A style sheet cannot tell the size of a menu's pictures.
+class MenuStyle : public QProxyStyle {
+public:
+    MenuStyle()
+        : QProxyStyle(QStringLiteral("fusion")) {}
+    int pixelMetric(PixelMetric metric, QStyleOption const* option, QWidget const* widget) const override {
+        return metric == PM_SmallIconSize ? kMenuIconExtent : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
+
 } // namespace
+
+void EnlargePictures(QMenu* menu) {
+    auto* style = new MenuStyle;
+    style->setParent(menu);
+    menu->setStyle(style);
+}
 
 void WidenExtension(QToolBar* bar) {
     auto* style = new ToolBarStyle;

@@ -61,9 +61,6 @@ private slots:
     void custom_ui_types_other_than_whole_change_nothing();
     void whole_custom_ui_switches_the_editor();
     void a_run_locks_the_editing_part();
-    void optional_tools_follow_the_work_mode_data();
-    void optional_tools_follow_the_work_mode();
-    void camera_tool_hides_the_text_tool();
     void buffer_time_is_shown_with_three_decimals();
     void start_leaves_no_slot_unconnected();
     void without_a_document_its_actions_are_off_from_the_start();
@@ -196,52 +193,6 @@ void WindowLookTest::a_run_locks_the_editing_part() {
             QCOMPARE(m_Window->child<QWidget>(name)->isEnabled(), !run);
         QVERIFY(m_Window->child<QWidget>("toolBar")->isEnabled());
     }
-}
-
-void WindowLookTest::optional_tools_follow_the_work_mode_data() {
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<bool>("visible");
-    QTest::newRow("marking, off") << 0 << false << true;
-    QTest::newRow("marking, on") << 0 << true << true;
-    QTest::newRow("welding, off") << 1 << false << false;
-    QTest::newRow("welding, on") << 1 << true << false;
-    QTest::newRow("own, off") << 2 << false << false;
-    QTest::newRow("own, on") << 2 << true << true;
-    QTest::newRow("remote, on") << 3 << true << true;
-}
-
-void WindowLookTest::optional_tools_follow_the_work_mode() {
-    QFETCH(int, mode);
-    QFETCH(bool, enabled);
-    QFETCH(bool, visible);
-    SystemParam* system = SystemParam::Instance();
-    start();
-    system->SetWorkMode(mode);
-    system->SetEnableCodeTool(enabled);
-    system->SetEnableSplitLaserSet(enabled);
-    system->SetEnableFlyMarkTool(enabled);
-    window().onCodeToolVisible();
-    window().onSplitLaserSetVisible();
-    window().onFlyMarkSetteingVisible();
-    for (char const* name : {"actionAddText", "actionSplitLaserSet", "actionFlyMarkingSetting"})
-        QVERIFY2(action(name)->isVisible() == visible, name);
-    system->SetWorkMode(0);
-}
-
-void WindowLookTest::camera_tool_hides_the_text_tool() {
-    SystemParam* system = SystemParam::Instance();
-    start();
-    system->SetWorkMode(1);
-    action("actionAddText")->setVisible(true);
-    action("actionCCD")->setVisible(true);
-    window().onCcdToolVisible();
-    QVERIFY(!action("actionAddText")->isVisible());
-    QVERIFY(action("actionCCD")->isVisible());
-    system->SetWorkMode(0);
-    action("actionCCD")->setVisible(false);
-    window().onCcdToolVisible();
-    QVERIFY(action("actionCCD")->isVisible());
 }
 
 void WindowLookTest::buffer_time_is_shown_with_three_decimals() {
