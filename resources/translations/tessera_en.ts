@@ -353,7 +353,7 @@
     <message><source>校正向导</source><translation>Calibration wizard</translation></message>
     <message><source>比例计算</source><translation>Scale calculator</translation></message>
     <message><source>层参数</source><translation>Layer</translation></message>
-    <message><source>层号</source><translation>layer</translation></message>
+    <message><source>层号</source><translation>Layer</translation></message>
     <message><source>速度</source><translation>Speed</translation></message>
     <message><source>跳转速度</source><translation>Jump speed</translation></message>
     <message><source>校正类型</source><translation>Calibration type</translation></message>
@@ -521,6 +521,7 @@
     <message><source>抖动</source><translation>Wobble</translation></message>
     <message><source>抖动直径</source><translation>Wobble diameter</translation></message>
     <message><source>抖动间距</source><translation>Wobble spacing</translation></message>
+    <message><source>RedSpeed</source><translation>Red-light speed</translation></message>
     <message><source>使用默认参数</source><translation>Use defaults</translation></message>
     <message><source>编辑</source><translation>Edit</translation></message>
     <message><source>应用</source><translation>Apply</translation></message>
@@ -530,8 +531,8 @@
     <message><source>激光器波形</source><translation>Laser waveform</translation></message>
     <message><source>红光速度</source><translation>Red-light speed</translation></message>
     <!-- Tool properties -->
-    <message><source>位置X</source><translation>Position X</translation></message>
-    <message><source>位置Y</source><translation>Position Y</translation></message>
+    <message><source>位置X</source><translation>X</translation></message>
+    <message><source>位置Y</source><translation>Y</translation></message>
     <message><source>宽度</source><translation>Width</translation></message>
     <message><source>高度</source><translation>Height</translation></message>
     <message><source>角度</source><translation>Angle</translation></message>
@@ -541,12 +542,12 @@
     <message><source>居中</source><translation>Centre</translation></message>
     <message><source>应用&lt;&lt;</source><translation>Apply&lt;&lt;</translation></message>
     <message><source>填充设置</source><translation>Hatch settings</translation></message>
-    <message><source>基准点</source><translation>Base point</translation></message>
-    <message><source>修改X坐标为</source><translation>Change X to</translation></message>
-    <message><source>修改Y坐标为</source><translation>Change Y to</translation></message>
-    <message><source>修改宽度为</source><translation>Change width to</translation></message>
-    <message><source>修改高度为</source><translation>Change height to</translation></message>
-    <message><source>修改角度为</source><translation>Change angle to</translation></message>
+    <message><source>基准点</source><translation>Base</translation></message>
+    <message><source>修改X坐标为</source><translation> X set to </translation></message>
+    <message><source>修改Y坐标为</source><translation> Y set to </translation></message>
+    <message><source>修改宽度为</source><translation> width set to </translation></message>
+    <message><source>修改高度为</source><translation> height set to </translation></message>
+    <message><source>修改角度为</source><translation> angle set to </translation></message>
     <!-- Hatch -->
     <message><source>使能填充</source><translation>Use hatch</translation></message>
     <message><source>填充角度</source><translation>Hatch angle</translation></message>
@@ -561,6 +562,8 @@
     <message><source>回形填充</source><translation>Rings</translation></message>
     <message><source>使能轮廓</source><translation>Mark outline</translation></message>
     <message><source>先打填充</source><translation>Hatch first</translation></message>
+    <message><source>ShowSimple</source><translation>Draw plainly</translation></message>
+    <message><source>填充线段过多,未作更改</source><translation>Too many hatch segments, nothing was changed</translation></message>
     <!-- Power curves -->
     <message><source>渐进</source><translation>Ramp up</translation></message>
     <message><source>渐出</source><translation>Ramp down</translation></message>
@@ -569,6 +572,7 @@
     <message><source>使能单点波形</source><translation>Use point curve</translation></message>
     <message><source>X轴是否是距离</source><translation>X axis is distance</translation></message>
     <message><source>功率</source><translation>Power</translation></message>
+    <message><source>距离</source><translation>Distance</translation></message>
     <!-- Laser selection -->
     <message><source>恩耐</source><translation>Ennai</translation></message>
     <message><source>通快</source><translation>Tongkuai</translation></message>

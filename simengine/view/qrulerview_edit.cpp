@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "engine/languagemanager.h"
+#include "engine/msgbox.h"
 #include "simengine/document/curveedits.h"
+#include "simengine/document/hatch.h"
 #include "simengine/document/strokefonts.h"
 #include "simengine/view/arraydialog.h"
 #include "simengine/view/qrulerview_p.h"
@@ -12,6 +15,20 @@ namespace {
 
 /// Angle told when nothing is selected; panels show no selection above 180.
 constexpr double kNoSelectionAngle = 1000.0;
+
+/// Most segments that this hatch would give one of the selected objects.
+qint64 largestHatch(const DocumentState& state, const sim::HatchSettings& hatch) {
+    qint64 largest = 0;
+    for (int index : state.selection.ascending()) {
+        const sim::ObjectPtr object = state.at(index);
+        if (object->kind() == sim::ObjectKind::Group)
+            continue;
+        sim::ObjectData data = object->data();
+        data.hatch = hatch;
+        largest = qMax(largest, sim::MarkObject(std::move(data)).hatchSegmentCount());
+    }
+    return largest;
+}
 
 } // namespace
 
@@ -215,7 +232,17 @@ void QRulerView::FillSelectedObj(QVector<FillParam> const& fills, bool edge, boo
     hatch.enableEdge = edge;
     hatch.markFillFirst = fillFirst;
     hatch.showSimple = simple;
-    d->edit([&hatch](const DocumentState& state) { return sim::edits::setHatch(state, hatch); });
+    if (!hatch.isSound() || d->session.document().isReadOnly())
+        return;
+    if (d->edit([&hatch](const DocumentState& state) { return sim::edits::setHatch(state, hatch); }))
+        return;
+    const qint64 segments = largestHatch(*d->session.state(), hatch);
+    if (segments > sim::kMaxHatchSegments) {
+        msgBox::show(LanguageManager::GetLanText("填充设置"),
+                     LanguageManager::GetLanText("填充线段过多,未作更改") +
+                         QStringLiteral(": %1 > %2").arg(segments).arg(sim::kMaxHatchSegments),
+                     1);
+    }
 }
 
 BasePoint QRulerView::GetBasePoint() const {
