@@ -3,17 +3,12 @@
 
 #include "support/durablefile.h"
 
-#include <QFile>
 #include <QFileInfo>
 
 bool CopyFile(QString const& source, QString const& target) {
-    QFile file(source);
-    if (target.isEmpty() || !QFileInfo(source).isFile() || !file.open(QIODevice::ReadOnly))
+    if (target.isEmpty())
         return false;
-    QByteArray const bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError || bytes.size() != file.size())
-        return false;
-    return tessera::writeFileDurably(QFileInfo(target).absoluteFilePath(), bytes).ok();
+    return tessera::copyFileDurably(source, QFileInfo(target).absoluteFilePath()).ok();
 }
 
 QStringList ListFiles(QDir const& dir, bool withExtension) {

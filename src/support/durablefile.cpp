@@ -13,6 +13,8 @@
 #include <fcntl.h>
 #include <mutex>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
 
 namespace tessera {
 namespace {
@@ -21,6 +23,7 @@ constexpr int maximumLinks = 40; // as the kernel's own limit
 constexpr int maximumNames = 100;
 constexpr mode_t permissionBits = 07777;
 constexpr mode_t newFileMode = 0666;
+constexpr int copyChunk = 1024 * 1024; // bytes
 
 /// Where a save goes once symbolic links are followed.
 struct Target {
@@ -73,6 +76,13 @@ DurableResult resolveTarget(const QString& path, Target& target) {
     }
 }
 
+/// What is to stand in the file: bytes in memory, or an open file that is read piece by piece.
+struct Content {
+    const QByteArray* bytes = nullptr;
+    int source = -1;
+    qint64 size = 0;
+};
+
 /// The temporary file beside the target; removed at the end of its life unless it has become the target.
 class Temporary {
 public:
@@ -102,14 +112,14 @@ public:
         return failed(DurableStep::CreateTemporary, errno);
     }
 
-    DurableResult fill(const QByteArray& bytes) {
+    DurableResult fill(const Content& content) {
         FileDescriptor file(m_file);
         m_file = -1;
         DurableResult result = takeAttributes(file.get());
         if (result)
-            result = writeAll(file.get(), bytes);
+            result = content.bytes ? writeAll(file.get(), *content.bytes) : copyAll(file.get(), content.source);
         if (result)
-            result = verify(file.get(), bytes.size());
+            result = verify(file.get(), content.size);
         if (!result)
             return result;
         if (const int error = syncDescriptor(file.get()))
@@ -159,6 +169,22 @@ private:
         return DurableResult();
     }
 
+    DurableResult copyAll(int file, int source) const {
+        std::vector<char> bytes(copyChunk);
+        for (;;) {
+            const ssize_t count = ::read(source, bytes.data(), bytes.size());
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count < 0)
+                return failed(DurableStep::ReadSource, errno);
+            if (count == 0)
+                return DurableResult();
+            const DurableResult written = writeAll(file, QByteArray::fromRawData(bytes.data(), int(count)));
+            if (!written)
+                return written;
+        }
+    }
+
     DurableResult verify(int file, qint64 expected) const {
         struct stat status = {};
         if (::fstat(file, &status) != 0)
@@ -192,7 +218,7 @@ private:
     bool m_created = false;
 };
 
-DurableResult replaceTarget(const Target& target, const QByteArray& bytes) {
+DurableResult replaceTarget(const Target& target, const Content& content) {
     DurableResult result = ensureDirectory(target.directory);
     if (!result)
         return result;
@@ -204,7 +230,7 @@ DurableResult replaceTarget(const Target& target, const QByteArray& bytes) {
         Temporary temporary(directory.get(), target);
         result = temporary.create();
         if (result)
-            result = temporary.fill(bytes);
+            result = temporary.fill(content);
         if (result)
             result = temporary.becomeTarget();
         if (!result)
@@ -222,7 +248,19 @@ DurableResult replaceTarget(const Target& target, const QByteArray& bytes) {
 DurableResult writeFileDurably(const QString& path, const QByteArray& bytes) {
     Target target;
     const DurableResult resolved = resolveTarget(path, target);
-    return resolved ? replaceTarget(target, bytes) : resolved;
+    return resolved ? replaceTarget(target, Content{&bytes, -1, bytes.size()}) : resolved;
+}
+
+DurableResult copyFileDurably(const QString& source, const QString& path) {
+    FileDescriptor file(::open(QFile::encodeName(source).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (!file.isOpen() || ::fstat(file.get(), &status) != 0)
+        return DurableResult::failure(DurableStep::ReadSource, errno, source);
+    if (!S_ISREG(status.st_mode))
+        return DurableResult::failure(DurableStep::ReadSource, 0, source, QStringLiteral("not a regular file"));
+    Target target;
+    const DurableResult resolved = resolveTarget(path, target);
+    return resolved ? replaceTarget(target, Content{nullptr, file.get(), status.st_size}) : resolved;
 }
 
 DurableResult writeFileKeepingTail(const QString& path, const QByteArray& bytes) {
@@ -237,7 +275,7 @@ DurableResult writeFileKeepingTail(const QString& path, const QByteArray& bytes)
         if (const int error = readFileFrom(target.directory + '/' + target.name, bytes.size(), whole))
             return DurableResult::failure(DurableStep::ReadOld, error, path);
     }
-    return replaceTarget(target, whole);
+    return replaceTarget(target, Content{&whole, -1, whole.size()});
 }
 
 } // namespace tessera

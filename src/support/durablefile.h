@@ -26,6 +26,10 @@ namespace tessera {
 /// the later rename stands, whole.
 TESSERA_SUPPORT_EXPORT DurableResult writeFileDurably(const QString& path, const QByteArray& bytes);
 
+/// As writeFileDurably(), with the content of the regular file `source`, which is read piece by piece, so that it may
+/// be larger than the memory. A source whose length changes meanwhile is a failure. Source and target may be one file.
+TESSERA_SUPPORT_EXPORT DurableResult copyFileDurably(const QString& source, const QString& path);
+
 /// As writeFileDurably(), for files that are rewritten in place: where the present file is longer than `bytes`, what it
 /// holds beyond their length stays behind them. Calls in this process are put one after the other.
 TESSERA_SUPPORT_EXPORT DurableResult writeFileKeepingTail(const QString& path, const QByteArray& bytes);

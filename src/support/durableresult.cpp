@@ -16,6 +16,7 @@ constexpr StepText stepTexts[] = {
     {DurableStep::ResolveTarget, "find the file to replace"},
     {DurableStep::LockFile, "lock the file"},
     {DurableStep::ReadOld, "read the present content"},
+    {DurableStep::ReadSource, "read the file to be copied"},
     {DurableStep::PrepareText, "produce the settings text"},
     {DurableStep::ProveText, "prove the settings text"},
     {DurableStep::MakeDirectory, "make the directory"},

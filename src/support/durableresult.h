@@ -13,6 +13,7 @@ enum class DurableStep {
     ResolveTarget,   ///< the path is empty, a directory, a device, or a loop of symbolic links
     LockFile,        ///< settings only: another writer holds the file
     ReadOld,         ///< the present content could not be read
+    ReadSource,      ///< copies only: the file to be copied could not be read, or is none
     PrepareText,     ///< settings only: the new ini text could not be produced
     ProveText,       ///< settings only: the new ini text does not give the values back
     MakeDirectory,   ///< a missing parent directory could not be made or synced

@@ -56,6 +56,9 @@ private slots:
     void a_name_of_the_longest_length_is_written();
     void time_stamps_of_saves_in_a_row_all_differ();
     void a_clock_set_back_is_believed();
+    void a_copy_is_the_source_byte_for_byte_data();
+    void a_copy_is_the_source_byte_for_byte();
+    void a_copy_of_what_is_no_file_is_refused();
     void a_shorter_text_keeps_the_old_tail_data();
     void a_shorter_text_keeps_the_old_tail();
     void threads_that_save_one_path_leave_one_whole_content();
@@ -229,6 +232,44 @@ void TestDurableFile::a_clock_set_back_is_believed() {
     file.close();
     QVERIFY(writeFileDurably(path("a"), "new"));
     QVERIFY(QFileInfo(path("a")).lastModified() < QDateTime::currentDateTime().addDays(1));
+}
+
+void TestDurableFile::a_copy_is_the_source_byte_for_byte_data() {
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("target");
+    QTest::newRow("empty") << 0 << "new";
+    QTest::newRow("one byte") << 1 << "new";
+    QTest::newRow("one piece") << 1024 * 1024 << "new";
+    QTest::newRow("several pieces") << 3 * 1024 * 1024 + 17 << "new";
+    QTest::newRow("over an old file") << 5000 << "old";
+    QTest::newRow("onto itself") << 5000 << "source";
+}
+
+void TestDurableFile::a_copy_is_the_source_byte_for_byte() {
+    QFETCH(int, size);
+    QFETCH(QString, target);
+    QByteArray bytes(size, '\0');
+    for (int i = 0; i < size; ++i)
+        bytes[i] = static_cast<char>(i % 251);
+    putContent(path("source"), bytes);
+    putContent(path("old"), QByteArray(9000, 'o'));
+    const DurableResult result = tessera::copyFileDurably(path("source"), path(target));
+    QVERIFY2(result.ok(), qPrintable(result.message()));
+    QVERIFY(contentOf(path(target)) == bytes);
+    QVERIFY(contentOf(path("source")) == bytes);
+}
+
+void TestDurableFile::a_copy_of_what_is_no_file_is_refused() {
+    putContent(path("a"), "old");
+    QVERIFY(QDir(directory()).mkdir("folder"));
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    for (const char* source : {"nothing", "folder", "pipe"}) {
+        const DurableResult result = tessera::copyFileDurably(path(source), path("a"));
+        QCOMPARE(result.step(), DurableStep::ReadSource);
+        QVERIFY2(result.message().contains("read the file to be copied failed"), qPrintable(result.message()));
+    }
+    QCOMPARE(contentOf(path("a")), QByteArray("old"));
+    QVERIFY(!tessera::copyFileDurably(path("a"), path("folder")).ok());
 }
 
 void TestDurableFile::a_shorter_text_keeps_the_old_tail_data() {

@@ -62,6 +62,8 @@ private slots:
     void every_fault_through_a_link_is_reported();
     void every_fault_of_a_save_that_keeps_a_tail_is_reported_data() { addStyles(); }
     void every_fault_of_a_save_that_keeps_a_tail_is_reported();
+    void every_fault_of_a_copy_is_reported_data() { addStyles(); }
+    void every_fault_of_a_copy_is_reported();
     void every_fault_tells_its_step_data();
     void every_fault_tells_its_step();
     void a_write_that_lies_about_its_length_is_found_out();
@@ -162,6 +164,27 @@ void TestDurableFileFaults::every_fault_of_a_save_that_keeps_a_tail_is_reported(
         steps);
     QVERIFY2(complaint.isEmpty(), qPrintable(complaint));
     QVERIFY2(steps >= 16, qPrintable(QString::number(steps)));
+}
+
+void TestDurableFileFaults::every_fault_of_a_copy_is_reported() {
+    const FaultStyle style = fetchedFaultStyle();
+    const QTemporaryDir elsewhere;
+    const QString source = elsewhere.filePath("source");
+    putContent(source, newContent);
+    const QString file = path("a");
+    DurableResult result;
+    int steps = 0;
+    const QString complaint = walkFaults(
+        directory(), style, [&] { putContent(file, oldContent); },
+        [&] { result = tessera::copyFileDurably(source, file); },
+        [&](const FaultStep& step) {
+            if (everythingIn(directory()) != QStringList{"a"})
+                return QString("something else is left");
+            return judge(style, step, result, oldContent, newContent, contentOf(file));
+        },
+        steps);
+    QVERIFY2(complaint.isEmpty(), qPrintable(complaint));
+    QVERIFY2(steps >= 12, qPrintable(QString::number(steps)));
 }
 
 void TestDurableFileFaults::every_fault_tells_its_step_data() {
