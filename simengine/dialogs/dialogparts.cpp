@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 
 #include <QDialog>
+#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPushButton>
 
@@ -26,6 +27,13 @@ ButtonRow makeOkCancel(QDialog* dialog) {
     row.layout->addWidget(row.cancel);
     QObject::connect(row.cancel, &QPushButton::clicked, dialog, &QDialog::reject);
     return row;
+}
+
+QFormLayout* makeForm(QDialog* dialog) {
+    auto* form = new QFormLayout(dialog);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    form->setSpacing(8);
+    return form;
 }
 
 void prepareDialog(QDialog* dialog, QString const& title) {

@@ -4,6 +4,7 @@
 #include <QString>
 
 class QDialog;
+class QFormLayout;
 class QHBoxLayout;
 class QPushButton;
 class QWidget;
@@ -23,6 +24,9 @@ struct ButtonRow {
     QPushButton* cancel;
 };
 ButtonRow makeOkCancel(QDialog* dialog);
+
+/// The layout of a dialog of labels and fields, the labels at the height of their fields.
+QFormLayout* makeForm(QDialog* dialog);
 
 /// Title, no question mark in the frame, and a size that reads on a small panel.
 void prepareDialog(QDialog* dialog, QString const& title);

@@ -55,7 +55,7 @@ DimitionSet::DimitionSet(bool lines, QWidget* parent, bool modal)
     }
     d->amplitude = makeLength("doubleSpinBoxAmplitude", defaults.Amplitude, this);
     d->pitch = makeLength("doubleSpinBoxPitch", defaults.Pitch, this);
-    auto* form = new QFormLayout(this);
+    QFormLayout* form = sim::makeForm(this);
     form->addRow(LanguageManager::GetLanText("异化类型"), d->type);
     form->addRow(LanguageManager::GetLanText("幅值(mm)"), d->amplitude);
     form->addRow(LanguageManager::GetLanText("周期(mm)"), d->pitch);

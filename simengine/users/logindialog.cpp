@@ -59,7 +59,7 @@ LoginDialog::LoginDialog(UserStore& store, Session& session, QWidget* parent)
     auto* keypad = new PassWordCtrl(this);
     ButtonRow const buttons = makeOkCancel(this);
     buttons.ok->setText(LanguageManager::GetLanText("登录"));
-    auto* form = new QFormLayout(this);
+    QFormLayout* form = makeForm(this);
     form->addRow(LanguageManager::GetLanText("用户名"), m_name);
     form->addRow(LanguageManager::GetLanText("密码"), m_password);
     form->addRow(m_fault);

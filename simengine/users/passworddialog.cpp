@@ -35,7 +35,7 @@ PasswordDialog::PasswordDialog(UserStore& store, Session& session, QWidget* pare
     auto* user = new QLabel(m_name, this);
     user->setTextFormat(Qt::PlainText);
     ButtonRow const buttons = makeOkCancel(this);
-    auto* form = new QFormLayout(this);
+    QFormLayout* form = makeForm(this);
     form->addRow(LanguageManager::GetLanText("用户名"), user);
     form->addRow(LanguageManager::GetLanText("原密码"), m_old);
     form->addRow(LanguageManager::GetLanText("新密码"), m_new);
@@ -82,7 +82,7 @@ AdminPasswordDialog::AdminPasswordDialog(QWidget* parent)
     }
     auto* keypad = new PassWordCtrl(this);
     ButtonRow const buttons = makeOkCancel(this);
-    auto* form = new QFormLayout(this);
+    QFormLayout* form = makeForm(this);
     form->addRow(LanguageManager::GetLanText("新密码"), m_new);
     form->addRow(LanguageManager::GetLanText("确认密码"), m_again);
     form->addRow(m_fault);

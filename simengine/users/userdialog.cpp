@@ -48,7 +48,7 @@ UserDialog::UserDialog(UserStore& store, Kind kind, QWidget* parent)
         connect(m_administrator, &QCheckBox::toggled, box, &QWidget::setDisabled);
     }
     ButtonRow const buttons = makeOkCancel(this);
-    auto* form = new QFormLayout(this);
+    QFormLayout* form = makeForm(this);
     form->addRow(LanguageManager::GetLanText("用户名"), m_name);
     form->addRow(LanguageManager::GetLanText("密码"), m_password);
     form->addRow(LanguageManager::GetLanText("确认密码"), m_again);

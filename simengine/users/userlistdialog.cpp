@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "engine/msgbox.h"
 #include "simengine/dialogs/dialogparts.h"
+#include "simengine/users/checkdelegate.h"
 #include "simengine/users/logindialog.h"
 #include "simengine/users/passworddialog.h"
 #include "simengine/users/rights.h"
@@ -45,6 +46,7 @@ UserListDialog::UserListDialog(UserStore& store, User const& current, QWidget* p
     QStringList headers{LanguageManager::GetLanText("用户名"), LanguageManager::GetLanText("管理员")};
     for (RightRow const& row : kRights)
         headers.append(LanguageManager::GetLanText(row.key));
+    m_table->setItemDelegate(new CheckDelegate(m_table));
     m_table->setObjectName(QStringLiteral("tableWidgetUsers"));
     m_table->setHorizontalHeaderLabels(headers);
     m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);

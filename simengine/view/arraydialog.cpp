@@ -48,8 +48,7 @@ ArrayDialog::ArrayDialog(const QSizeF& size, QWidget* parent)
     , m_stepY(stepBox("doubleSpinBoxStepY", firstStep(size.height()), this)) {
     setObjectName(QStringLiteral("ArrayDialog"));
     prepareDialog(this, LanguageManager::GetLanText("对象阵列"));
-    auto* form = new QFormLayout(this);
-    form->setSpacing(10);
+    QFormLayout* form = makeForm(this);
     form->addRow(LanguageManager::GetLanText("列数"), m_columns);
     form->addRow(LanguageManager::GetLanText("行数"), m_rows);
     form->addRow(LanguageManager::GetLanText("列间距(mm)"), m_stepX);

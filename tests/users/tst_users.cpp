@@ -358,6 +358,27 @@ private slots:
         QCOMPARE(userStore().users()->at(1).rights, unsigned(RightNewFile | RightEditParam));
     }
 
+    void a_touch_anywhere_in_a_cell_turns_its_right_over() {
+        QCOMPARE(session().login("admin", "admin-1"), LoginResult::Done);
+        DialogWorker worker(1, [](QDialog* dialog, int) {
+            auto* table = dialog->findChild<QTableWidget*>("tableWidgetUsers");
+            QTableWidgetItem* cell = table->item(1, 4);
+            bool const before = cell->checkState() == Qt::Checked;
+            QRect const place = table->visualItemRect(cell);
+            QVERIFY(table->rowHeight(1) >= 40);
+            for (QPoint const& at :
+                 {place.center(), place.topLeft() + QPoint(6, 6), place.bottomRight() - QPoint(6, 6)})
+                QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, at);
+            QCOMPARE(cell->checkState() == Qt::Checked, !before);
+            table->setCurrentItem(cell);
+            QTest::keyClick(table, Qt::Key_Space);
+            QCOMPARE(cell->checkState() == Qt::Checked, before);
+            press(dialog, "pushButtonClose");
+        });
+        AuthorityManager::UsersManagerConfig();
+        QCOMPARE(worker.left(), 0);
+    }
+
     void the_list_shows_others_their_own_row_without_switches() {
         QCOMPARE(session().login("operator", "oper-2"), LoginResult::Done);
         DialogWorker worker(1, [](QDialog* dialog, int) {
