@@ -268,6 +268,7 @@ private:
     void SetIcons();
     void initSlotSingle();
     void initMarkTool();
+    void SetPluginTexts();
     void InitCustomWindow();
     void LoadCustomWindow();
     void CloseThread();

@@ -23,8 +23,8 @@ void MainWindow::InitCustomWindow() {
     if (!m_pCustomWindow)
         return;
     if (type == tessera::kCustomUITab) {
-        ui->tabWidgetMian->insertTab(ui->tabWidgetMian->count() - 1, m_pCustomWindow,
-                                     LanguageManager::GetLanText("定制"));
+        ui->tabWidgetMian->insertTab(ui->tabWidgetMian->count() - 1, m_pCustomWindow, QString());
+        SetPluginTexts();
     } else if (type == tessera::kCustomUIWhole) {
         SetUIMode(false);
         ui->actionChangeDebug->setVisible(true);
@@ -45,7 +45,6 @@ void MainWindow::initMarkTool() {
             auto* action = new QAction(info->GetIcon(), QString(), this);
             action->setCheckable(true);
             action->setObjectName(info->GetToolClassName());
-            action->setToolTip(LanguageManager::GetLanText(info->GetToolName()));
             m_ToolActions.append(action);
             m_ToolInfos.append(info);
             m_ToolModules.append(module);
@@ -54,6 +53,15 @@ void MainWindow::initMarkTool() {
     }
     for (QAction* action : qAsConst(m_ToolActions))
         connect(action, &QAction::triggered, this, &MainWindow::on_actAddMarkTools_triggered);
+    SetPluginTexts();
+}
+
+void MainWindow::SetPluginTexts() {
+    for (int i = 0; i < m_ToolActions.size(); ++i)
+        m_ToolActions.at(i)->setToolTip(LanguageManager::GetLanText(m_ToolInfos.at(i)->GetToolName()));
+    const int tab = m_pCustomWindow ? ui->tabWidgetMian->indexOf(m_pCustomWindow) : -1;
+    if (tab >= 0)
+        ui->tabWidgetMian->setTabText(tab, LanguageManager::GetLanText("定制"));
 }
 
 /// A module that makes no object leaves the view adding, with nothing to add.

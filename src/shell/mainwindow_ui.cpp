@@ -231,6 +231,7 @@ void MainWindow::SetUIText() {
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabFile), text("文档"));
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabDoc), text("说明书"));
     m_pFileList->SetUIText();
+    SetPluginTexts();
     m_pCardStatusLabel->setText(text("卡/振镜状态"));
     m_pSoftVersionLabel->setText(text("软件版本号") + QStringLiteral(":") + m_Version + QStringLiteral("  "));
 }

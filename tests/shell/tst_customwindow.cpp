@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "engine/externmodules.h"
+#include "engine/languagemanager.h"
 #include "engine/markshapecontainer.h"
 #include "support/approot.h"
 #include "tests/shell/windowfixture.h"
@@ -39,6 +40,7 @@ private slots:
     void a_factory_that_makes_nothing_leaves_the_view_adding();
     void a_module_tool_without_a_document_does_nothing();
     void a_module_tool_that_is_taken_back_selects();
+    void texts_of_plugins_follow_the_language();
 
 private:
     TemporaryRoot m_Root;
@@ -76,6 +78,7 @@ void CustomWindowTest::init() {
 
 void CustomWindowTest::cleanup() {
     m_Window.reset();
+    LanguageManager::SetCurrentLan(QStringLiteral("zh_CN"));
     SystemParam::Instance()->m_nCustomUIType = 0;
     for (char const* folder : {"/CustomWindow", "/MarkFile", "/MarkToolModules"})
         QDir(tessera::rootPath(QString::fromLatin1(folder))).removeRecursively();
@@ -295,6 +298,20 @@ void CustomWindowTest::a_module_tool_that_is_taken_back_selects() {
     QCOMPARE(view->GetOperatorOnView(), OperatorSelect);
     QVERIFY(action("Select")->isChecked());
     QVERIFY(!action("TestStar")->isChecked());
+}
+
+void CustomWindowTest::texts_of_plugins_follow_the_language() {
+    SystemParam::Instance()->m_nCustomUIType = 2;
+    install(QStringLiteral(GOOD_WINDOW), QStringLiteral("good.so"));
+    QVERIFY(QDir(m_Root.path()).mkpath(QStringLiteral("MarkToolModules")));
+    QVERIFY(QFile::copy(QStringLiteral(TOOL_MODULE), m_Root.path(QStringLiteral("MarkToolModules/tool.so"))));
+    start();
+    for (bool english : {true, false}) {
+        LanguageManager::SetCurrentLan(english ? QStringLiteral("en") : QStringLiteral("zh_CN"));
+        window().SetUIText();
+        QCOMPARE(tabs()->tabText(1), english ? QStringLiteral("Custom") : QStringLiteral("定制"));
+        QCOMPARE(action("TestStar")->toolTip(), english ? QStringLiteral("Rectangle") : QStringLiteral("矩形"));
+    }
 }
 
 QTEST_MAIN(CustomWindowTest)

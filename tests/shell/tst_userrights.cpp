@@ -4,10 +4,14 @@
 #include "support/approot.h"
 #include "tests/shell/actiontable.h"
 #include "tests/shell/windowfixture.h"
+#include "tests/support/dialoganswerer.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
+#include <QSignalSpy>
 #include <QToolBar>
 
 using namespace tests;
@@ -43,6 +47,9 @@ private slots:
     void a_document_that_may_not_be_edited_is_read_only();
     void object_actions_stay_as_they_are();
     void the_splice_settings_are_read_anew();
+    void user_entries_open_their_dialogs_data();
+    void user_entries_open_their_dialogs();
+    void a_login_takes_the_user_over();
 
 private:
     TemporaryRoot m_Root;
@@ -232,6 +239,42 @@ void UserRightsTest::the_splice_settings_are_read_anew() {
     takeOver();
     QCOMPARE(double(BoxSpliceParam::m_OffsetX), 1.5);
     BoxSpliceParam::Save(0, 0.0, 0.0, 0.0);
+}
+
+void UserRightsTest::user_entries_open_their_dialogs_data() {
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("actionChangeUser") << QStringLiteral("LoginDialog");
+    QTest::newRow("actionChangePassWord") << QStringLiteral("PasswordDialog");
+    QTest::newRow("actionNewUser") << QStringLiteral("msgBox");
+    QTest::newRow("actionViewPermission") << QStringLiteral("UserListDialog");
+}
+
+/// This user may not make others, and is told so.
+void UserRightsTest::user_entries_open_their_dialogs() {
+    QSignalSpy taken(&window(), &MainWindow::UserChanged);
+    DialogAnswerer answerer;
+    answerer.reject();
+    action(QTest::currentDataTag())->trigger();
+    QVERIFY(answerer.waitUntilAnswered());
+    QTEST(answerer.seen().at(0).objectName, "dialog");
+    QCOMPARE(taken.count(), 0);
+}
+
+void UserRightsTest::a_login_takes_the_user_over() {
+    QSignalSpy taken(&window(), &MainWindow::UserChanged);
+    DialogAnswerer answerer;
+    answerer.fillAndPress(
+        [](QWidget& dialog) {
+            dialog.findChild<QComboBox*>(QStringLiteral("comboBoxUser"))->setCurrentText(QString::fromLatin1(kName));
+            for (QLineEdit* line : dialog.findChildren<QLineEdit*>()) {
+                if (line->echoMode() == QLineEdit::Password)
+                    line->setText(QString::fromLatin1(kPassword));
+            }
+        },
+        QStringLiteral("登录"));
+    action("actionChangeUser")->trigger();
+    QVERIFY(answerer.waitUntilAnswered());
+    QCOMPARE(taken.count(), 1);
 }
 
 QTEST_MAIN(UserRightsTest)
