@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "figures.h"
 
+#include "documentfiles.h"
 #include "engine/imarkcardbase.h"
 #include "engine/markcardinstance.h"
 #include "engine/markshapecontainer.h"
@@ -17,7 +18,8 @@ namespace tessera {
 RunFigures documentFigures(MachineControl const& machine) {
     RunFigures figures;
     if (QRulerView* document = MainWindow::Instance()->GetActiveView()) {
-        figures.document = document->GetFileName();
+        QString const path = DocumentFiles::existing(document->GetFileName());
+        figures.document = path.isEmpty() ? document->GetFileName() : path;
         figures.objects = document->GetMarkTools()->GetMarkTools().size();
     }
     if (IMarkCardBase* card = MarkCardInstance::Instance())

@@ -22,6 +22,13 @@ namespace {
 
 constexpr int kProgressPeriod = 100; // ms
 
+/// Opens a document or makes it the active one; false when it cannot be read.
+bool open(QString const& path) {
+    QString const name = DocumentFiles::openName(path);
+    MainWindow::Instance()->OpenFile(name);
+    return MainWindow::Instance()->IsFileOpened(name);
+}
+
 } // namespace
 
 StartJobs::StartJobs(CommandLine const& commandLine, MachineControl* machine, QObject* parent)
@@ -55,8 +62,7 @@ bool StartJobs::openDocuments() {
         QString const path = DocumentFiles::existing(given);
         if (path.isEmpty())
             return fail(QStringLiteral("There is no document \"%1\".").arg(given));
-        MainWindow::Instance()->OpenFile(path);
-        if (!MainWindow::Instance()->IsFileOpened(path))
+        if (!open(path))
             return fail(QStringLiteral("\"%1\" is not a mark document or is damaged.").arg(path));
     }
     return true;
@@ -68,8 +74,7 @@ bool StartJobs::importDrawings() {
         QString const path = DrawingImport::import(drawing, error);
         if (path.isEmpty())
             return fail(error);
-        MainWindow::Instance()->OpenFile(path);
-        if (!MainWindow::Instance()->IsFileOpened(path))
+        if (!open(path))
             return fail(QStringLiteral("The imported document \"%1\" cannot be read again.").arg(path));
     }
     return true;

@@ -4,6 +4,7 @@
 #include "engine/externmodules.h"
 #include "engine/glassparam.h"
 #include "engine/languagemanager.h"
+#include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
 #include "files/filelistview.h"
@@ -11,6 +12,7 @@
 #include "shell/lamppixmap.h"
 #include "shell/leftpanel.h"
 #include "shell/mainwindow_texts.h"
+#include "shell/qttexts.h"
 #include "shell/rightpanel.h"
 #include "shell/statuseview.h"
 #include "shell/statuszones.h"
@@ -224,6 +226,9 @@ void MainWindow::SetIcons() {
 }
 
 void MainWindow::SetUIText() {
+    if (!tessera::SetQtLanguage(LanguageManager::GetCurrentLan()))
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("no texts of the tool kit in ") +
+                                            LanguageManager::GetCurrentLan());
     for (tessera::ActionEntry const& entry : tessera::ActionEntries())
         ((*ui).*entry.action)->setText(text(entry.key));
     for (tessera::MenuEntry const& entry : tessera::MenuEntries())

@@ -47,6 +47,8 @@ private slots:
                                << "gear.mkf";
         QTest::newRow("two dots") << "/a/gear.v2.svg"
                                   << "gear.v2.mkf";
+        QTest::newRow("capitals") << "/a/Gear.SVG"
+                                  << "gear.mkf";
         QTest::newRow("Chinese") << QStringLiteral("/a/齿轮.dxf") << QStringLiteral("齿轮.mkf");
         QTest::newRow("ending alone") << "/a/.svg"
                                       << "import.mkf";
@@ -57,6 +59,30 @@ private slots:
         QFETCH(QString, drawing);
         QFETCH(QString, name);
         QCOMPARE(DocumentFiles::importTarget(drawing, "x"), path(name));
+    }
+
+    void document_of_the_folder_is_opened_by_its_bare_name_data() {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("name");
+        // an empty name: the path stays
+        QTest::newRow("small letters") << "gear.v2.mkf"
+                                       << "gear.v2";
+        QTest::newRow("capitals") << "Gear.mkf"
+                                  << "";
+        QTest::newRow("other ending") << "gear.bak"
+                                      << "";
+        QTest::newRow("no name") << ".mkf"
+                                 << "";
+        QTest::newRow("folder below") << "sub/gear.mkf"
+                                      << "";
+        QTest::newRow("elsewhere") << "../gear.mkf"
+                                   << "";
+    }
+    void document_of_the_folder_is_opened_by_its_bare_name() {
+        QFETCH(QString, file);
+        QFETCH(QString, name);
+        QString const given = QDir::cleanPath(path(file));
+        QCOMPARE(DocumentFiles::openName(given), name.isEmpty() ? given : name);
     }
 
     void existing_document_of_other_content_is_not_named() {
