@@ -11,11 +11,21 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
 constexpr int kOverwrite = 0;
 constexpr int kRename = 1;
+/// Most bytes of a name: the file system takes 255, and an ending and the mark of a file being written come on top.
+constexpr int kMostNameBytes = 200;
+
+/// A file of a folder can have the name, and an operator can read it.
+bool isFileName(QString const& name) {
+    bool const readable = std::all_of(name.begin(), name.end(), [](QChar c) { return c.isPrint(); });
+    return readable && !name.contains(QLatin1Char('/')) && name != QLatin1String(".") && name != QLatin1String("..") &&
+           name.toUtf8().size() <= kMostNameBytes;
+}
 
 bool isFree(QString const& name, QVector<QString> const& taken) {
     for (QString const& other : taken) {
@@ -60,7 +70,7 @@ char const* FileCopyBehavior::Private::nameFault() const {
     QString const typed = newName->text().trimmed();
     if (typed.isEmpty())
         return "请输入文档名字";
-    if (typed.contains(QLatin1Char('/')) || typed == QLatin1String(".") || typed == QLatin1String(".."))
+    if (!isFileName(typed))
         return "请输入正确的文件名";
     return isFree(typed, taken) ? nullptr : "文件名已存在";
 }

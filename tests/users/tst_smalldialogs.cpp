@@ -115,6 +115,19 @@ private slots:
         QTest::newRow("taken in capitals") << "B";
         QTest::newRow("folder") << "x/y";
         QTest::newRow("parent") << "..";
+        QTest::newRow("this folder") << ".";
+        QTest::newRow("tab") << "x\ty";
+        QTest::newRow("bell") << "x\a";
+        QTest::newRow("too long") << QString(201, 'x');
+        QTest::newRow("too long in bytes") << QString(67, QChar(0x4e2d));
+    }
+
+    void rename_takes_the_longest_name() {
+        FileCopyBehavior dialog("exists", "a", {"a"}, nullptr);
+        child<QRadioButton>(&dialog, "radioButtonRename")->setChecked(true);
+        child<QLineEdit>(&dialog, "lineEditName")->setText(QString(66, QChar(0x4e2d)) + "xx");
+        child<QPushButton>(&dialog, "pushButtonOK")->click();
+        QCOMPARE(dialog.result(), static_cast<int>(QDialog::Accepted));
     }
 
     void rename_refuses_names_that_cannot_be_used() {
