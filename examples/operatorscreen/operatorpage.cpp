@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "operatorpage.h"
 
+#include "run/form_marking.h"
 #include "shell/mainwindow.h"
 
 namespace {
@@ -20,6 +21,8 @@ OperatorPage::OperatorPage(MainWindow& window)
         Follow();
         m_Screen->Refresh();
     });
+    // A counted piece is shown at once.
+    connect(Form_Marking::Instance(), &Form_Marking::SendRunData, m_Screen, &OperatorScreen::Refresh);
 }
 
 OperatorPage::~OperatorPage() {
