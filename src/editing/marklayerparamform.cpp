@@ -104,6 +104,7 @@ void MarkLayerParamForm::FillTable() {
     table->verticalHeader()->setMinimumSectionSize(kRowHeight);
     table->setColumnWidth(0, kNumberWidth);
     table->horizontalHeader()->setMinimumSectionSize(kNumberWidth);
+    table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table->horizontalHeader()->setStretchLastSection(true);
     connect(table, &QTableWidget::cellClicked, table, &QTableWidget::selectRow);
     for (int row = 0; row < kLayerCount; ++row) {

@@ -90,6 +90,7 @@ MainWindow::MainWindow() {
     PrepareTools();
     InitMarkCard();
     ShowCardVersion();
+    BuildRightPages();
     ConnectOwnSignals();
     ApplyIOState();
     StartCommandServer();
@@ -120,6 +121,7 @@ void MainWindow::InitMainWindow() {
     InitCustomWindow();
     ReadRecentFile();
     countTime();
+    ResetLayerData();
     connect(&m_SecondTimer, &QTimer::timeout, this, &MainWindow::countTime);
     connect(this, &MainWindow::MoveMarkWnd2Center, this, &MainWindow::onMoveMarkWnd2Center);
     m_SecondTimer.start(kSecondMs);

@@ -23,6 +23,8 @@
 class AlarmCtrl;
 class FileListView;
 class LeftPanel;
+class MarkLayerParamForm;
+class MarkToolProperty;
 class QLabel;
 class QNetworkAccessManager;
 class QResizeEvent;
@@ -129,7 +131,7 @@ public:
     void onCcdToolVisible();
     void UpdateIOSetting();
     /// Puts the pages of the right panel in, each may be null: object properties at the top, then the motion page when
-    /// there is a motion card, the layer parameters last. They belong to the panel from then on.
+    /// there is a motion card, the layer parameters last. They belong to the panel from then on; those before go.
     void SetRightPages(QWidget* toolProperty, QWidget* motion, QWidget* layerForm);
     /// Writes one line to the debug file. Any thread.
     void SaveDebugText(QString const& text);
@@ -292,6 +294,11 @@ private:
     void DisableDocumentActions();
     void SetSelectObjCnt(int count);
     void EnableRightPages(bool toolProperty, bool layerForm);
+    void BuildRightPages();
+    /// The pages of these kinds, null while the right panel holds others.
+    MarkToolProperty* ToolProperty() const;
+    MarkLayerParamForm* LayerForm() const;
+    void ResetLayerData();
     void ShowObjList(QRulerView* view, bool show);
 
     // Tools

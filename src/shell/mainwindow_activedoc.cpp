@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/mainwindow.h"
 
+#include "editing/marklayerparamform.h"
+#include "editing/marktoolproperty.h"
 #include "engine/authoritymanager.h"
 #include "engine/languagemanager.h"
 #include "engine/qrulerview.h"
@@ -19,11 +21,19 @@ void MainWindow::SetUIChangeDoc(QRulerView* view) {
     m_pCurDoc = view;
     if (view)
         ConnectView(view, true);
+    if (MarkToolProperty* page = ToolProperty())
+        page->SetRulerView(view);
     DisableDocumentActions();
     if (view)
         EnableForDocument(view);
     else
         tessera::EnableAll(*ui, tessera::kObjectActions, false);
+    if (MarkLayerParamForm* page = LayerForm()) {
+        if (view)
+            page->SetLayerIndex(view->GetCurrentLayer());
+        page->DocChange(view);
+        page->ResetLayerData();
+    }
     UserChange();
 }
 
@@ -71,13 +81,17 @@ void MainWindow::EnableForSelection(QRulerView* view) {
 
 void MainWindow::SelectObjChange(double, double, double, double, double, int count, int) {
     QRulerView* view = GetActiveView();
-    if (!view || !AuthorityManager::CanEditMarkTool())
+    if (!view)
         return;
-    tessera::EnableAll(*ui, tessera::kAlignActions, count >= 2);
-    ui->actionComposite->setEnabled(count >= 2);
-    tessera::EnableAll(*ui, tessera::kSelectionActions, count >= 1);
-    SetSelectObjCnt(count);
-    EnableForSelection(view);
+    if (AuthorityManager::CanEditMarkTool()) {
+        tessera::EnableAll(*ui, tessera::kAlignActions, count >= 2);
+        ui->actionComposite->setEnabled(count >= 2);
+        tessera::EnableAll(*ui, tessera::kSelectionActions, count >= 1);
+        SetSelectObjCnt(count);
+        EnableForSelection(view);
+    }
+    if (MarkLayerParamForm* page = LayerForm())
+        page->SelectObjChanged();
 }
 
 void MainWindow::SetSelectObjCnt(int count) {

@@ -77,6 +77,7 @@ bool MainWindow::SetCurDoc(int index) {
     if (index < 0 || index > m_OpenFiles.size())
         return false;
     m_pFileList->SetActive(index);
+    ResetLayerData();
     return true;
 }
 
@@ -86,6 +87,7 @@ bool MainWindow::SetCurDoc(QString const& path) {
     const int index = m_Docs.indexOf(GetDoc(path));
     if (index >= 0)
         m_pFileList->SetActive(index);
+    ResetLayerData();
     return true;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "shell/mainwindow.h"
 
+#include "editing/marklayerparamform.h"
+#include "editing/marktoolproperty.h"
 #include "engine/externmodules.h"
 #include "engine/glassparam.h"
 #include "engine/languagemanager.h"
@@ -77,7 +79,28 @@ void MainWindow::BuildPanels() {
     m_pLeftPanel->AddStatusWidged(m_pStatusView);
 }
 
+void MainWindow::BuildRightPages() {
+    SetRightPages(new MarkToolProperty, nullptr, new MarkLayerParamForm);
+}
+
+MarkToolProperty* MainWindow::ToolProperty() const {
+    return qobject_cast<MarkToolProperty*>(m_pToolProperty.data());
+}
+
+MarkLayerParamForm* MainWindow::LayerForm() const {
+    return qobject_cast<MarkLayerParamForm*>(m_pLayerForm.data());
+}
+
+void MainWindow::ResetLayerData() {
+    if (MarkLayerParamForm* form = LayerForm())
+        form->ResetLayerData();
+}
+
 void MainWindow::SetRightPages(QWidget* toolProperty, QWidget* motion, QWidget* layerForm) {
+    for (QWidget* former : {m_pToolProperty.data(), m_pMotion.data(), m_pLayerForm.data()}) {
+        if (former != toolProperty && former != motion && former != layerForm)
+            delete former;
+    }
     m_pToolProperty = toolProperty;
     m_pMotion = motion;
     m_pLayerForm = layerForm;
@@ -237,6 +260,10 @@ void MainWindow::SetUIText() {
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabDoc), text("说明书"));
     m_pFileList->SetUIText();
     SetPluginTexts();
+    if (MarkToolProperty* page = ToolProperty())
+        page->SetUIText();
+    if (MarkLayerParamForm* page = LayerForm())
+        page->ResetUI();
     m_pCardStatusLabel->setText(text("卡/振镜状态"));
     m_pSoftVersionLabel->setText(text("软件版本号") + QStringLiteral(":") + m_Version + QStringLiteral("  "));
 }

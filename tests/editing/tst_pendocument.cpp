@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editing/marklayerparamform.h"
+#include "editing/marktoolproperty.h"
+#include "engine/languagemanager.h"
 #include "simengine/card/cardlink.h"
 #include "tests/editing/editingfixture.h"
 #include "tests/editing/penboxes.h"
@@ -20,6 +22,8 @@ private slots:
     void selecting_an_object_selects_its_pen_and_tells_nothing_back();
     void choosing_a_pen_puts_the_selection_on_it();
     void activating_a_document_leaves_its_selection_alone();
+    void the_pages_follow_the_active_document();
+    void another_language_reaches_the_pages();
 
 private:
     TemporaryRoot root;
@@ -144,6 +148,63 @@ void PenDocumentTest::activating_a_document_leaves_its_selection_alone() {
     QCOMPARE(view->GetToolLayer(0), 0);
     QCOMPARE(view->GetToolLayer(1), 4);
     window->CloseAllFile();
+}
+
+void PenDocumentTest::the_pages_follow_the_active_document() {
+    resetMachine();
+    RunningWindow window;
+    auto* form = window.child<MarkLayerParamForm>("MarkLayerParamForm");
+    auto* tool = window.child<MarkToolProperty>("MarkToolProperty");
+    const auto speed = [&] { return part<QDoubleSpinBox>(*form, "doubleSpinBoxMarkSpeed")->value(); };
+    const auto pen = [&] { return part<QComboBox>(*form, "comboBoxLayerIndex")->currentIndex(); };
+    const auto x = [&] { return part<QDoubleSpinBox>(*tool, "doubleSpinBoxPosX")->text(); };
+    const auto setSpeed = [](QRulerView* view, int index, double value) {
+        LayerData* data = nullptr;
+        view->GetLayerParams()->GetLayerData(index, data);
+        data->MarkSpeed = value;
+    };
+    QVERIFY(!form->isEnabled() && !tool->isEnabled());
+    QRulerView* first = window.newDocument(1, QStringLiteral("first"));
+    first->SetCurrentLayer(5);
+    setSpeed(first, 5, 111.0);
+    QRulerView* second = window.newDocument(3, QStringLiteral("second"));
+    setSpeed(second, 0, 222.0);
+    QVERIFY(window->SetCurDoc(first->GetFileName()));
+    QCOMPARE(pen(), 5);
+    QCOMPARE(speed(), 111.0);
+    QCOMPARE(x(), QStringLiteral("0.000"));
+    QVERIFY(window->SetCurDoc(1));
+    QCOMPARE(pen(), 0);
+    QCOMPARE(speed(), 222.0);
+    QCOMPARE(x(), QStringLiteral("2.000"));
+    QVERIFY(form->isEnabled() && tool->isEnabled());
+    // Another route changed the pen; activating the document again shows it.
+    setSpeed(second, 0, 333.0);
+    QVERIFY(window->SetCurDoc(1));
+    QCOMPARE(speed(), 333.0);
+    second->GetObjListView()->clearSelection();
+    second->GetObjListView()->selectionModel()->select(second->GetObjListView()->model()->index(0, 0),
+                                                       QItemSelectionModel::Select);
+    part<QComboBox>(*form, "comboBoxLayerIndex")->setCurrentIndex(9);
+    QCOMPARE(second->GetToolLayer(0), 9);
+    QCOMPARE(second->GetToolLayer(1), 0);
+    window->CloseAllFile();
+    QVERIFY(!form->isEnabled() && !tool->isEnabled());
+    QCOMPARE(x(), QString());
+}
+
+void PenDocumentTest::another_language_reaches_the_pages() {
+    resetMachine();
+    RunningWindow window(false);
+    auto* form = window.child<MarkLayerParamForm>("MarkLayerParamForm");
+    auto* tool = window.child<MarkToolProperty>("MarkToolProperty");
+    LanguageManager::SetCurrentLan(QStringLiteral("en"));
+    window->SetUIText();
+    QCOMPARE(part<QPushButton>(*form, "pushButtonApply")->text(), QStringLiteral("Apply"));
+    QCOMPARE(part<QPushButton>(*tool, "pushButtonFill")->text(), QStringLiteral("Hatch settings"));
+    LanguageManager::SetCurrentLan(QStringLiteral("zh_CN"));
+    window->SetUIText();
+    QCOMPARE(part<QPushButton>(*form, "pushButtonApply")->text(), QStringLiteral("应用"));
 }
 
 QTEST_MAIN(PenDocumentTest)

@@ -259,17 +259,17 @@ void WindowLookTest::right_panel_has_room_once_it_has_a_page() {
     start();
     window().setGeometry(0, 0, 1280, 720);
     auto* panel = m_Window->child<RightPanel>("widgetRight");
-    auto* drawing = m_Window->child<QWidget>("tabWidgetMian");
-    QVERIFY(!panel->isVisible());
-    auto* bar = m_Window->child<QWidget>("toolBarAuxiliary");
-    QTRY_COMPARE(bar->geometry().right(), window().centralWidget()->rect().right());
-    const int width = drawing->width();
-    auto* page = new QLabel(QStringLiteral("page"));
-    panel->AddWnd(page);
     QVERIFY(panel->isVisible());
-    QVERIFY(page->isVisible());
-    QTRY_COMPARE(drawing->width(), width - 245);
     QCOMPARE(panel->width(), 245);
+    QTRY_COMPARE(panel->geometry().right(), window().centralWidget()->rect().right());
+    auto* bar = m_Window->child<QWidget>("toolBarAuxiliary");
+    QTRY_COMPARE(bar->geometry().right(), panel->geometry().left() - 1);
+    RightPanel empty;
+    QVERIFY(!empty.isVisible());
+    auto* page = new QLabel(QStringLiteral("page"));
+    empty.AddWnd(page);
+    QVERIFY(empty.isVisible());
+    QVERIFY(page->isVisible());
 }
 
 void WindowLookTest::dialogs_have_a_frame_of_one_pixel() {
