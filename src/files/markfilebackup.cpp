@@ -18,7 +18,7 @@
 namespace tessera {
 namespace {
 
-constexpr qint64 longestList = 4 * 1024 * 1024; // bytes; the list is read as a whole at each start
+constexpr qint64 longestList = 4LL * 1024 * 1024; // bytes; the list is read as a whole at each start
 
 std::optional<dev_t> deviceOf(QString const& path) {
     struct stat status = {};
@@ -48,7 +48,7 @@ ArchiveResult WriteMarkFileBackup(QString const& folder, QString const& name, Wo
     if (!stick || !work.isValid())
         return ArchiveResult(ArchiveFault::NotWritten, folder);
     const QString zip = work.filePath(name + QStringLiteral(".zip"));
-    const ArchiveResult packed = packFolder(zip, markFileFolder(), &control);
+    ArchiveResult packed = packFolder(zip, markFileFolder(), &control);
     if (!packed)
         return packed;
     control.makeFinal();

@@ -23,6 +23,7 @@ WorkProgress::WorkProgress(QWidget* parent, QString const& text)
     ui->labelText->setText(text);
     ui->pushButtonCancel->setText(LanguageManager::GetLanText("取消"));
     connect(ui->pushButtonCancel, &QPushButton::clicked, this, &WorkProgress::reject);
+    connect(this, &WorkProgress::WorkEnded, this, &WorkProgress::accept, Qt::QueuedConnection);
     ShowState();
 }
 
@@ -34,8 +35,7 @@ void WorkProgress::Run(std::function<void(tessera::WorkControl&)> const& work) {
     timer.start(kPeriod);
     std::thread worker([this, &work] {
         work(m_Control);
-        QMetaObject::invokeMethod(
-            this, [this] { done(Accepted); }, Qt::QueuedConnection);
+        emit WorkEnded();
     });
     exec();
     // The program may be ending, which ends the loop above without the work being done.

@@ -23,6 +23,10 @@ public:
     /// Asks the work to end; the dialog stays until it has.
     void reject() override;
 
+signals:
+    /// Emitted by the thread of the work at its end.
+    void WorkEnded();
+
 private:
     void ShowState();
 

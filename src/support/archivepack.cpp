@@ -67,7 +67,7 @@ public:
                 return failed(ArchiveFault::SourceUnreadable, source);
             if (!entry.open(QIODevice::WriteOnly, QuaZipNewInfo(source.name, source.path)))
                 return failed(ArchiveFault::NotWritten, source);
-            const ArchiveResult result = copy(file, entry, source);
+            ArchiveResult result = copy(file, entry, source);
             if (!result)
                 return result;
         }

@@ -50,7 +50,7 @@ public:
         m_zip.setFileNameCodec("UTF-8");
         if (!m_zip.open(QuaZip::mdUnzip))
             return ArchiveResult(ArchiveFault::NotAnArchive);
-        const ArchiveResult judged = judgeAll();
+        ArchiveResult judged = judgeAll();
         return judged ? writeAll() : judged;
     }
 
@@ -67,7 +67,7 @@ private:
             ArchiveEntry entry;
             if (!readEntry(m_zip, entry))
                 return ArchiveResult(ArchiveFault::NotAnArchive);
-            const ArchiveResult result = visit(entry);
+            ArchiveResult result = visit(entry);
             if (!result)
                 return result;
         }
@@ -76,7 +76,7 @@ private:
 
     ArchiveResult judgeAll() {
         ArchiveJudge judge(m_limits);
-        const ArchiveResult result = walk([&judge](const ArchiveEntry& entry) {
+        ArchiveResult result = walk([&judge](const ArchiveEntry& entry) {
             const ArchiveFault fault = judge.judge(entry);
             return fault == ArchiveFault::None ? ArchiveResult() : ArchiveResult(fault, entry.name);
         });
@@ -106,7 +106,7 @@ private:
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
             return ArchiveResult(ArchiveFault::NotWritten, entry.name);
-        const ArchiveResult result = copy(packed, file, entry);
+        ArchiveResult result = copy(packed, file, entry);
         if (!result)
             return result;
         packed.close(); // compares the checksum
@@ -151,7 +151,7 @@ ArchiveResult unpackArchive(const QString& archive, const QString& folder, const
     // Fails for anything that is there already, a link that leads elsewhere among it.
     if (::mkdir(QFile::encodeName(target).constData(), 0700) != 0)
         return ArchiveResult(ArchiveFault::NotWritten, folder);
-    const ArchiveResult result = Unpacker(archive, target, limits, control ? *control : unwatched).run();
+    ArchiveResult result = Unpacker(archive, target, limits, control ? *control : unwatched).run();
     if (!result)
         QDir(target).removeRecursively();
     return result;

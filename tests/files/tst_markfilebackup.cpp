@@ -365,8 +365,7 @@ void MarkFileBackupTest::backup_larger_than_the_free_space_is_refused() {
     QFile file(backup("set"));
     QVERIFY(m_Stick->write("/VZBackup/set.BakMarkFile", "x"));
     const qint64 free = tessera::ArchiveLimits::forFolder(m_Stick->temporaryRoot()).bytes;
-    if (!file.resize(free + 1000000000)) // takes no room
-        QSKIP("the file system takes no file of this length");
+    QVERIFY2(file.resize(free + 1000000000), qPrintable(file.errorString())); // sparse: it takes no room
     tessera::WorkControl control;
     const QTemporaryDir work;
     QCOMPARE(tessera::UnpackMarkFileBackup(file.fileName(), work.path(), "set", control).fault(),
