@@ -15,13 +15,15 @@ constexpr char kContext[] = "Tessera"; ///< the one context of the .ts file
 constexpr char kChinese[] = "zh_CN";
 constexpr char kEnglish[] = "en";
 
-/// The English texts and the choice between them and the keys. The texts are loaded once and then only read, so every
-/// thread may look up while the main thread changes the choice.
+/// The texts of both languages and the choice between them. They are loaded once and then only read, so every thread
+/// may look up while the main thread changes the choice. A key is its own Chinese text but for a few keys in Latin
+/// letters.
 class Texts {
 public:
     Texts()
         : m_file(tessera::rootPath(QStringLiteral("/ini/Language.ini"))) {
-        m_loaded = m_translator.load(QStringLiteral(":/translations/tessera_en.qm"));
+        m_loaded = m_englishTexts.load(QStringLiteral(":/translations/tessera_en.qm")) &&
+                   m_chineseTexts.load(QStringLiteral(":/translations/tessera_zh_CN.qm"));
         QString const stored = m_file.value(QStringLiteral("Language"), QStringLiteral("Current")).value_or(QString());
         m_english = m_loaded && stored == QLatin1String(kEnglish);
     }
@@ -29,7 +31,7 @@ public:
     bool english() const { return m_english; }
 
     QString translate(char const* key) const {
-        QString const text = m_translator.translate(kContext, key);
+        QString const text = (m_english ? m_englishTexts : m_chineseTexts).translate(kContext, key);
         return text.isEmpty() ? QString::fromUtf8(key) : text;
     }
 
@@ -47,7 +49,8 @@ public:
 
 private:
     IniFile m_file;
-    QTranslator m_translator;
+    QTranslator m_englishTexts;
+    QTranslator m_chineseTexts;
     bool m_loaded = false;
     std::atomic<bool> m_english{false};
 };
@@ -62,11 +65,11 @@ Texts& texts() {
 } // namespace sim
 
 QString LanguageManager::GetLanText(char const* key) {
-    return sim::texts().english() ? sim::texts().translate(key) : QString::fromUtf8(key);
+    return sim::texts().translate(key);
 }
 
 QString LanguageManager::GetLanText(QString const& key) {
-    return sim::texts().english() ? sim::texts().translate(key.toUtf8().constData()) : key;
+    return sim::texts().translate(key.toUtf8().constData());
 }
 
 QString LanguageManager::GetCurrentLan() {

@@ -12,15 +12,17 @@ HEAD = '<?xml version="1.0" encoding="utf-8"?><!DOCTYPE TS><TS version="2.1"><co
 
 
 class CheckTranslations(unittest.TestCase):
-    def run_on(self, source, texts=(("运行", "Run"), ("暂停", "Pause"))):
+    def run_on(self, source, texts=(("运行", "Run"), ("暂停", "Pause")), chinese=()):
         with tempfile.TemporaryDirectory() as root:
             os.makedirs(os.path.join(root, "resources", "translations"))
             os.makedirs(os.path.join(root, "src", "shell"))
-            with open(os.path.join(root, "resources", "translations", "tessera_en.ts"), "w", encoding="utf-8") as file:
-                file.write(HEAD)
-                for key, text in texts:
-                    file.write("<message><source>%s</source><translation>%s</translation></message>" % (key, text))
-                file.write("</context></TS>")
+            for name, entries in (("en", texts), ("zh_CN", chinese)):
+                path = os.path.join(root, "resources", "translations", "tessera_%s.ts" % name)
+                with open(path, "w", encoding="utf-8") as file:
+                    file.write(HEAD)
+                    for key, text in entries:
+                        file.write("<message><source>%s</source><translation>%s</translation></message>" % (key, text))
+                    file.write("</context></TS>")
             with open(os.path.join(root, "src", "shell", "a.cpp"), "w", encoding="utf-8") as file:
                 file.write(source)
             done = subprocess.run([sys.executable, "-B", SCRIPT, root], stdout=subprocess.PIPE, check=False)
@@ -36,6 +38,13 @@ class CheckTranslations(unittest.TestCase):
 
     def test_english_keys_are_checked_too(self):
         self.assertEqual(self.run_on('x = Lan("FlyType");')[0], 1)
+
+    def test_a_key_in_latin_letters_needs_a_chinese_text(self):
+        texts = (("FlyType", "Kind"),)
+        code, output = self.run_on('x = Lan("FlyType");', texts)
+        self.assertEqual(code, 1)
+        self.assertEqual(output, 'resources/translations/tessera_zh_CN.ts: error: no Chinese text for "FlyType"\n')
+        self.assertEqual(self.run_on('x = Lan("FlyType");', texts, (("FlyType", "类型"),)), (0, ""))
 
     def test_wrapped_and_split_literals_are_read(self):
         self.assertEqual(self.run_on('x = GetLanText(QStringLiteral("运" // half\n "行"));')[0], 0)
