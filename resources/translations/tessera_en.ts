@@ -871,13 +871,25 @@
     <message><source>组合</source><translation>Group</translation></message>
     <message><source>移到最前</source><translation>Move to front</translation></message>
     <message><source>移到最后</source><translation>Move to back</translation></message>
-    <message><source>文档没有文字对象</source><translation>Documents hold no text objects</translation></message>
     <message><source>文档没有该工具的对象</source><translation>Documents hold no objects of this tool</translation></message>
     <message><source>不能接收传来的文档</source><translation>The document that was sent cannot be taken</translation></message>
     <message><source>当前引擎没有该运算</source><translation>This engine does not have the operation</translation></message>
     <message><source>不能添加对象</source><translation>The object cannot be added</translation></message>
     <message><source>三点不能确定圆</source><translation>The three points give no circle</translation></message>
     <!-- Texts and their fonts -->
+    <message><source>编辑文字</source><translation>Edit text</translation></message>
+    <message><source>输入文字,可以多行</source><translation>Enter the text, several lines if needed</translation></message>
+    <message><source>大写字高(mm)</source><translation>Capital height (mm)</translation></message>
+    <message><source>字间距(mm)</source><translation>Letter spacing (mm)</translation></message>
+    <message><source>行距(字高倍数)</source><translation>Line distance (heights)</translation></message>
+    <message><source>粗体</source><translation>Bold</translation></message>
+    <message><source>斜体</source><translation>Italic</translation></message>
+    <message><source>对齐</source><translation>Alignment</translation></message>
+    <message><source>全部字体</source><translation>All fonts</translation></message>
+    <message><source>单线字体</source><translation>Single-line fonts</translation></message>
+    <message><source>轮廓字体</source><translation>Outline fonts</translation></message>
+    <message><source>单线</source><translation>Single line</translation></message>
+    <message><source>未安装</source><translation>Not installed</translation></message>
     <message><source>文字</source><translation>Text</translation></message>
     <message><source>文字内容为空</source><translation>The text is empty</translation></message>
     <message><source>文字超过10000个字符</source><translation>The text has more than 10,000 characters</translation></message>
@@ -889,30 +901,30 @@
     <message><source>文字没有可打标的内容</source><translation>The text holds nothing to mark</translation></message>
     <message><source>字体未安装,改用</source><translation>The font is not installed; used instead</translation></message>
     <message><source>取自其他字体的字符</source><translation>Characters taken from another font</translation></message>
-    <message><source>罗马单线</source><translation>Roman, one line</translation></message>
-    <message><source>等线单线</source><translation>Sans, one line</translation></message>
-    <message><source>手写单线</source><translation>Handwriting, one line</translation></message>
-    <message><source>花体单线</source><translation>Cursive, one line</translation></message>
-    <message><source>希腊文单线</source><translation>Greek, one line</translation></message>
-    <message><source>等线双线</source><translation>Sans, two lines</translation></message>
-    <message><source>罗马双线</source><translation>Roman, two lines</translation></message>
-    <message><source>罗马三线</source><translation>Roman, three lines</translation></message>
+    <message><source>罗马体</source><translation>Roman</translation></message>
+    <message><source>等线体</source><translation>Sans</translation></message>
+    <message><source>手写体</source><translation>Handwriting</translation></message>
+    <message><source>花体</source><translation>Cursive</translation></message>
+    <message><source>希腊文单笔</source><translation>Greek, single stroke</translation></message>
+    <message><source>等线体双笔</source><translation>Sans, double stroke</translation></message>
+    <message><source>罗马体双笔</source><translation>Roman, double stroke</translation></message>
+    <message><source>罗马体三笔</source><translation>Roman, triple stroke</translation></message>
     <message><source>衬线</source><translation>Serif</translation></message>
     <message><source>衬线粗体</source><translation>Serif bold</translation></message>
     <message><source>衬线斜体</source><translation>Serif italic</translation></message>
     <message><source>衬线粗斜体</source><translation>Serif bold italic</translation></message>
-    <message><source>手写双线</source><translation>Handwriting, two lines</translation></message>
+    <message><source>手写体双笔</source><translation>Handwriting, double</translation></message>
     <message><source>英式哥特体</source><translation>Gothic, English</translation></message>
     <message><source>德式哥特体</source><translation>Gothic, German</translation></message>
     <message><source>意式哥特体</source><translation>Gothic, Italian</translation></message>
-    <message><source>英式哥特体三线</source><translation>Gothic, English, three lines</translation></message>
-    <message><source>德式哥特体三线</source><translation>Gothic, German, three lines</translation></message>
-    <message><source>意式哥特体三线</source><translation>Gothic, Italian, three lines</translation></message>
+    <message><source>英式哥特体三笔</source><translation>Gothic, English, triple</translation></message>
+    <message><source>德式哥特体三笔</source><translation>Gothic, German, triple</translation></message>
+    <message><source>意式哥特体三笔</source><translation>Gothic, Italian, triple</translation></message>
     <message><source>希腊文</source><translation>Greek</translation></message>
-    <message><source>希腊文双线</source><translation>Greek, two lines</translation></message>
+    <message><source>希腊文双笔</source><translation>Greek, double stroke</translation></message>
     <message><source>希腊文衬线</source><translation>Greek serif</translation></message>
     <message><source>西里尔文</source><translation>Cyrillic</translation></message>
-    <message><source>西里尔文双线</source><translation>Cyrillic, two lines</translation></message>
+    <message><source>西里尔文双笔</source><translation>Cyrillic, double stroke</translation></message>
     <message><source>数学符号小写</source><translation>Mathematics, small</translation></message>
     <message><source>数学符号大写</source><translation>Mathematics, large</translation></message>
     <message><source>图形符号</source><translation>Symbols</translation></message>

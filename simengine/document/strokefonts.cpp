@@ -74,14 +74,14 @@ PathShape strokesOf(const hershey_glyph& glyph) {
 
 const std::vector<StrokeFontInfo>& strokeFonts() {
     static const std::vector<StrokeFontInfo> fonts = {
-        {"rowmans", "罗马单线", true},       {"futural", "等线单线", false},      {"scripts", "手写单线", true},
-        {"cursive", "花体单线", false},      {"greeks", "希腊文单线", true},      {"futuram", "等线双线", false},
-        {"rowmand", "罗马双线", true},       {"rowmant", "罗马三线", true},       {"timesr", "衬线", false},
+        {"rowmans", "罗马体", true},         {"futural", "等线体", false},        {"scripts", "手写体", true},
+        {"cursive", "花体", false},          {"greeks", "希腊文单笔", true},      {"futuram", "等线体双笔", false},
+        {"rowmand", "罗马体双笔", true},     {"rowmant", "罗马体三笔", true},     {"timesr", "衬线", false},
         {"timesrb", "衬线粗体", false},      {"timesi", "衬线斜体", false},       {"timesib", "衬线粗斜体", false},
-        {"scriptc", "手写双线", true},       {"gothiceng", "英式哥特体", false},  {"gothicger", "德式哥特体", false},
-        {"gothicita", "意式哥特体", false},  {"gothgbt", "英式哥特体三线", true}, {"gothgrt", "德式哥特体三线", true},
-        {"gothitt", "意式哥特体三线", true}, {"greek", "希腊文", false},          {"greekc", "希腊文双线", true},
-        {"timesg", "希腊文衬线", false},     {"cyrillic", "西里尔文", false},     {"cyrilc_1", "西里尔文双线", true},
+        {"scriptc", "手写体双笔", true},     {"gothiceng", "英式哥特体", false},  {"gothicger", "德式哥特体", false},
+        {"gothicita", "意式哥特体", false},  {"gothgbt", "英式哥特体三笔", true}, {"gothgrt", "德式哥特体三笔", true},
+        {"gothitt", "意式哥特体三笔", true}, {"greek", "希腊文", false},          {"greekc", "希腊文双笔", true},
+        {"timesg", "希腊文衬线", false},     {"cyrillic", "西里尔文", false},     {"cyrilc_1", "西里尔文双笔", true},
         {"mathlow", "数学符号小写", false},  {"mathupp", "数学符号大写", false},  {"symbolic", "图形符号", false},
         {"markers", "标记符号", false},      {"music", "音乐符号", false},        {"meteorology", "气象符号", false},
         {"astrology", "天文符号", false},

@@ -5,6 +5,7 @@
 #include "simengine/view/scenepainter.h"
 #include "simengine/view/viewtransform.h"
 
+#include <QElapsedTimer>
 #include <QPixmap>
 #include <QTimer>
 #include <QWidget>
@@ -89,6 +90,8 @@ private:
                             Qt::KeyboardModifiers modifiers) const;
     void updateCursor();
     bool touchEvent(QTouchEvent* event);
+    void oneFinger(const QTouchEvent& event, const QPointF& place);
+    bool takeSecondTap(const QPointF& place);
     void beginPinch(const QTouchEvent& event);
     void movePinch(const QTouchEvent& event);
 
@@ -130,6 +133,9 @@ private:
     };
     std::optional<Pinch> m_pinch;
     bool m_touchGesture = false; ///< one finger drives the tool
+    QPointF m_touchStart;
+    QElapsedTimer m_tapAge; ///< since the last short touch; invalid when there was none
+    QPointF m_tapPlace;
 };
 
 } // namespace sim

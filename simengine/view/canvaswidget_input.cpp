@@ -3,9 +3,11 @@
 
 #include "simengine/view/viewsession.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLineF>
 #include <QMouseEvent>
+#include <QStyleHints>
 #include <QTouchEvent>
 #include <QWheelEvent>
 #include <cmath>
@@ -16,7 +18,9 @@ namespace {
 
 /// Zoom of one notch of a wheel.
 constexpr double kWheelFactor = 1.2;
-constexpr double kWheelNotch = 120.0; ///< eighths of a degree
+constexpr double kWheelNotch = 120.0;    ///< eighths of a degree
+constexpr double kTapReach = 10.0;       ///< px that a finger may slip in a tap
+constexpr double kDoubleTapReach = 24.0; ///< px between two taps at one place
 
 } // namespace
 
@@ -158,21 +162,41 @@ bool CanvasWidget::touchEvent(QTouchEvent* event) {
         return true;
     }
     const QPointF place = points.isEmpty() ? m_pointer : points.first().pos();
-    if (event->type() == QEvent::TouchBegin) {
-        setFocus(Qt::MouseFocusReason);
-        m_touchGesture = true;
-        m_tool->press(canvasPoint(place, Qt::LeftButton, true, true, event->modifiers()));
-    } else if (m_touchGesture && event->type() == QEvent::TouchUpdate) {
-        emit pointerMoved(m_transform.toMm(place), place);
-        m_tool->move(canvasPoint(place, Qt::NoButton, true, true, event->modifiers()));
-    } else if (m_touchGesture && event->type() == QEvent::TouchEnd) {
-        m_touchGesture = false;
-        m_tool->release(canvasPoint(place, Qt::LeftButton, false, true, event->modifiers()));
-        setHover(-1);
-    }
+    oneFinger(*event, place);
     m_pointer = place;
     update();
     return true;
+}
+
+void CanvasWidget::oneFinger(const QTouchEvent& event, const QPointF& place) {
+    if (event.type() == QEvent::TouchBegin) {
+        setFocus(Qt::MouseFocusReason);
+        m_touchGesture = !takeSecondTap(place);
+        m_touchStart = place;
+        if (m_touchGesture)
+            m_tool->press(canvasPoint(place, Qt::LeftButton, true, true, event.modifiers()));
+        else
+            m_tool->doubleClick(canvasPoint(place, Qt::LeftButton, false, true, event.modifiers()));
+    } else if (m_touchGesture && event.type() == QEvent::TouchUpdate) {
+        emit pointerMoved(m_transform.toMm(place), place);
+        m_tool->move(canvasPoint(place, Qt::NoButton, true, true, event.modifiers()));
+    } else if (m_touchGesture && event.type() == QEvent::TouchEnd) {
+        m_touchGesture = false;
+        m_tool->release(canvasPoint(place, Qt::LeftButton, false, true, event.modifiers()));
+        setHover(-1);
+        if (QLineF(m_touchStart, place).length() < kTapReach) {
+            m_tapAge.start();
+            m_tapPlace = place;
+        }
+    }
+}
+
+// As with a mouse, the second of two quick taps at one place is no press but a double click.
+bool CanvasWidget::takeSecondTap(const QPointF& place) {
+    const bool second = m_tapAge.isValid() && QLineF(m_tapPlace, place).length() < kDoubleTapReach &&
+                        m_tapAge.elapsed() < QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    m_tapAge.invalidate();
+    return second;
 }
 
 void CanvasWidget::beginPinch(const QTouchEvent& event) {

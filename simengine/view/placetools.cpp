@@ -137,8 +137,7 @@ void RefusedTool::press(const CanvasPoint& point) {
     }
     if (point.button != Qt::LeftButton)
         return;
-    const char* reason = session.operatorOnView() == OperatorAddText ? "文档没有文字对象" : "文档没有该工具的对象";
-    MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText(reason));
+    MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText("文档没有该工具的对象"));
 }
 
 } // namespace sim

@@ -3,6 +3,7 @@
 
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/hittest.h"
+#include "simengine/view/texttool.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
 
@@ -46,6 +47,15 @@ int SelectTool::objectUnder(const CanvasPoint& point) const {
     const double scale = m_canvas.viewTransform().scale();
     const double reach = (point.touch ? kTouchReach : kMouseReach) / scale;
     return objectAt(m_canvas.scene(), point.mm, reach, scale);
+}
+
+int SelectTool::textUnder(const CanvasPoint& point) const {
+    const DocumentState& state = *m_canvas.scene().state();
+    for (int i = state.count() - 1; i >= 0; --i) {
+        if (state.at(i)->kind() == ObjectKind::Text && state.at(i)->bounds().contains(point.mm))
+            return i;
+    }
+    return -1;
 }
 
 std::optional<SelectionFrame> SelectTool::frame() const {
@@ -246,8 +256,14 @@ void SelectTool::hover(const CanvasPoint& point) {
 }
 
 void SelectTool::doubleClick(const CanvasPoint& point) {
-    if (point.button == Qt::LeftButton && objectUnder(point) < 0)
+    if (point.button != Qt::LeftButton)
+        return;
+    const int object = objectUnder(point);
+    const int edited = object >= 0 ? object : textUnder(point);
+    if (edited < 0)
         m_canvas.fitField();
+    else
+        editText(m_canvas, m_canvas.scene().state()->at(edited));
 }
 
 bool SelectTool::cancel() {

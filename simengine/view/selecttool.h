@@ -12,7 +12,8 @@ namespace sim {
 /// Selecting, and moving, scaling and turning the selection. Every gesture is one step of undo, made at its end.
 ///
 /// A press on an object selects it, with Shift adds it, with Control adds or takes it away. A drag from an empty place
-/// opens a rubber band: to the right it takes what lies wholly inside, to the left also what it touches.
+/// opens a rubber band: to the right it takes what lies wholly inside, to the left also what it touches. A double click
+/// on a text asks for another one in its place, on an empty place it shows the whole field.
 class SelectTool : public CanvasTool {
 public:
     using CanvasTool::CanvasTool;
@@ -30,6 +31,8 @@ private:
     enum class Gesture { None, Pressed, Move, Scale, Rotate, Band };
 
     int objectUnder(const CanvasPoint& point) const;
+    /// The uppermost text with the place within its bounds: one need not meet a letter.
+    int textUnder(const CanvasPoint& point) const;
     std::optional<SelectionFrame> frame() const;
     void selectPressed(const CanvasPoint& point);
     void hover(const CanvasPoint& point);

@@ -5,6 +5,7 @@
 #include "simengine/view/polylinetool.h"
 #include "simengine/view/selecttool.h"
 #include "simengine/view/teachtool.h"
+#include "simengine/view/texttool.h"
 
 namespace sim {
 
@@ -25,6 +26,7 @@ std::unique_ptr<CanvasTool> makeCanvasTool(OperatorOnView op, CanvasWidget& canv
     case OperatorTeachArc:
         return std::make_unique<TeachTool>(canvas);
     case OperatorAddText:
+        return std::make_unique<TextTool>(canvas);
     case OperatorAddPluginTool:
         return std::make_unique<RefusedTool>(canvas);
     case OperatorSelect:

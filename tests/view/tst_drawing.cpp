@@ -243,21 +243,13 @@ private slots:
         }
     }
 
-    void text_and_plugin_presses_add_nothing_and_are_logged_data() {
-        QTest::addColumn<int>("op");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("text") << 20 << "文档没有文字对象";
-        QTest::newRow("plug-in") << 10 << "文档没有该工具的对象";
-    }
-    void text_and_plugin_presses_add_nothing_and_are_logged() {
-        QFETCH(int, op);
-        QFETCH(QString, text);
+    void plugin_presses_add_nothing_and_are_logged() {
         ViewFixture f;
-        f.view.SetOperatorOnView(static_cast<OperatorOnView>(op));
+        f.view.SetOperatorOnView(OperatorAddPluginTool);
         f.click(0, 0);
         QCOMPARE(f.state()->count(), 0);
         const QString today = QDate::currentDate().toString("yyyy-MM-dd");
-        QVERIFY(QString::fromUtf8(f.root.read("/日志文件/" + today + ".log")).contains(text));
+        QVERIFY(QString::fromUtf8(f.root.read("/日志文件/" + today + ".log")).contains("文档没有该工具的对象"));
     }
 
     void read_only_documents_take_no_objects() {

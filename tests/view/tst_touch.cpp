@@ -25,6 +25,40 @@ private slots:
         QVERIFY(qAbs(f.bounds(0).minX) < 0.2);
     }
 
+    void taps_apart_are_presses_of_their_own() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorAddPoint);
+        for (const int x : {0, 10, 20}) {
+            QTest::touchEvent(&f.canvas(), m_screen).press(0, f.pixel(x, 0), &f.canvas());
+            QTest::touchEvent(&f.canvas(), m_screen).release(0, f.pixel(x, 0), &f.canvas());
+        }
+        QCOMPARE(f.state()->count(), 3);
+    }
+
+    void two_quick_taps_on_an_empty_place_show_the_field() {
+        ViewFixture f;
+        const double scale = f.canvas().viewTransform().scale();
+        for (int tap = 0; tap < 2; ++tap) {
+            QCOMPARE(f.canvas().viewTransform().scale(), scale);
+            QTest::touchEvent(&f.canvas(), m_screen).press(0, f.pixel(30, 30), &f.canvas());
+            QTest::touchEvent(&f.canvas(), m_screen).release(0, f.pixel(30, 30), &f.canvas());
+        }
+        QVERIFY(f.canvas().viewTransform().scale() != scale);
+    }
+
+    void a_drag_is_no_first_tap() {
+        ViewFixture f;
+        f.addRect(-20, -10, 20, 20);
+        for (const double x : {-20.0, 0.0}) {
+            QTest::touchEvent(&f.canvas(), m_screen).press(0, f.pixel(x, 0), &f.canvas());
+            QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(x + 10, 0), &f.canvas());
+            QTest::touchEvent(&f.canvas(), m_screen).move(0, f.pixel(x + 20, 0), &f.canvas());
+            QTest::touchEvent(&f.canvas(), m_screen).release(0, f.pixel(x + 20, 0), &f.canvas());
+        }
+        // both drags moved the rectangle, the second begun where the first had ended
+        QVERIFY(qAbs(f.bounds(0).minX - 20.0) < 0.3);
+    }
+
     void pinch_zooms_about_the_fingers() {
         ViewFixture f;
         const QPointF middle(300, 200);
