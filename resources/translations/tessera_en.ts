@@ -564,6 +564,14 @@
     <message><source>先打填充</source><translation>Hatch first</translation></message>
     <message><source>ShowSimple</source><translation>Draw plainly</translation></message>
     <message><source>填充线段过多,未作更改</source><translation>Too many hatch segments, nothing was changed</translation></message>
+    <!-- Fonts -->
+    <message><source>--&gt;</source><translation>--&gt;</translation></message>
+    <message><source>&lt;--</source><translation>&lt;--</translation></message>
+    <message><source>Search</source><translation>Search</translation></message>
+    <message><source>Import</source><translation>Import</translation></message>
+    <message><source>Import TTF</source><translation>Import TTF</translation></message>
+    <message><source>Import OK:</source><translation>Imported:</translation></message>
+    <message><source>please restart</source><translation>please restart</translation></message>
     <!-- Power curves -->
     <message><source>渐进</source><translation>Ramp up</translation></message>
     <message><source>渐出</source><translation>Ramp down</translation></message>

@@ -37,5 +37,13 @@
     <message><source>RedSpeed</source><translation>红光速度</translation></message>
     <message><source>ShowSimple</source><translation>简略显示</translation></message>
     <message><source>EnableSoftReady</source><translation>软件准备信号</translation></message>
+    <!-- Fonts -->
+    <message><source>--&gt;</source><translation>--&gt;</translation></message>
+    <message><source>&lt;--</source><translation>&lt;--</translation></message>
+    <message><source>Search</source><translation>搜索</translation></message>
+    <message><source>Import</source><translation>导入</translation></message>
+    <message><source>Import TTF</source><translation>导入字体</translation></message>
+    <message><source>Import OK:</source><translation>导入成功:</translation></message>
+    <message><source>please restart</source><translation>请重启软件</translation></message>
 </context>
 </TS>

@@ -219,6 +219,7 @@ private slots:
     void on_actionChangeDebug_triggered();
     void on_actionShowDoc_triggered(bool on);
     void on_actionShowDebugInfo_triggered();
+    void on_actionImportTTFFont_triggered();
     void on_actionSetLan_triggered();
     void on_actionCCD_triggered();
     void on_actionResetVZCard_triggered();

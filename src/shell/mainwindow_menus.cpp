@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/mainwindow.h"
 
+#include "editing/importttffont.h"
 #include "engine/authoritymanager.h"
 #include "engine/cmtype.h"
 #include "engine/filehelpers.h"
@@ -52,6 +53,10 @@ void askAndRun(QWidget* parent, char const* title, char const* question, QString
 }
 
 } // namespace
+
+void MainWindow::on_actionImportTTFFont_triggered() {
+    ImportTTFFont(this).exec();
+}
 
 void MainWindow::on_actionShowDebugInfo_triggered() {
     ShowDebugInfo::Instance()->ShowWindow();

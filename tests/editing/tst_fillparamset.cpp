@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "editing/fillparamset.h"
 #include "editing/marktoolproperty.h"
+#include "engine/languagemanager.h"
 #include "engine/marktool.h"
 #include "tests/editing/editingfixture.h"
 
@@ -82,7 +83,7 @@ void FillParamSetTest::widgets_have_their_texts_data() {
                                                                     {"checkBoxShowSimple", "ShowSimple"},
                                                                     {"pushButtonOK", "确认"},
                                                                     {"pushButtonOKCancel", "取消"}})
-        QTest::newRow(name) << QString::fromUtf8(text);
+        QTest::newRow(name) << LanguageManager::GetLanText(text);
 }
 
 void FillParamSetTest::widgets_have_their_texts() {

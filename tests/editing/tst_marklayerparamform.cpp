@@ -132,7 +132,7 @@ void MarkLayerParamFormTest::boxes_have_their_texts_units_and_limits() {
     QCOMPARE(tested->decimals(), row.decimals);
     QCOMPARE(tested->minimum(), row.minimum);
     QCOMPARE(tested->maximum(), row.maximum);
-    QCOMPARE(part<QLabel>(*form, row.label)->text(), QString::fromUtf8(row.text));
+    QCOMPARE(part<QLabel>(*form, row.label)->text(), LanguageManager::GetLanText(row.text));
     const QByteArray unit = QByteArray(row.label).replace("label", "unit");
     QCOMPARE(part<QLabel>(*form, unit.constData())->text(), QString::fromUtf8(row.unit));
 }
