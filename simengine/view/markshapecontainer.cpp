@@ -55,10 +55,6 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     sim::Job job = sim::buildJob(*d->document.state(), options);
     if (job.strokes.empty())
         return sim::RunRecord::refused();
-    if (layers) {
-        sim::CardCore& card = sim::simulatedCard();
-        card.setPens(sim::penTable(*layers, kLayerCount, card.pens()));
-    }
     sim::RunRecord const record(job, layers);
     if (!run.start(std::move(job)))
         return sim::RunRecord::refused();

@@ -20,6 +20,7 @@ public:
     /// Runs the job on the calling thread and returns when it has ended: true when something was run, stopped or not;
     /// false when nothing could be run (nothing to mark, card closed). Obeys IMarkCardBase::SetMarkStaus. With
     /// SystemParam::UsedBufLoop() and `loop` the card repeats by itself and the call returns only after a stop.
+    /// The card marks with the pens that DownLayerPara gave it last; `layers` tells the run's record which they were.
     bool StartMark(bool selectedOnly, bool loop, LayerParamEx* layers);
 
     int GetSelectedToolCnt() const;

@@ -42,6 +42,7 @@ void BoundaryTest::init() {
 void BoundaryTest::equal_double() {
     QVERIFY(EqualDouble(1.0, 1.0004));
     QVERIFY(!EqualDouble(1.0, 1.0006));
+    QVERIFY(!EqualDouble(0.0, 0.0005)); // below the tolerance, not at it
     QVERIFY(EqualDouble(-1.0, -1.0004));
     const double infinity = std::numeric_limits<double>::infinity();
     QVERIFY(EqualDouble(infinity, infinity));
@@ -51,7 +52,15 @@ void BoundaryTest::equal_double() {
 
 void BoundaryTest::equal_pos() {
     QVERIFY(EqualPos(5.0, 5.00009));
+    QVERIFY(EqualPos(5.00009, 5.0));
     QVERIFY(!EqualPos(5.0, 5.00011));
+    QVERIFY(!EqualPos(5.00011, 5.0));
+    QVERIFY(EqualPos(-0.00004, 0.00005));
+    QVERIFY(!EqualPos(0.0, 0.0001)); // below the tolerance, not at it
+    const double infinity = std::numeric_limits<double>::infinity();
+    QVERIFY(EqualPos(-infinity, -infinity));
+    QVERIFY(!EqualPos(infinity, -infinity));
+    QVERIFY(!EqualPos(std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::quiet_NaN()));
 }
 
 void BoundaryTest::new_pens_have_sensible_values_and_different_colours() {

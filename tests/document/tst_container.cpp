@@ -3,6 +3,7 @@
 #include "engine/marktool.h"
 #include "engine/rundatagather.h"
 #include "engine/systemparam.h"
+#include "engine/vzmarkcard.h"
 #include "samples.h"
 #include "simengine/card/cardcore.h"
 #include "simengine/view/marktoolaccess.h"
@@ -43,7 +44,8 @@ private slots:
     void cleanup();
     void nothing_to_run_is_false_data();
     void nothing_to_run_is_false();
-    void the_pens_given_are_marked_with();
+    void pens_reach_the_card_by_their_download_alone();
+    void pens_that_use_the_default_take_it_as_it_is_at_the_download();
     void run_marks_what_the_document_holds();
     void selected_objects_only();
     void offset_records_stay_until_cleared();
@@ -57,6 +59,7 @@ private:
     std::unique_ptr<tests::TemporaryRoot> m_root;
     std::unique_ptr<Document> m_document;
     std::unique_ptr<MarkShapeContainer> m_container;
+    std::unique_ptr<VZMarkCard> m_card;
 };
 
 void ContainerTest::init() {
@@ -64,6 +67,8 @@ void ContainerTest::init() {
     QVERIFY(m_root->isValid());
     m_document = std::make_unique<Document>();
     m_container = MarkShapeContainerAccess::make(*m_document);
+    LayerData::InitLayerData();
+    m_card = std::make_unique<VZMarkCard>();
     CardCore& card = simulatedCard();
     card.setSpeed(0.0);
     QVERIFY(card.open());
@@ -75,7 +80,7 @@ void ContainerTest::init() {
 }
 
 void ContainerTest::cleanup() {
-    simulatedCard().close();
+    m_card.reset();
     SystemParam::Instance()->SetInvertX(false);
     SystemParam::Instance()->SetInvertY(false);
     SystemParam::Instance()->SetBufLoop(false);
@@ -110,22 +115,56 @@ void ContainerTest::nothing_to_run_is_false() {
     QVERIFY(RunDataGather::Instance()->GetLayerList().isEmpty());
 }
 
-/// A calibration run marks with a copy of the document's pens at other speeds; without a table the card keeps its own.
-void ContainerTest::the_pens_given_are_marked_with() {
+/// What is changed in the table between download and start is for the next download.
+void ContainerTest::pens_reach_the_card_by_their_download_alone() {
     LayerParamEx pens(*m_document->pens());
-    for (LayerData& pen : pens.GetLayerData()) {
-        pen.UseDefault = false;
-        pen.MarkSpeed = 100.0;
-    }
-    QVERIFY(m_container->StartMark(false, false, &pens));
-    const double slow = simulatedCard().lastTime().markMs;
+    const auto setSpeed = [&pens](double speed) {
+        for (LayerData& pen : pens.GetLayerData()) {
+            pen.UseDefault = false;
+            pen.MarkSpeed = speed;
+        }
+    };
+    const auto markMs = [&] {
+        return m_container->StartMark(false, false, &pens) ? simulatedCard().lastTime().markMs : -1.0;
+    };
+    setSpeed(100.0);
+    m_card->DownLayerPara(&pens, kLayerCount);
+    const double slow = markMs();
     QVERIFY(slow > 0.0);
-    for (LayerData& pen : pens.GetLayerData())
-        pen.MarkSpeed = 400.0;
-    QVERIFY(m_container->StartMark(false, false, &pens));
-    QCOMPARE(simulatedCard().lastTime().markMs, slow / 4.0);
+    setSpeed(400.0);
+    const std::uint64_t end = simulatedCard().journal().lastSequence();
+    QCOMPARE(markMs(), slow);
+    for (const JournalEntry& call : simulatedCard().journal().since(end))
+        QVERIFY(call.name != "DownLayerPara");
+    m_card->DownLayerPara(&pens, kLayerCount);
+    QCOMPARE(markMs(), slow / 4.0);
     QVERIFY(m_container->StartMark(false, false, nullptr));
     QCOMPARE(simulatedCard().lastTime().markMs, slow / 4.0);
+}
+
+void ContainerTest::pens_that_use_the_default_take_it_as_it_is_at_the_download() {
+    LayerData fast;
+    fast.MarkSpeed = 1000.0;
+    LayerData::SetDefaultLatyerData(fast);
+    LayerParamEx pens(*m_document->pens());
+    for (LayerData& pen : pens.GetLayerData()) {
+        pen.UseDefault = true;
+        pen.MarkSpeed = 1.0;
+    }
+    m_card->DownLayerPara(&pens, kLayerCount);
+    QVERIFY(m_container->StartMark(false, false, &pens));
+    const double ms = simulatedCard().lastTime().markMs;
+    QCOMPARE(ms, simulatedCard().lastTime().markedMm);
+    LayerData slow = fast;
+    slow.MarkSpeed = 100.0;
+    LayerData::SetDefaultLatyerData(slow);
+    QVERIFY(m_container->StartMark(false, false, &pens));
+    QCOMPARE(simulatedCard().lastTime().markMs, ms);
+    m_card->DownLayerPara(&pens, kLayerCount);
+    QVERIFY(m_container->StartMark(false, false, &pens));
+    QCOMPARE(simulatedCard().lastTime().markMs, ms * 10.0);
+    for (const LayerData& pen : pens.GetLayerData())
+        QVERIFY(pen.UseDefault && pen.MarkSpeed == 1.0);
 }
 
 void ContainerTest::run_marks_what_the_document_holds() {
