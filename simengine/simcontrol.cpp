@@ -89,7 +89,7 @@ public:
         rows.clear();
         rows.reserve(read.size());
         for (const TraceRow& row : read)
-            rows.push_back({row.ms, row.at.x, row.at.y, row.pen, row.laser, row.drawn});
+            rows.push_back({row.ms, row.at.x, row.at.y, row.pen, row.laser, row.drawn, row.power});
         return rows.size();
     }
 

@@ -17,7 +17,7 @@
 namespace sim {
 
 /// Raised with every change of this file that is not an addition at the end of SimControl.
-constexpr unsigned kSimControlVersion = 1;
+constexpr unsigned kSimControlVersion = 2;
 constexpr char kSimControlSymbol[] = "tessera_sim_control";
 
 enum class SimActivity { Idle, Running, Paused, Waiting };
@@ -74,6 +74,8 @@ struct SimTraceRow {
     int pen = 0;
     bool laser = false;
     bool drawn = false; ///< part of a contour, with the laser or the pilot beam; else a jump
+    /// Percent of the laser's full power reached here, straight from the row before; of a jump what it opens with.
+    double power = 0.0;
 };
 
 /// Distortion between the commanded and the marked position.

@@ -84,6 +84,7 @@ bool CardCore::runNow(Job job, bool loop, const JobRunner::Ticket& ticket) {
     setup.plan.penChangeDelayMs = m_penChangeDelayMs.load();
     setup.loop.loop = loop;
     setup.loop.delayMs = m_loopDelayMs.load();
+    measureStrokes(job, setup.pens);
     return m_runner.run(job, setup, ticket) != Outcome::Refused;
 }
 

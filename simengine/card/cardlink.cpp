@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/card/cardlink.h"
 
+#include "engine/marklog.h"
 #include "engine/systemparam.h"
 
 #include <algorithm>
@@ -31,6 +32,12 @@ PenParams penParams(LayerData const& data) {
     pen.wobbleEnable = data.WobbleEnable;
     pen.wobbleDiameter = data.WobbleDiameter;
     pen.wobbleSpacing = data.WobbleSpacing;
+    pen.pointWaveEnable = data.PointWaveEnable != 0;
+    pen.lineWaveEnable = data.LineWaveEnable != 0;
+    pen.lineWaveByDistance = data.LineWaveFlag != 0;
+    const auto row = [](QPointF const& point) { return WavePoint{point.x(), point.y()}; };
+    std::transform(data.PointWave.begin(), data.PointWave.end(), pen.pointWave.begin(), row);
+    std::transform(data.LineWave.begin(), data.LineWave.end(), pen.lineWave.begin(), row);
     return pen;
 }
 
@@ -56,7 +63,19 @@ bool CardRun::start(Job job) {
     card.setBufferLoop(system->UsedBufLoop());
     card.setLoopDelayMs(system->GetLoopMarkDelay());
     card.setPenChangeDelayMs(system->GetChangeLayerDelay());
-    return card.run(std::move(job), m_loop, m_ticket);
+    const bool ran = card.run(std::move(job), m_loop, m_ticket);
+    if (ran)
+        logCentreLines(card.lastTime());
+    return ran;
+}
+
+void logCentreLines(JobTime const& time) {
+    if (time.centreLines == 0)
+        return;
+    MarkLog::Instance()->ShowNote(
+        QStringLiteral("wobble: %1 strokes are traced by their centre line, a pass has room for %2 vertices of circles")
+            .arg(static_cast<qulonglong>(time.centreLines))
+            .arg(static_cast<qulonglong>(Planner::kMaxWobbleVertices)));
 }
 
 } // namespace sim

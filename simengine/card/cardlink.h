@@ -38,6 +38,9 @@ private:
     JobRunner::Ticket m_ticket;
 };
 
+/// Tells the log when wobble was too long to be traced in the job that took the given time. Any thread.
+void logCentreLines(JobTime const& time);
+
 /// A message of the card library: to the function given to VZ_SetFuncMessageDisp, or into the log without one.
 /// kind: 0 information, 1 error. Any thread.
 void showCardMessage(QString const& text, int kind);

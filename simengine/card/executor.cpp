@@ -81,10 +81,11 @@ void Executor::completePiece() {
     m_hasPiece = false;
     if (m_betweenPasses)
         return;
-    addPiece(m_time, m_piece, distanceMm(m_from, m_piece.to));
+    addPiece(m_time, m_piece);
     m_from = m_piece.to;
+    m_fromPower = m_piece.power;
     if (m_piece.vertex)
-        addRow((m_pieceStartUs - m_passStartUs) / 1000.0, m_piece.to);
+        addRow((m_pieceStartUs - m_passStartUs) / 1000.0, m_piece.to, m_piece.power);
 }
 
 void Executor::cut() {
@@ -92,17 +93,20 @@ void Executor::cut() {
     if (!moving || m_nowUs <= std::max(m_pieceStartUs, m_cutUs))
         return;
     m_cutUs = m_nowUs;
-    addRow(passMs(), position());
+    const double power = m_piece.laser ? m_fromPower + (m_piece.power - m_fromPower) * pieceShare() : m_piece.power;
+    addRow(passMs(), position(), static_cast<float>(power));
 }
 
 void Executor::stop() {
     cut();
     if (m_hasPiece && !m_betweenPasses && m_piece.us > 0.0) {
-        const double share = std::clamp((m_nowUs - m_pieceStartUs) / m_piece.us, 0.0, 1.0);
+        const double share = pieceShare();
         Piece part = m_piece;
         part.us *= share;
+        part.mm *= share;
         part.vertex = false;
-        addPiece(m_time, part, distanceMm(m_from, m_piece.to) * share);
+        part.centreLine = false;
+        addPiece(m_time, part);
     }
     m_from = position();
     m_piece.to = m_from;
@@ -121,8 +125,12 @@ HeadMotion Executor::motion() const {
     return motion;
 }
 
-void Executor::addRow(double ms, const Point& at) {
-    m_trace.append({ms, at, m_piece.pen, m_piece.laser, m_piece.kind == Piece::Kind::Mark});
+double Executor::pieceShare() const {
+    return std::clamp((m_nowUs - m_pieceStartUs) / m_piece.us, 0.0, 1.0);
+}
+
+void Executor::addRow(double ms, const Point& at, float power) {
+    m_trace.append({ms, at, m_piece.pen, m_piece.laser, m_piece.kind == Piece::Kind::Mark, power});
 }
 
 } // namespace sim

@@ -74,7 +74,9 @@ private:
     bool nextPiece();
     bool nextPass();
     void completePiece();
-    void addRow(double ms, const Point& at);
+    /// Share of the piece in progress that is done; the piece must last.
+    double pieceShare() const;
+    void addRow(double ms, const Point& at, float power);
 
     Planner m_planner;
     const LoopSettings m_loop;
@@ -84,6 +86,7 @@ private:
     std::size_t m_count = 0;
     Piece m_piece;
     Point m_from;
+    float m_fromPower = 0;
     double m_pieceStartUs = 0.0;
     double m_passStartUs = 0.0;
     double m_nowUs = 0.0;

@@ -38,6 +38,8 @@ struct Stroke {
     /// Strokes that follow one another with the same number of 0 or above and the same pen are one object: the pen's
     /// mark count repeats them together. With -1 the stroke is an object of its own.
     int object = -1;
+    /// Length along the valid points, mm, when it is known already; below 0 the card measures it where it needs it.
+    double lengthMm = -1.0;
 };
 
 struct Job {

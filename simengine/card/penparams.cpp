@@ -29,6 +29,10 @@ PenParams sanitized(const PenParams& pen) {
         out.*dist = std::isnan(pen.*dist) ? 0.0 : std::max(0.0, pen.*dist);
     out.wobbleDiameter = withinLimits(pen.wobbleDiameter, kMinWobble, kMaxWobble);
     out.wobbleSpacing = withinLimits(pen.wobbleSpacing, kMinWobble, kMaxWobble);
+    for (WaveTable PenParams::*table : {&PenParams::pointWave, &PenParams::lineWave}) {
+        for (WavePoint& row : out.*table)
+            row = {withinLimits(row.x, 0.0, kMaxWaveX), withinLimits(row.power, 0.0, 100.0)};
+    }
     return out;
 }
 

@@ -2,10 +2,15 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 namespace sim {
 
 constexpr int kPenCount = 20;
+/// Rows of a power curve's table.
+constexpr std::size_t kWavePoints = 20;
+/// Largest x of a power curve, ms or mm.
+constexpr double kMaxWaveX = 100000.0;
 
 /// Slowest head speed the card executes, mm/s. A speed below it, or one that is not a number, is raised to it, so that
 /// no pen can keep the head on one vector for ever.
@@ -15,6 +20,14 @@ constexpr double kMaxSpeed = 100000.0;
 /// Limits of the wobble diameter and spacing, mm; values outside, or not a number, are moved to the nearer limit.
 constexpr double kMinWobble = 0.01;
 constexpr double kMaxWobble = 100.0;
+
+/// A row of a power curve: x in ms or mm, power in percent of the laser's full power.
+struct WavePoint {
+    double x = 0.0;
+    double power = 0.0;
+};
+
+using WaveTable = std::array<WavePoint, kWavePoints>;
 
 /// The parameters of one pen as the card keeps them. Raw values as downloaded: sanitized() gives the executed ones.
 struct PenParams {
@@ -39,13 +52,19 @@ struct PenParams {
     bool wobbleEnable = false;
     double wobbleDiameter = 0.5; ///< mm
     double wobbleSpacing = 0.5;  ///< mm of path per turn
+    bool pointWaveEnable = false;
+    bool lineWaveEnable = false;
+    bool lineWaveByDistance = false; ///< x of the line's curve is mm, else ms
+    WaveTable pointWave{};           ///< power of a mark point over time in ms
+    WaveTable lineWave{};            ///< ramp-in and ramp-out of a line, half of the rows each
 };
 
 using PenTable = std::array<PenParams, kPenCount>;
 
 /// The values that the card executes: speeds within kMinSpeed to kMaxSpeed, mark count at least 1, wobble within
 /// kMinWobble to kMaxWobble, negative delays 0 (see docs/simulator.md for the signed ones), jump delay
-/// distances that are negative or not a number 0, a power that is not a number 0 and otherwise within 0 to 100.
+/// distances that are negative or not a number 0, a power that is not a number 0 and otherwise within 0 to 100. The
+/// rows of the curves likewise: x within 0 to kMaxWaveX, power within 0 to 100, 0 for what is not a number.
 PenParams sanitized(const PenParams& pen);
 
 } // namespace sim

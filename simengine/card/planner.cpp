@@ -30,18 +30,44 @@ bool hasValidPoint(const Stroke& stroke) {
     return std::any_of(stroke.points.begin(), stroke.points.end(), isValid);
 }
 
+double lengthOf(const Stroke& stroke) {
+    double length = 0.0;
+    const Point* last = nullptr;
+    for (const Point& point : stroke.points) {
+        if (!isValid(point))
+            continue;
+        if (last)
+            length += distanceMm(reachable(*last), reachable(point));
+        last = &point;
+    }
+    return length;
+}
+
+bool needsLength(const PenParams& pen) {
+    return pen.lineWaveEnable || pen.wobbleEnable;
+}
+
 } // namespace
 
-void addPiece(JobTime& time, const Piece& piece, double lengthMm) {
+void measureStrokes(Job& job, const PenTable& pens) {
+    if (job.kind != MarkKind::Laser || std::none_of(pens.begin(), pens.end(), needsLength))
+        return;
+    for (Stroke& stroke : job.strokes) {
+        if (needsLength(pens[static_cast<std::size_t>(validPen(stroke.pen))]))
+            stroke.lengthMm = lengthOf(stroke);
+    }
+}
+
+void addPiece(JobTime& time, const Piece& piece) {
     const double ms = piece.us / 1000.0;
     switch (piece.kind) {
     case Piece::Kind::Jump:
         time.jumpMs += ms;
-        time.jumpedMm += lengthMm;
+        time.jumpedMm += piece.mm;
         break;
     case Piece::Kind::Mark:
         time.markMs += ms;
-        time.markedMm += lengthMm;
+        time.markedMm += piece.mm;
         break;
     case Piece::Kind::Delay:
         time.delayMs += ms;
@@ -49,15 +75,19 @@ void addPiece(JobTime& time, const Piece& piece, double lengthMm) {
     }
     time.totalMs += ms;
     time.vertices += piece.vertex ? 1 : 0;
+    time.centreLines += piece.centreLine ? 1 : 0;
 }
 
 Planner::Planner(const Job& job, const PenTable& pens, const PlanSettings& settings, Point start)
     : m_job(job)
     , m_settings(settings)
-    , m_at(start) {
+    , m_at(start)
+    , m_beam(start) {
     for (std::size_t i = 0; i < m_pens.size(); ++i) {
         m_pens[i] = sanitized(pens[i]);
         m_usPerMm[i] = markUs(m_pens[i], job.kind, 1.0);
+        if (m_pens[i].lineWaveEnable && isLaser())
+            m_ramps[i] = lineRamps(m_pens[i]);
     }
     if (!std::isfinite(m_settings.penChangeDelayMs) || m_settings.penChangeDelayMs < 0.0)
         m_settings.penChangeDelayMs = 0.0;
@@ -73,6 +103,7 @@ bool Planner::hasWork(const Job& job) {
 void Planner::restart() {
     m_lastPen = -1;
     m_corner = 0;
+    m_wobbleLeft = kMaxWobbleVertices;
     m_done = m_job.kind == MarkKind::BorderPreview && !hasWork(m_job);
     openGroup(0);
 }
@@ -93,6 +124,8 @@ void Planner::step(Piece*& out) {
         nextStroke();
     else if (!m_arrived)
         planArrival(out);
+    else if (m_cutting)
+        planCut(out);
     else
         planVector(out);
 }
@@ -104,35 +137,116 @@ void Planner::planArrival(Piece*& out) {
         planDelay(out, m_settings.penChangeDelayMs * 1000.0, false);
     m_lastPen = m_pen;
     const Point first = reachable(stroke.points[m_vertex]);
-    planJump(out, first);
     m_arrived = true;
     findVertex(m_vertex + 1);
-    if (m_vertex < stroke.points.size()) {
-        if (isLaser())
-            planDelay(out, pen().openLaserDelay, false);
+    m_shaped = m_centreLine = false;
+    m_power = isLaser() ? static_cast<float>(pen().power) : 0.0F;
+    if (m_vertex == stroke.points.size()) {
+        planPoint(out, first);
         return;
     }
-    // A mark point: the mirrors stand still, so there is no lag for the laser delays to make up for.
-    planMark(out, first);
-    (out - 1)->us = stroke.dwellUs >= 0.0 && std::isfinite(stroke.dwellUs) ? stroke.dwellUs : pen().pointTime;
+    if (isLaser())
+        shapeStroke(first);
+    planJump(out, first);
+    if (m_shaped && m_shape.hasWobble())
+        planOffset(out, m_shape.onPath(first));
+    if (isLaser())
+        planDelay(out, pen().openLaserDelay, false);
+}
+
+void Planner::shapeStroke(Point first) {
+    const Stroke& stroke = m_job.strokes[m_stroke];
+    const PenParams& pen = this->pen();
+    const LineRamps& ramps = m_ramps[static_cast<std::size_t>(m_pen)];
+    if (!ramps.inUse && !pen.wobbleEnable)
+        return;
+    const double length = stroke.lengthMm >= 0.0 ? stroke.lengthMm : lengthOf(stroke);
+    const double mmPerMs = 1000.0 / m_usPerMm[static_cast<std::size_t>(m_pen)];
+    const PowerProfile profile(ramps, pen.lineWaveByDistance ? 1.0 : mmPerMs, length);
+    const double vertices = pen.wobbleEnable ? StrokeShape::extraVertices(pen, length) : 0.0;
+    m_centreLine = vertices > m_wobbleLeft;
+    if (!m_centreLine)
+        m_wobbleLeft -= vertices;
+    m_shape = StrokeShape(pen, profile, pen.wobbleEnable && !m_centreLine, first, reachable(stroke.points[m_vertex]));
+    m_shaped = m_shape.isShaped();
+    m_power = static_cast<float>(m_shape.power());
+}
+
+/// A mark point: the mirrors stand still, so there is no lag for the laser delays to make up for.
+void Planner::planPoint(Piece*& out, Point at) {
+    const double own = m_job.strokes[m_stroke].dwellUs;
+    const bool hasOwn = own >= 0.0 && std::isfinite(own);
+    const PowerCurve curve = isLaser() && pen().pointWaveEnable ? pointCurve(pen()) : PowerCurve();
+    if (curve.isEmpty()) {
+        planJump(out, at);
+        addMark(out, at, hasOwn ? own : pen().pointTime, 0.0);
+    } else {
+        m_power = static_cast<float>(curve[0].power);
+        planJump(out, at);
+        planCurve(out, curve, hasOwn ? own : curve.length() * 1000.0);
+    }
     if (isLaser())
         planDelay(out, pen().markDelay, false);
     nextStroke();
 }
 
+/// The points of the curve that fall into the dwell time, and its end.
+void Planner::planCurve(Piece*& out, const PowerCurve& curve, double dwellUs) {
+    double doneUs = 0.0;
+    for (int i = 1; i < curve.size() && curve[i].x * 1000.0 <= dwellUs; ++i) {
+        const double us = curve[i].x * 1000.0;
+        m_power = static_cast<float>(curve[i].power);
+        addMark(out, m_at, us - doneUs, 0.0);
+        doneUs = us;
+    }
+    if (doneUs < dwellUs || dwellUs == 0.0) {
+        m_power = static_cast<float>(curve.at(dwellUs / 1000.0));
+        addMark(out, m_at, dwellUs - doneUs, 0.0);
+    }
+}
+
 void Planner::planVector(Piece*& out) {
-    const Stroke& stroke = m_job.strokes[m_stroke];
-    planMark(out, reachable(stroke.points[m_vertex]));
+    const Point to = reachable(m_job.strokes[m_stroke].points[m_vertex]);
+    if (!m_shaped) {
+        planMark(out, to);
+        endVector(out);
+        return;
+    }
+    m_vectorEnd = to;
+    m_vectorMm = distanceMm(m_at, to);
+    m_vectorUs = m_vectorMm * m_usPerMm[static_cast<std::size_t>(m_pen)];
+    m_vectorShare = 0.0;
+    m_shape.beginVector(m_at, to, m_vectorMm);
+    m_cutting = true;
+    planCut(out);
+}
+
+void Planner::planCut(Piece*& out) {
+    const StrokeShape::Cut cut = m_shape.next();
+    const double share = cut.share - m_vectorShare;
+    m_vectorShare = cut.share;
+    m_power = static_cast<float>(cut.power);
+    addMark(out, cut.at, m_vectorUs * share, m_vectorMm * share);
+    if (!m_shape.vectorDone())
+        return;
+    m_cutting = false;
+    m_at = m_vectorEnd;
+    endVector(out);
+}
+
+void Planner::endVector(Piece*& out) {
     findVertex(m_vertex + 1);
-    if (m_vertex < stroke.points.size()) {
+    if (m_vertex < m_job.strokes[m_stroke].points.size()) {
         if (isLaser())
             planDelay(out, pen().turnDelay, true);
         return;
     }
-    if (isLaser()) {
+    if (isLaser())
         planDelay(out, pen().closeLaserDelay, true);
+    if (m_beam != m_at)
+        planOffset(out, m_at);
+    if (isLaser())
         planDelay(out, pen().markDelay, false);
-    }
     nextStroke();
 }
 
@@ -159,24 +273,47 @@ void Planner::planJump(Piece*& out, Point to) {
     piece = Piece{};
     piece.to = to;
     piece.us = moves ? jumpMoveUs(pen(), length) : 0.0;
+    piece.mm = length;
+    piece.power = m_power;
     piece.pen = static_cast<std::uint8_t>(m_pen);
     piece.kind = Piece::Kind::Jump;
     piece.vertex = true;
-    m_at = to;
+    piece.centreLine = m_centreLine;
+    m_at = m_beam = to;
     if (moves)
         planDelay(out, jumpDelayUs(pen(), length), false);
 }
 
-void Planner::planMark(Piece*& out, Point to) {
+/// The wobble's offset goes on and off without laser and within no time.
+void Planner::planOffset(Piece*& out, Point to) {
     Piece& piece = *out++;
     piece = Piece{};
     piece.to = to;
-    piece.us = distanceMm(m_at, to) * m_usPerMm[static_cast<std::size_t>(m_pen)];
+    piece.power = m_power;
+    piece.pen = static_cast<std::uint8_t>(m_pen);
+    piece.kind = Piece::Kind::Jump;
+    piece.vertex = true;
+    m_beam = to;
+}
+
+void Planner::planMark(Piece*& out, Point to) {
+    const double length = distanceMm(m_at, to);
+    addMark(out, to, length * m_usPerMm[static_cast<std::size_t>(m_pen)], length);
+    m_at = to;
+}
+
+void Planner::addMark(Piece*& out, Point to, double us, double mm) {
+    Piece& piece = *out++;
+    piece = Piece{};
+    piece.to = to;
+    piece.us = us;
+    piece.mm = mm;
+    piece.power = m_power;
     piece.pen = static_cast<std::uint8_t>(m_pen);
     piece.kind = Piece::Kind::Mark;
     piece.laser = isLaser();
     piece.vertex = true;
-    m_at = to;
+    m_beam = to;
 }
 
 void Planner::planDelay(Piece*& out, double us, bool laser) {
@@ -184,8 +321,9 @@ void Planner::planDelay(Piece*& out, double us, bool laser) {
         return;
     Piece& piece = *out++;
     piece = Piece{};
-    piece.to = m_at;
+    piece.to = m_beam;
     piece.us = us;
+    piece.power = m_power;
     piece.pen = static_cast<std::uint8_t>(m_pen);
     piece.laser = laser;
 }

@@ -3,6 +3,8 @@
 
 #include "simengine/card/job.h"
 #include "simengine/card/penparams.h"
+#include "simengine/card/powercurve.h"
+#include "simengine/card/strokeshape.h"
 #include "simengine/card/timemodel.h"
 
 #include <array>
@@ -17,14 +19,21 @@ struct Piece {
 
     Point to;        ///< where the head stands at the end; a wait ends where it began
     double us = 0.0; ///< duration on the simulated clock
+    double mm = 0.0; ///< length along the commanded line
+    float power = 0; ///< percent of the laser's full power at the end
     std::uint8_t pen = 0;
     Kind kind = Kind::Delay;
-    bool laser = false;  ///< laser gate open during the piece
-    bool vertex = false; ///< ends on a vertex of the job: gives a trace row
+    bool laser = false;      ///< laser gate open during the piece
+    bool vertex = false;     ///< ends on a vertex of the path: gives a trace row
+    bool centreLine = false; ///< the way to a stroke whose wobble is too long to be traced
 };
 
-/// Adds one piece that moved the given length to the accounts of a job.
-void addPiece(JobTime& time, const Piece& piece, double lengthMm);
+/// Adds one piece to the accounts of a job.
+void addPiece(JobTime& time, const Piece& piece);
+
+/// Measures the strokes whose pens need their length, so that the worker does not have to look at all points of a long
+/// stroke before it marks the first.
+void measureStrokes(Job& job, const PenTable& pens);
 
 /// Walks a job stroke by stroke and turns it into pieces, a chunk at a time, so that the first vector is ready at once
 /// however long the job is. Estimation and execution both use this walk; no other code knows the formulas' order.
@@ -45,16 +54,26 @@ public:
     static bool hasWork(const Job& job);
 
     /// The most pieces one step can give.
-    static constexpr std::size_t kMaxStep = 6;
+    static constexpr std::size_t kMaxStep = kWavePoints + 6;
+    /// The most vertices that wobble may add to a pass. A stroke that needs more than are left is planned along its
+    /// centre line, at the same time and length.
+    static constexpr double kMaxWobbleVertices = 4'000'000;
 
 private:
     void step(Piece*& out);
     void planArrival(Piece*& out);
     void planVector(Piece*& out);
+    void planCut(Piece*& out);
+    void endVector(Piece*& out);
+    void planPoint(Piece*& out, Point at);
+    void planCurve(Piece*& out, const PowerCurve& curve, double dwellUs);
+    void shapeStroke(Point first);
     void planBorderCorner(Piece*& out);
     void planEnd(Piece*& out);
     void planJump(Piece*& out, Point to);
     void planMark(Piece*& out, Point to);
+    void addMark(Piece*& out, Point to, double us, double mm);
+    void planOffset(Piece*& out, Point to);
     void planDelay(Piece*& out, double us, bool laser);
     void nextStroke();
     void openGroup(std::size_t first);
@@ -65,10 +84,12 @@ private:
 
     const Job& m_job;
     PenTable m_pens; ///< sanitized
+    std::array<LineRamps, kPenCount> m_ramps{};
     std::array<double, kPenCount> m_usPerMm{};
     PlanSettings m_settings;
-    Point m_at;
-    Point m_low; ///< bounds of the job, border preview only
+    Point m_at;   ///< commanded
+    Point m_beam; ///< with the wobble's offset
+    Point m_low;  ///< bounds of the job, border preview only
     Point m_high;
     std::size_t m_stroke = 0;
     std::size_t m_vertex = 0; ///< next valid vertex of the stroke, the stroke's size when there is none
@@ -77,8 +98,18 @@ private:
     int m_repeatsLeft = 0;
     int m_corner = 0; ///< next corner of the border rectangle
     int m_pen = 0;
-    int m_lastPen = -1;     ///< pen of the stroke before, -1 before the first of a pass
-    bool m_arrived = false; ///< the head is on the stroke's line
+    int m_lastPen = -1;  ///< pen of the stroke before, -1 before the first of a pass
+    StrokeShape m_shape; ///< of the stroke on which the head is, when it has one
+    Point m_vectorEnd;   ///< of the vector that is being cut
+    double m_vectorUs = 0.0;
+    double m_vectorMm = 0.0;
+    double m_vectorShare = 0.0; ///< of it that is planned
+    double m_wobbleLeft = kMaxWobbleVertices;
+    float m_power = 0;
+    bool m_shaped = false;     ///< m_shape is in use
+    bool m_cutting = false;    ///< a vector is being cut
+    bool m_centreLine = false; ///< the stroke's wobble is not planned
+    bool m_arrived = false;    ///< the head is on the stroke's line
     bool m_done = false;
 };
 

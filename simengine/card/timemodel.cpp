@@ -51,13 +51,10 @@ double markUs(const PenParams& pen, MarkKind kind, double distance) {
 JobTime estimate(const Job& job, const PenTable& pens, Point start, const PlanSettings& settings) {
     Planner planner(job, pens, settings, start);
     JobTime time;
-    Point at = start;
     std::array<Piece, 256> chunk;
     while (const std::size_t count = planner.fill(chunk.data(), chunk.size())) {
-        for (std::size_t i = 0; i < count; ++i) {
-            addPiece(time, chunk[i], distanceMm(at, chunk[i].to));
-            at = chunk[i].to;
-        }
+        for (std::size_t i = 0; i < count; ++i)
+            addPiece(time, chunk[i]);
     }
     return time;
 }

@@ -17,6 +17,9 @@ struct JobTime {
     double markedMm = 0.0;
     double jumpedMm = 0.0;
     std::size_t vertices = 0; ///< vertices reached, one trace row each
+    /// Strokes with wobble that the trace shows by their centre line, because the path would have had too many
+    /// vertices.
+    std::size_t centreLines = 0;
 };
 
 /// Timing that belongs to the whole card and not to a pen.

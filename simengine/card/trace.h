@@ -22,6 +22,9 @@ struct TraceRow {
     std::uint8_t pen = 0; ///< 0 to 19
     bool laser = false;   ///< the way here was marked with the laser
     bool drawn = false;   ///< the way here belongs to a contour: with the laser, or the pilot beam in a preview
+    /// Percent of the laser's full power that is set at this vertex: reached at the end of the way here, or after a
+    /// jump what the laser opens with. 0 in a preview. Between two rows of one stroke it goes straight.
+    float power = 0;
 };
 
 /// An immutable view of the rows marked so far; costs a pointer per 4096 rows and holds nothing up.

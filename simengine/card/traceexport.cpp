@@ -2,6 +2,8 @@
 #include "simengine/card/traceexport.h"
 
 #include "engine/layerparamex.h"
+#include "simengine/card/timemodel.h"
+#include "simengine/card/traceshade.h"
 #include "support/durablefile.h"
 
 #include <QBuffer>
@@ -30,9 +32,12 @@ struct Line {
     enum class Look { Jump, Laser, Pilot };
     Look look;
     int pen;
+    int percent; ///< of the laser's power, 0 without laser
     std::vector<Point> points;
 
-    bool isDot() const { return points.size() == 2 && points[0] == points[1]; }
+    bool isDot() const {
+        return std::all_of(points.begin(), points.end(), [this](const Point& point) { return point == points[0]; });
+    }
     bool isVisible() const { return !points.empty() && !(look == Look::Jump && isDot()); }
 };
 
@@ -42,23 +47,64 @@ Line::Look lookOf(const TraceRow& row) {
     return row.laser ? Line::Look::Laser : Line::Look::Pilot;
 }
 
-/// Rows of one look that follow one another make one line; each begins where the one before ended.
+/// Puts ways of one look that follow one another together to lines; each begins where the one before ended.
+template<typename Take>
+class LineJoiner {
+public:
+    explicit LineJoiner(Take take)
+        : m_take(take) {}
+
+    void add(const TraceRow& row, const Point& from, const Point& to, int percent) {
+        const Line::Look look = lookOf(row);
+        const bool still = from == to;
+        // A mark point is one dot, whatever its power does.
+        const bool sameShade = percent == m_line.percent || (still && m_line.isDot());
+        const bool goesOn = !m_line.points.empty() && look == m_line.look && row.pen == m_line.pen && sameShade &&
+                            m_line.points.size() < kLinePoints;
+        if (!goesOn) {
+            finish();
+            m_line = {look, row.pen, percent, {from}};
+        }
+        m_line.percent = std::max(m_line.percent, percent);
+        m_line.points.push_back(to);
+    }
+    void finish() {
+        if (m_line.isVisible())
+            m_take(m_line);
+        m_line.points.clear();
+    }
+
+private:
+    Take m_take;
+    Line m_line{Line::Look::Jump, 0, 0, {}};
+};
+
+/// A place within a line where the power is set anew, not a mark point.
+bool isPowerStep(const TraceRow& last, const TraceRow& row) {
+    return row.laser && last.laser && row.at == last.at && row.ms == last.ms;
+}
+
 template<typename Take>
 void forEachLine(const TraceSnapshot& rows, Take take) {
-    Line line{Line::Look::Jump, 0, {}};
+    LineJoiner<Take> joiner(take);
     for (std::size_t i = 1; i < rows.size(); ++i) {
+        const TraceRow& last = rows[i - 1];
         const TraceRow& row = rows[i];
-        const bool goesOn =
-            !line.points.empty() && lookOf(row) == line.look && row.pen == line.pen && line.points.size() < kLinePoints;
-        if (!goesOn) {
-            if (line.isVisible())
-                take(line);
-            line = {lookOf(row), row.pen, {rows[i - 1].at}};
+        if (!row.laser) {
+            joiner.add(row, last.at, row.at, 0);
+        } else if (row.at == last.at) {
+            if (!isPowerStep(last, row))
+                joiner.add(row, last.at, row.at, static_cast<int>(std::lround(row.power)));
+        } else {
+            Point from = last.at;
+            forEachShade(last.power, row.power, [&](double share, int percent) {
+                const Point to = between(last.at, row.at, share);
+                joiner.add(row, from, to, percent);
+                from = to;
+            });
         }
-        line.points.push_back(row.at);
     }
-    if (line.isVisible())
-        take(line);
+    joiner.finish();
 }
 
 QRectF boundsOf(const TraceSnapshot& rows) {
@@ -93,12 +139,17 @@ QString number(double value) {
 
 void writeLine(QXmlStreamWriter& xml, const Line& line, double width) {
     const QString color = colorOf(line).name();
+    const QString opacity = QString::number(powerOpacity(line.percent), 'f', 3);
     if (line.isDot()) {
         xml.writeEmptyElement(QStringLiteral("circle"));
         xml.writeAttribute(QStringLiteral("cx"), number(line.points[0].x));
         xml.writeAttribute(QStringLiteral("cy"), number(-line.points[0].y));
         xml.writeAttribute(QStringLiteral("r"), number(width * 2));
         xml.writeAttribute(QStringLiteral("fill"), color);
+        if (line.look == Line::Look::Laser) {
+            xml.writeAttribute(QStringLiteral("fill-opacity"), opacity);
+            xml.writeAttribute(QStringLiteral("data-power"), QString::number(line.percent));
+        }
         return;
     }
     QString points;
@@ -113,6 +164,10 @@ void writeLine(QXmlStreamWriter& xml, const Line& line, double width) {
         xml.writeAttribute(QStringLiteral("stroke-dasharray"), number(width * 4) + ' ' + number(width * 2));
     if (line.look != Line::Look::Jump)
         xml.writeAttribute(QStringLiteral("data-pen"), QString::number(line.pen));
+    if (line.look == Line::Look::Laser) {
+        xml.writeAttribute(QStringLiteral("stroke-opacity"), opacity);
+        xml.writeAttribute(QStringLiteral("data-power"), QString::number(line.percent));
+    }
 }
 
 /// Lines stay visible in a large field and do not run together in a small one.
@@ -159,14 +214,17 @@ QImage tracePicture(const TraceSnapshot& rows, int longerSide) {
     const double lines = lineWidth(bounds);
     forEachLine(rows, [&painter, lines](const Line& line) {
         const bool jump = line.look == Line::Look::Jump;
+        QColor color = colorOf(line);
+        if (line.look == Line::Look::Laser)
+            color.setAlphaF(powerOpacity(line.percent));
         if (line.isDot()) {
             painter.setPen(Qt::NoPen);
-            painter.setBrush(colorOf(line));
+            painter.setBrush(color);
             painter.drawEllipse(QPointF(line.points[0].x, line.points[0].y), lines * 2, lines * 2);
             return;
         }
         const Qt::PenStyle style = line.look == Line::Look::Pilot ? Qt::DashLine : Qt::SolidLine;
-        painter.setPen(QPen(colorOf(line), jump ? lines / 2 : lines, style, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(QPen(color, jump ? lines / 2 : lines, style, Qt::RoundCap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);
         QPainterPath path(QPointF(line.points[0].x, line.points[0].y));
         for (const Point& point : line.points)

@@ -9,8 +9,8 @@
 
 namespace sim {
 
-/// The trace as a drawing in mm, Y up: contours in the colours of their pens, pilot beam lines red and broken, mark
-/// points as dots, jumps thin and grey.
+/// The trace as a drawing in mm, Y up: contours in the colours of their pens, the paler the less the laser's power,
+/// pilot beam lines red and broken, mark points as dots, jumps thin and grey. The attribute data-power has the percent.
 QByteArray traceSvg(const TraceSnapshot& rows);
 
 /// The same drawing on white; width and height at most the given number of pixels, at least 1. Any thread.

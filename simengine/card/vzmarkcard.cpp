@@ -39,7 +39,8 @@ void VZMarkCard::BeginList(int mode) {
 
 void VZMarkCard::EndList() {
     record("EndList");
-    simulatedCard().endList();
+    if (simulatedCard().endList())
+        logCentreLines(simulatedCard().lastTime());
 }
 
 void VZMarkCard::StopMark() {

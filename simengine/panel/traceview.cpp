@@ -2,6 +2,7 @@
 #include "simengine/panel/traceview.h"
 
 #include "engine/layerparamex.h"
+#include "simengine/card/traceshade.h"
 #include "simengine/panel/paneltheme.h"
 
 #include <QPainter>
@@ -29,6 +30,17 @@ const std::array<QColor, kLayerCount>& penColors() {
         return list;
     }();
     return colors;
+}
+
+void drawDot(QPainter& painter, const QPointF& at, const QColor& color) {
+    painter.setPen(QPen(color, 1.0));
+    painter.setBrush(color);
+    painter.drawEllipse(at, 1.5, 1.5);
+}
+
+void drawLine(QPainter& painter, const QPointF& from, const QPointF& to, const QColor& color) {
+    painter.setPen(QPen(color, 1.0));
+    painter.drawLine(from, to);
 }
 
 } // namespace
@@ -110,26 +122,41 @@ void TraceView::draw(const std::vector<SimTraceRow>& rows) {
     QPainter painter(&m_picture);
     painter.setRenderHint(QPainter::Antialiasing, rows.size() < kMostRows / 4);
     for (const SimTraceRow& row : rows) {
-        const QPointF to = m_transform.toPixel({row.x, row.y});
-        if (m_hasLast && (row.drawn || m_showJumps)) {
-            const QPointF from = m_transform.toPixel({m_last.x, m_last.y});
-            QColor color = QColor::fromRgb(paneltheme::kTraceJump);
-            if (row.drawn && row.laser)
-                color = penColors()[static_cast<std::size_t>(qBound(0, row.pen, kLayerCount - 1))];
-            else if (row.drawn)
-                color = QColor::fromRgb(paneltheme::kTracePilot);
-            painter.setPen(QPen(color, 1.0));
-            if (row.drawn && m_last.x == row.x && m_last.y == row.y) {
-                painter.setBrush(color);
-                painter.drawEllipse(to, 1.5, 1.5);
-            } else {
-                painter.drawLine(from, to);
-            }
-        }
+        if (m_hasLast && (row.drawn || m_showJumps))
+            drawWay(painter, row);
         m_last = row;
         m_hasLast = true;
     }
     m_drawn += rows.size();
+}
+
+void TraceView::drawWay(QPainter& painter, const SimTraceRow& row) const {
+    const QPointF to = m_transform.toPixel({row.x, row.y});
+    const QPointF from = m_transform.toPixel({m_last.x, m_last.y});
+    const bool still = m_last.x == row.x && m_last.y == row.y;
+    if (!row.laser || !row.drawn) {
+        const QColor color = QColor::fromRgb(row.drawn ? paneltheme::kTracePilot : paneltheme::kTraceJump);
+        if (row.drawn && still)
+            drawDot(painter, to, color);
+        else
+            drawLine(painter, from, to, color);
+        return;
+    }
+    QColor color = penColors()[static_cast<std::size_t>(qBound(0, row.pen, kLayerCount - 1))];
+    if (still) {
+        color.setAlphaF(powerOpacity(row.power));
+        // Not where the power is set anew within a line.
+        if (!m_last.laser || row.ms > m_last.ms)
+            drawDot(painter, to, color);
+        return;
+    }
+    QPointF begin = from;
+    forEachShade(m_last.power, row.power, [&](double share, int percent) {
+        color.setAlphaF(powerOpacity(percent));
+        const QPointF end = from + (to - from) * share;
+        drawLine(painter, begin, end, color);
+        begin = end;
+    });
 }
 
 void TraceView::paintField(QPainter& painter) const {

@@ -36,6 +36,7 @@ protected:
 private:
     void restart();
     void draw(const std::vector<SimTraceRow>& rows);
+    void drawWay(QPainter& painter, const SimTraceRow& row) const;
     void paintField(QPainter& painter) const;
 
     const SimControl& m_machine;

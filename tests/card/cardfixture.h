@@ -5,10 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <future>
+#include <limits>
 #include <thread>
+#include <utility>
+#include <vector>
 
 namespace cardtest {
 
@@ -55,6 +59,20 @@ inline sim::Job jobOf(std::vector<sim::Stroke> strokes, sim::MarkKind kind = sim
 /// Square of the given side with its lower left corner at (x, y), closed.
 inline sim::Stroke square(double x, double y, double side, int pen = 0) {
     return polyline({{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}, {x, y}}, pen);
+}
+
+/// What a pass of a job leaves in the trace, and its time.
+inline std::pair<std::vector<sim::TraceRow>, sim::JobTime> marked(const sim::Job& job, const sim::PenTable& pens,
+                                                                  const sim::PlanSettings& settings = {}) {
+    sim::Trace trace;
+    sim::Executor executor(job, pens, settings, {}, {}, trace);
+    const std::atomic<bool> calm{false};
+    executor.advance(std::numeric_limits<double>::infinity(), calm);
+    const sim::TraceSnapshot snapshot = trace.snapshot();
+    std::vector<sim::TraceRow> rows;
+    for (std::size_t i = 0; i < snapshot.size(); ++i)
+        rows.push_back(snapshot[i]);
+    return {std::move(rows), executor.time()};
 }
 
 /// An open card with plain pens, armed for a run.

@@ -56,6 +56,13 @@ PenTable randomPens(unsigned seed) {
         pen.markDelay = below(300);
         pen.pointTime = below(3000);
         pen.wobbleEnable = below(4) == 0;
+        pen.pointWaveEnable = below(3) == 0;
+        pen.lineWaveEnable = below(3) == 0;
+        pen.lineWaveByDistance = below(2) == 0;
+        for (WavePoint& row : pen.pointWave)
+            row = {below(50) / 10.0, static_cast<double>(below(101))};
+        for (WavePoint& row : pen.lineWave)
+            row = {below(500) / 10.0, static_cast<double>(below(101))};
     }
     return pens;
 }

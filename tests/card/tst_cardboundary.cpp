@@ -179,6 +179,13 @@ void tst_CardBoundary::pens_are_downloaded_field_by_field() {
     data.WobbleEnable = true;
     data.WobbleDiameter = 20.5;
     data.WobbleSpacing = 21.5;
+    data.PointWaveEnable = 1;
+    data.LineWaveEnable = 1;
+    data.LineWaveFlag = 1;
+    for (int i = 0; i < kWavePointCount; ++i) {
+        data.PointWave[std::size_t(i)] = {i + 0.25, i + 0.5};
+        data.LineWave[std::size_t(i)] = {i + 100.25, i + 50.5};
+    }
     layers.SetLayerData(19, data);
     m_card->DownLayerPara(&layers, 20);
     PenParams const pen = simulatedCard().pens()[19];
@@ -203,6 +210,15 @@ void tst_CardBoundary::pens_are_downloaded_field_by_field() {
     QCOMPARE(pen.wobbleEnable, true);
     QCOMPARE(pen.wobbleDiameter, 20.5);
     QCOMPARE(pen.wobbleSpacing, 21.5);
+    QVERIFY(pen.pointWaveEnable && pen.lineWaveEnable && pen.lineWaveByDistance);
+    for (std::size_t i = 0; i < kWavePoints; ++i) {
+        QCOMPARE(pen.pointWave[i].x, i + 0.25);
+        QCOMPARE(pen.pointWave[i].power, i + 0.5);
+        QCOMPARE(pen.lineWave[i].x, i + 100.25);
+        QCOMPARE(pen.lineWave[i].power, i + 50.5);
+    }
+    PenParams const other = simulatedCard().pens()[0];
+    QVERIFY(!other.pointWaveEnable && !other.lineWaveEnable && !other.lineWaveByDistance);
     QCOMPARE(simulatedCard().pens()[0].markSpeed, LayerData().MarkSpeed);
 }
 

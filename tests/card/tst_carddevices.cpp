@@ -7,10 +7,13 @@
 #include "opencardtest.h"
 #include "simengine/card/traceexport.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QImage>
+#include <QLineF>
 #include <QXmlStreamReader>
 
+#include <cmath>
 #include <dlfcn.h>
 #include <future>
 #include <limits>
@@ -33,6 +36,8 @@ private slots:
     void control_is_found_by_its_symbol();
     void control_refuses_what_the_machine_has_not();
     void trace_is_written_by_ending();
+    void power_is_seen_in_the_drawing();
+    void wobble_that_is_too_long_is_told_by_the_log();
 };
 
 void tst_CardDevices::hardware_word_tells_the_laser_type_data() {
@@ -241,6 +246,101 @@ void tst_CardDevices::trace_is_written_by_ending() {
     QVERIFY(error.find("a.txt") != std::string::npos);
     QVERIFY(!control->writeTrace("/proc/none/a.csv", error));
     QVERIFY(!error.empty());
+}
+
+/// Of each contour of an exported drawing: percent of power, opacity, length in mm.
+struct Contour {
+    int power;
+    double opacity;
+    double length;
+};
+
+static QVector<Contour> contoursOf(TraceSnapshot const& rows) {
+    QXmlStreamReader xml(traceSvg(rows));
+    QVector<Contour> contours;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement || !xml.attributes().hasAttribute("data-power"))
+            continue;
+        auto const attributes = xml.attributes();
+        Contour contour{attributes.value("data-power").toInt(), 0.0, 0.0};
+        QString const opacity = xml.name() == "circle" ? "fill-opacity" : "stroke-opacity";
+        contour.opacity = attributes.value(opacity).toDouble();
+        QVector<QPointF> points;
+        for (QString const& point : attributes.value("points").toString().split(' ', Qt::SkipEmptyParts))
+            points.append({point.section(',', 0, 0).toDouble(), point.section(',', 1, 1).toDouble()});
+        for (int i = 1; i < points.size(); ++i)
+            contour.length += QLineF(points[i - 1], points[i]).length();
+        contours.append(contour);
+    }
+    return contours;
+}
+
+void tst_CardDevices::power_is_seen_in_the_drawing() {
+    LayerParamEx layers;
+    LayerData data;
+    data.Power = 64.0;
+    layers.SetLayerData(0, data);
+    data.LineWaveEnable = data.LineWaveFlag = data.PointWaveEnable = 1;
+    data.LineWave[1] = {10, 100};
+    data.LineWave[11] = {5, 0};
+    data.PointWave[1] = {2, 81};
+    data.PointWave[2] = {4, 25};
+    layers.SetLayerData(1, data);
+    m_card->DownLayerPara(&layers, kLayerCount);
+    m_card->SetMarkStaus(MarkStatusRun);
+    Job job;
+    job.strokes = {{0, {{0, 0}, {20, 0}, {20, 3}}}, {1, {{0, 9}, {40, 9}}}, {1, {{5, 5}}}};
+    QVERIFY(CardRun(false, false).start(job));
+    QVector<Contour> const contours = contoursOf(simulatedCard().trace().snapshot());
+    // The steady line, the ramp in 20 parts, the plateau, the ramp down in 20, the point.
+    QCOMPARE(contours.size(), 1 + 20 + 1 + 20 + 1);
+    QCOMPARE(contours[0].power, 64);
+    QCOMPARE(contours[0].opacity, 0.84);
+    QCOMPARE(contours[0].length, 23.0);
+    double length = 0.0;
+    for (int i = 1; i < 42; ++i)
+        length += contours[i].length;
+    QVERIFY(std::abs(length - 40.0) < 0.01);
+    for (int i = 2; i <= 21; ++i)
+        QVERIFY(contours[i].power > contours[i - 1].power && contours[i].opacity > contours[i - 1].opacity);
+    QCOMPARE(contours[21].power, 100);
+    QCOMPARE(contours[21].length, 25.0);
+    for (int i = 22; i < 42; ++i)
+        QVERIFY(contours[i].power < contours[i - 1].power && contours[i].opacity < contours[i - 1].opacity);
+    QCOMPARE(contours[42].power, 81); // a dot has the highest power of its curve
+}
+
+void tst_CardDevices::wobble_that_is_too_long_is_told_by_the_log() {
+    LayerParamEx layers;
+    LayerData data;
+    data.WobbleEnable = true;
+    data.WobbleDiameter = 0.5;
+    data.WobbleSpacing = 0.01;
+    layers.SetLayerData(0, data);
+    m_card->DownLayerPara(&layers, kLayerCount);
+    m_card->SetMarkStaus(MarkStatusRun);
+    auto const notes = [this] {
+        int count = 0;
+        QDirIterator files(m_root.path(), QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            QFile file(files.next());
+            if (file.open(QIODevice::ReadOnly))
+                count += file.readAll().count("traced by their centre line");
+        }
+        return count;
+    };
+    Job job;
+    job.strokes = {{0, {{0, 0}, {1, 0}}}};
+    QVERIFY(CardRun(false, false).start(job));
+    QCOMPARE(notes(), 0);
+    job.strokes.push_back({0, {{0, 0}, {2000, 0}}});
+    QVERIFY(CardRun(false, false).start(job));
+    QCOMPARE(notes(), 1);
+    DOT3 line[] = {{0, 0, 0}, {2000, 0, 0}};
+    m_card->BeginList(1);
+    m_card->AddList(line, 2, 0);
+    m_card->EndList();
+    QCOMPARE(notes(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_CardDevices)
