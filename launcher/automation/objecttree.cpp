@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "automation/objecttree.h"
 
+#include "automation/hiddentext.h"
 #include "automation/objectfinder.h"
 
 #include <QAction>
@@ -16,7 +17,7 @@ constexpr char const* kTextProperties[] = {"text", "currentText", "plainText", "
 QString textOf(QObject const* object) {
     for (char const* property : kTextProperties) {
         if (object->metaObject()->indexOfProperty(property) >= 0)
-            return object->property(property).toString();
+            return HiddenText::read(object, property).toString();
     }
     return QString();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "automation/propertyjson.h"
 
+#include "automation/hiddentext.h"
+
 #include <QColor>
 #include <QDate>
 #include <QDateTime>
@@ -222,7 +224,7 @@ bool PropertyJson::read(QObject const* object, QString const& property, QJsonVal
         error = QStringLiteral("no property \"%1\"").arg(property);
         return false;
     }
-    QVariant const variant = object->property(name.constData());
+    QVariant const variant = HiddenText::read(object, name.constData());
     if (meta.isValid() && meta.isEnumType()) {
         value = enumText(meta.enumerator(), variant.toInt());
         return true;
@@ -241,7 +243,7 @@ bool PropertyJson::prepare(QObject const* object, QString const& property, QJson
         error = QStringLiteral("no property \"%1\"").arg(property);
         return false;
     }
-    if (!meta.isWritable()) {
+    if (!meta.isWritable() || HiddenText::isGuard(object, meta.name())) {
         error = QStringLiteral("the property \"%1\" is read-only").arg(property);
         return false;
     }

@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMetaProperty>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTabWidget>
@@ -229,6 +230,49 @@ private slots:
         QCOMPARE(code(call("ui.set", R"({"object":"edit","property":"text","value":5})")), int(RpcInvalidParams));
         QCOMPARE(code(call("ui.set", R"({"object":"edit","property":"no","value":5})")), int(RpcInvalidParams));
         QCOMPARE(m_edit->text(), QStringLiteral("abc"));
+    }
+
+    void a_password_is_told_by_none_of_the_methods_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<bool>("told");
+        QTest::newRow("password") << int(QLineEdit::Password) << false;
+        QTest::newRow("password shown while it is typed") << int(QLineEdit::PasswordEchoOnEdit) << false;
+        QTest::newRow("nothing shown") << int(QLineEdit::NoEcho) << false;
+        QTest::newRow("plain") << int(QLineEdit::Normal) << true;
+    }
+    void a_password_is_told_by_none_of_the_methods() {
+        QFETCH(int, mode);
+        QFETCH(bool, told);
+        m_edit->setEchoMode(QLineEdit::EchoMode(mode));
+        m_edit->setText("s3cret");
+        m_edit->selectAll();
+        QByteArray answers;
+        for (QByteArray const& params : {QByteArray("{}"), QByteArray(R"({"object":"edit"})")})
+            answers += QJsonDocument(call("ui.tree", params).result.toArray()).toJson();
+        for (int i = 0; i < m_edit->metaObject()->propertyCount(); ++i) {
+            QJsonObject const params{{"object", "edit"}, {"property", m_edit->metaObject()->property(i).name()}};
+            RpcReply const reply = call("ui.get", QJsonDocument(params).toJson());
+            answers += QJsonDocument(QJsonArray{reply.result}).toJson();
+        }
+        QCOMPARE(answers.contains("s3cret"), told);
+        // It is typed in as into any other line, and stays hidden.
+        QCOMPARE(code(done("ui.set", R"({"object":"edit","property":"text","value":"other"})")), 0);
+        QCOMPARE(m_edit->text(), QStringLiteral("other"));
+        int const shown = code(done("ui.set", R"({"object":"edit","property":"echoMode","value":"Normal"})"));
+        QCOMPARE(shown, told ? 0 : int(RpcInvalidParams));
+        QCOMPARE(int(m_edit->echoMode()), mode);
+    }
+
+    void a_password_is_told_as_the_dots_on_the_screen() {
+        m_edit->setEchoMode(QLineEdit::Password);
+        m_edit->setText("abc");
+        m_edit->setSelection(1, 2);
+        QString const dots = m_edit->displayText();
+        QCOMPARE(dots.size(), 3);
+        QCOMPARE(call("ui.get", R"({"object":"edit","property":"text"})").result, QJsonValue(dots));
+        QCOMPARE(call("ui.get", R"({"object":"edit","property":"selectedText"})").result, QJsonValue(dots.mid(1)));
+        QCOMPARE(call("ui.tree", R"({"object":"edit"})").result.toArray().at(0).toObject().value("text"),
+                 QJsonValue(dots));
     }
 
     void items_are_read_and_selected() {
