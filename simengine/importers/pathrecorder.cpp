@@ -24,10 +24,6 @@ QColor colorOf(const QBrush& brush) {
     return color.alpha() == 0 ? QColor() : color;
 }
 
-bool sameOutline(const RecordedShape& a, const RecordedShape& b) {
-    return a.kind == b.kind && a.rect == b.rect && a.transform == b.transform && a.path == b.path;
-}
-
 QPainterPath polygonPath(const QPointF* points, int count, bool closed) {
     QPainterPath path;
     path.addPolygon(QPolygonF(QVector<QPointF>(points, points + count)));
@@ -37,6 +33,10 @@ QPainterPath polygonPath(const QPointF* points, int count, bool closed) {
 }
 
 } // namespace
+
+bool RecordedShape::sameOutline(const RecordedShape& other) const {
+    return kind == other.kind && rect == other.rect && transform == other.transform && path == other.path;
+}
 
 class PathRecorder::Engine : public QPaintEngine {
 public:
@@ -126,7 +126,7 @@ private:
 
     /// The outline painted last comes once more; the area of an open line was painted closed.
     bool repeatsLast(const RecordedShape& shape, Extent extent) const {
-        if (sameOutline(m_last, shape))
+        if (m_last.sameOutline(shape))
             return true;
         if (extent != Lines || !m_lastWasArea)
             return false;
@@ -148,7 +148,7 @@ private:
                 return false;
             area.path = shape.path;
         }
-        if (!sameOutline(area, shape))
+        if (!area.sameOutline(shape))
             return false;
         if (shape.stroked) {
             area.stroked = true;

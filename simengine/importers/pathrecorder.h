@@ -21,6 +21,9 @@ struct RecordedShape {
     bool filled = false;
     QColor strokeColor;
     QColor fillColor;
+    bool letters = false; ///< of a text; set by who knows
+
+    bool sameOutline(const RecordedShape& other) const;
 };
 
 /// A paint device that keeps what is painted on it as outlines with their transforms. An outline that is painted twice

@@ -3,6 +3,7 @@
 
 #include "engine/marktypes.h"
 #include "simengine/document/contour.h"
+#include "simengine/document/glyphunion.h"
 #include "simengine/document/markobject.h"
 #include "simengine/document/painterpath.h"
 #include "simengine/importers/pathrecorder.h"
@@ -15,6 +16,39 @@
 namespace sim {
 
 namespace {
+
+bool paint(const SvgSource& source, PathRecorder& recorder) {
+    QSvgRenderer renderer;
+    if (!renderer.load(source.xml))
+        return false;
+    QPainter painter(&recorder);
+    renderer.render(&painter, source.viewBox);
+    return true;
+}
+
+/// Tells the outlines of texts from all others: they are missing when the drawing is painted without its texts.
+void markLetters(const QByteArray& bytes, std::vector<RecordedShape>& shapes) {
+    const SvgSource source = readSvgSource(bytes, SvgTexts::LeaveOut);
+    PathRecorder recorder(source.viewBox.size());
+    if (!paint(source, recorder))
+        return;
+    auto other = recorder.shapes().begin();
+    for (RecordedShape& shape : shapes) {
+        shape.letters = other == recorder.shapes().end() || !shape.sameOutline(*other);
+        if (!shape.letters)
+            ++other;
+    }
+}
+
+/// Letters are filled by winding, a hatch odd-even: parts that lie over each other must not become holes.
+PathShape lettersPath(const PathShape& path) {
+    /// How far united letters may be off, in parts of the text's height.
+    constexpr double kTolerance = 2.0e-5;
+    const double height = shapeBounds(Shape(path), QTransform()).height();
+    if (path.verbs.isEmpty() || !(height > 0.0))
+        return path;
+    return unitedGlyphs({{std::make_shared<const PathShape>(path), QPointF()}}, kTolerance * height).front();
+}
 
 ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
     ObjectData data;
@@ -32,7 +66,7 @@ ObjectData toObject(const RecordedShape& recorded, const QTransform& toField) {
         data.transform = QTransform(rect.width() / 2, 0, 0, rect.height() / 2, center.x(), center.y()) * transform;
     } else {
         const PathShape path = pathFromPainter(recorded.path, transform);
-        data.shape = path.verbs.isEmpty() ? Shape(path) : simplestShape(path);
+        data.shape = path.verbs.isEmpty() ? Shape(path) : simplestShape(recorded.letters ? lettersPath(path) : path);
     }
     return data;
 }
@@ -125,20 +159,19 @@ ImportResult importSvgData(const QByteArray& bytes, const ImportOptions& options
     const SvgSource source = readSvgSource(bytes);
     if (!source.error.isEmpty())
         return failed(source.error);
-    QSvgRenderer renderer;
-    if (!renderer.load(source.xml))
-        return failed(QStringLiteral("the drawing cannot be read"));
     PathRecorder recorder(source.viewBox.size());
-    QPainter painter(&recorder);
-    renderer.render(&painter, source.viewBox);
-    painter.end();
+    if (!paint(source, recorder))
+        return failed(QStringLiteral("the drawing cannot be read"));
+    std::vector<RecordedShape> shapes = recorder.shapes();
+    if (source.texts > 0)
+        markLetters(bytes, shapes);
 
     ImportResult result;
     result.skipped = source.skipped;
     result.pageSize = source.pageSize;
     if (recorder.invisibleCount() > 0)
         result.skip(QStringLiteral("path"), QStringLiteral("it has neither line nor area"), recorder.invisibleCount());
-    collectObjects(recorder.shapes(), source.toPage * QTransform::fromScale(1.0, -1.0), result);
+    collectObjects(shapes, source.toPage * QTransform::fromScale(1.0, -1.0), result);
     place(options, result);
     for (const ObjectPtr& object : result.objects) {
         ++result.imported[object->className()];

@@ -2,6 +2,7 @@
 #include "simengine/importers/svgsource.h"
 
 #include "simengine/importers/svglength.h"
+#include "simengine/importers/svgtext.h"
 #include "simengine/importers/svgweight.h"
 
 #include <QRegularExpression>
@@ -21,6 +22,7 @@ enum class Handling {
     Keep,   ///< drawn, or needed by what is drawn
     Group,  ///< goes on as a plain group
     Inner,  ///< a drawing within the drawing
+    Text,   ///< lines of letters, each brought to its place
     Symbol, ///< drawn only where it is referred to
     Silent, ///< left out, it shows nothing
     Skip    ///< left out and told
@@ -57,7 +59,7 @@ constexpr ElementRule kElements[] = {
     {"script", Handling::Silent, ""},
     {"view", Handling::Silent, ""},
     {"cursor", Handling::Silent, ""},
-    {"text", Handling::Skip, "text is not imported, convert it to paths first"},
+    {"text", Handling::Text, ""},
     {"image", Handling::Skip, "pictures are not imported"},
     {"clipPath", Handling::Skip, "clipping is not applied"},
     {"mask", Handling::Skip, "masks are not applied"},
@@ -137,8 +139,9 @@ QString matrixText(const QTransform& t) {
 
 class SourceReader {
 public:
-    explicit SourceReader(const QByteArray& bytes)
-        : m_in(bytes)
+    SourceReader(const QByteArray& bytes, SvgTexts texts)
+        : m_texts(texts)
+        , m_in(bytes)
         , m_out(&m_source.xml) {
         // prefixes are told apart by hand: drawings with undeclared ones are common
         m_in.setNamespaceProcessing(false);
@@ -182,7 +185,7 @@ private:
 
     void skip(const QString& kind, const QString& reason) {
         for (ImportSkip& known : m_source.skipped) {
-            if (known.kind == kind) {
+            if (known.kind == kind && known.reason == reason) {
                 ++known.count;
                 return;
             }
@@ -293,6 +296,9 @@ private:
         case Handling::Symbol:
             startSymbol(attributes);
             break;
+        case Handling::Text:
+            copyText();
+            break;
         case Handling::Silent:
             m_in.skipCurrentElement();
             break;
@@ -336,6 +342,12 @@ private:
                     value = plain(length->pixels(axisExtent(viewport, rule->axis)));
             }
             if (name == QLatin1String("style") && own == QLatin1String("type"))
+                continue;
+            bool relative = false;
+            value = withPixelFontSize(own, value, &relative);
+            if (relative)
+                skip(QStringLiteral("text"), QStringLiteral("a font size in parts of another one is not applied"));
+            if (relative && value.isEmpty())
                 continue;
             m_out.writeAttribute(own, value);
         }
@@ -432,6 +444,18 @@ private:
         m_inStyle = false;
     }
 
+    void copyText() {
+        ++m_source.texts;
+        if (m_texts == SvgTexts::LeaveOut) {
+            m_in.skipCurrentElement();
+            return;
+        }
+        const auto tell = [this](const QString& kind, const QString& reason) { skip(kind, reason); };
+        if (!SvgTextCopy(m_in, m_out, m_weight, m_levels.back().viewport, tell).run())
+            fail(QStringLiteral("elements are nested too deeply"));
+    }
+
+    SvgTexts m_texts;
     SvgSource m_source;
     QXmlStreamReader m_in;
     QXmlStreamWriter m_out;
@@ -458,13 +482,13 @@ QTransform viewBoxTransform(const QRectF& viewBox, const QSizeF& viewport, const
                       restY * part("YMin", "YMax") - viewBox.y() * s);
 }
 
-SvgSource readSvgSource(const QByteArray& bytes) {
+SvgSource readSvgSource(const QByteArray& bytes, SvgTexts texts) {
     if (bytes.size() > kMaxSvgBytes) {
         SvgSource source;
         source.error = QStringLiteral("the file is too large");
         return source;
     }
-    return SourceReader(bytes).run();
+    return SourceReader(bytes, texts).run();
 }
 
 } // namespace sim

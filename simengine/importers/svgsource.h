@@ -18,7 +18,11 @@ struct SvgSource {
     QSizeF pageSize;   ///< mm
     QString error;     ///< set when the file cannot be taken
     QVector<ImportSkip> skipped;
+    int texts = 0; ///< text elements, whether they are in `xml` or not
 };
+
+/// What becomes of texts.
+enum class SvgTexts { Draw, LeaveOut };
 
 /// Files larger than this are refused.
 constexpr qint64 kMaxSvgBytes = qint64(128) << 20;
@@ -26,7 +30,7 @@ constexpr qint64 kMaxSvgBytes = qint64(128) << 20;
 /// Elements inside elements at most.
 constexpr int kMaxSvgDepth = 200;
 
-SvgSource readSvgSource(const QByteArray& bytes);
+SvgSource readSvgSource(const QByteArray& bytes, SvgTexts texts = SvgTexts::Draw);
 
 /// How user units come to lie in a viewport of the given size: the rules of viewBox and preserveAspectRatio.
 /// `preserve` empty stands for the default "xMidYMid meet".

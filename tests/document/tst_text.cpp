@@ -449,6 +449,47 @@ private slots:
         QCOMPARE(ownSpec(*object, shown).letterSpacing, 0.7);
     }
 
+    void a_hatch_fills_the_letters_and_not_their_holes_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("spacing");
+        QTest::newRow("rings") << "OO8" << 0.0;
+        QTest::newRow("Chinese") << QStringLiteral("国回") << 0.0;
+        QTest::newRow("pressed together") << "OOO" << -3.0;
+    }
+    void a_hatch_fills_the_letters_and_not_their_holes() {
+        QFETCH(QString, text);
+        QFETCH(double, spacing);
+        TextSpec spec = outlines(text, 10.0);
+        spec.letterSpacing = spacing;
+        ObjectData data;
+        data.shape = makeText(spec).shape;
+        constexpr double kPitch = 0.02;
+        data.hatch.fills[0].Enable = true;
+        data.hatch.fills[0].FillDist = kPitch;
+        const ObjectPtr object = MarkObject::make(data);
+        QVERIFY(object);
+        double covered = 0.0;
+        const auto hatch = object->hatch();
+        for (const HatchPart& part : *hatch) {
+            for (size_t line = 0; line < part.lines.count(); ++line) {
+                const QPointF* end = part.lines.end(line);
+                for (const QPointF* p = part.lines.begin(line) + 1; p < end; ++p)
+                    covered += QLineF(p[-1], p[0]).length() * kPitch;
+            }
+        }
+        const double area = hatchedArea(std::get<TextShape>(data.shape).outline);
+        QVERIFY(area > 10.0);
+        QVERIFY2(std::abs(covered - area) < 0.01 * area, qPrintable(QString("%1 of %2").arg(covered).arg(area)));
+    }
+
+    void strokes_are_not_hatched() {
+        ObjectData data = samples::text("OB8")->data();
+        data.hatch.fills[0].Enable = true;
+        const ObjectPtr object = MarkObject::make(data);
+        QVERIFY(object);
+        QCOMPARE(object->hatchSegmentCount(), qint64(0));
+    }
+
     void a_document_marks_the_same_without_the_font() {
         // the outline is the document's; a font name that nobody has changes nothing
         TextShape shape = makeText(outlines(QStringLiteral("AB"))).shape;
