@@ -125,6 +125,17 @@ PenTable pens(double markSpeed) {
     return table;
 }
 
+/// The same pens with ramps at both ends of a stroke and wobble.
+PenTable shapedPens(double markSpeed) {
+    PenTable table = pens(markSpeed);
+    for (PenParams& pen : table) {
+        pen.lineWaveEnable = pen.wobbleEnable = true;
+        for (std::size_t i = 0; i < kWavePoints; ++i)
+            pen.lineWave[i] = {static_cast<double>(i % 10), static_cast<double>(i * 5)};
+    }
+    return table;
+}
+
 /// A mixture of long and tiny vectors that lasts about half a minute.
 Job mixedJob() {
     Job job;
@@ -139,10 +150,10 @@ Job mixedJob() {
     return job;
 }
 
-void pauseMoments(int rounds, bool busy) {
+void pauseMoments(int rounds, bool busy, const PenTable& table, const char* what) {
     CardCore card;
     card.open();
-    card.setPens(pens(500));
+    card.setPens(table);
     card.setBufferLoop(true);
     card.setState(RunState::Run);
     BareThread bare;
@@ -177,7 +188,7 @@ void pauseMoments(int rounds, bool busy) {
         sample(1, [&card] { card.stop(); });
         next.get();
     }
-    std::printf("%s, %d random moments each\n", busy ? "all cores busy" : "idle", rounds);
+    std::printf("%s, %s, %d random moments each\n", what, busy ? "all cores busy" : "idle", rounds);
     print("pause takes effect", acted[0], bareActed);
     print("stop takes effect", acted[1], bareActed);
     print("pause call returns", returned[0], bareReturned);
@@ -229,6 +240,28 @@ void firstVector() {
                 first.at(0.5) / 1000, first.at(1) / 1000);
 }
 
+/// What ramps and wobble cost beside a plain stroke of as many vertices, both as fast as possible.
+void unpacedShaped() {
+    const auto run = [](const Job& job, const PenTable& table) {
+        CardCore card;
+        card.open();
+        card.setPens(table);
+        card.setSpeed(0);
+        card.setState(RunState::Run);
+        const Clock::time_point begin = Clock::now();
+        card.run(job, false);
+        return std::pair{usSince(begin, Clock::now()) / 1000, card.trace().size()};
+    };
+    Job line;
+    line.strokes.push_back({0, {{0, 0}, {10000, 0}}});
+    const auto [shaped, rows] = run(line, shapedPens(500));
+    const auto [plain, plainRows] = run(hugeJob(static_cast<int>(rows)), pens(500));
+    std::printf("ramps and wobble, %zu vertices as fast as possible: %.1f ms, plain stroke of %zu: %.1f ms, ratio %.2f "
+                "a vertex\n",
+                rows, shaped, plainRows, plain,
+                shaped / static_cast<double>(rows) / (plain / static_cast<double>(plainRows)));
+}
+
 /// The reference walks the same vertices and adds their lengths up.
 void unpaced() {
     const Job job = hugeJob(1000000);
@@ -260,8 +293,9 @@ void unpaced() {
 
 int main(int argc, char** argv) {
     const int rounds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 1000;
-    pauseMoments(rounds, false);
-    pauseMoments(rounds, true);
+    pauseMoments(rounds, false, pens(500), "plain pens");
+    pauseMoments(rounds, true, pens(500), "plain pens");
+    pauseMoments(rounds, false, shapedPens(500), "ramps and wobble");
     std::printf("pace at factor 1 and 10\n");
     Job line;
     line.strokes.push_back({0, {{0, 0}, {1000, 0}}});
@@ -275,5 +309,6 @@ int main(int argc, char** argv) {
     }
     firstVector();
     unpaced();
+    unpacedShaped();
     return 0;
 }

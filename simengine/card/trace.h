@@ -26,6 +26,7 @@ struct TraceRow {
     /// jump what the laser opens with. 0 in a preview. Between two rows of one stroke it goes straight.
     float power = 0;
 };
+static_assert(sizeof(TraceRow) == 32, "the memory that a full trace takes is stated for this size");
 
 /// An immutable view of the rows marked so far; costs a pointer per 4096 rows and holds nothing up.
 class TraceSnapshot {

@@ -223,8 +223,10 @@ QImage tracePicture(const TraceSnapshot& rows, int longerSide) {
             painter.drawEllipse(QPointF(line.points[0].x, line.points[0].y), lines * 2, lines * 2);
             return;
         }
+        // Round ends would lie over one another where a ramp goes from shade to shade.
+        const Qt::PenCapStyle cap = color.alpha() < 255 ? Qt::FlatCap : Qt::RoundCap;
         const Qt::PenStyle style = line.look == Line::Look::Pilot ? Qt::DashLine : Qt::SolidLine;
-        painter.setPen(QPen(color, jump ? lines / 2 : lines, style, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(QPen(color, jump ? lines / 2 : lines, style, cap, Qt::RoundJoin));
         painter.setBrush(Qt::NoBrush);
         QPainterPath path(QPointF(line.points[0].x, line.points[0].y));
         for (const Point& point : line.points)

@@ -6,6 +6,7 @@
 #include "simengine/panel/paneltheme.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <array>
 
 namespace sim {
@@ -30,6 +31,15 @@ const std::array<QColor, kLayerCount>& penColors() {
         return list;
     }();
     return colors;
+}
+
+/// A pen's colour, the nearer to that of the field the less the power. Not transparent, or the ends of short vectors,
+/// which lie over one another, would be brighter than a long line of the same power.
+QColor shaded(const QColor& color, double power) {
+    const QColor field = QColor::fromRgb(paneltheme::kTraceField);
+    const double share = powerOpacity(power);
+    const auto mix = [share](int from, int to) { return qRound(from + (to - from) * share); };
+    return {mix(field.red(), color.red()), mix(field.green(), color.green()), mix(field.blue(), color.blue())};
 }
 
 void drawDot(QPainter& painter, const QPointF& at, const QColor& color) {
@@ -130,7 +140,7 @@ void TraceView::draw(const std::vector<SimTraceRow>& rows) {
     m_drawn += rows.size();
 }
 
-void TraceView::drawWay(QPainter& painter, const SimTraceRow& row) const {
+void TraceView::drawWay(QPainter& painter, const SimTraceRow& row) {
     const QPointF to = m_transform.toPixel({row.x, row.y});
     const QPointF from = m_transform.toPixel({m_last.x, m_last.y});
     const bool still = m_last.x == row.x && m_last.y == row.y;
@@ -142,19 +152,19 @@ void TraceView::drawWay(QPainter& painter, const SimTraceRow& row) const {
             drawLine(painter, from, to, color);
         return;
     }
-    QColor color = penColors()[static_cast<std::size_t>(qBound(0, row.pen, kLayerCount - 1))];
+    const QColor& color = penColors()[static_cast<std::size_t>(qBound(0, row.pen, kLayerCount - 1))];
     if (still) {
-        color.setAlphaF(powerOpacity(row.power));
-        // Not where the power is set anew within a line.
+        // Not where the power is set anew within a line. A point with a curve shows its highest power.
+        m_dotPower = m_last.laser ? std::max(m_dotPower, row.power) : row.power;
         if (!m_last.laser || row.ms > m_last.ms)
-            drawDot(painter, to, color);
+            drawDot(painter, to, shaded(color, m_dotPower));
         return;
     }
+    m_dotPower = 0.0;
     QPointF begin = from;
     forEachShade(m_last.power, row.power, [&](double share, int percent) {
-        color.setAlphaF(powerOpacity(percent));
         const QPointF end = from + (to - from) * share;
-        drawLine(painter, begin, end, color);
+        drawLine(painter, begin, end, shaded(color, percent));
         begin = end;
     });
 }

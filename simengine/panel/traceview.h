@@ -36,7 +36,7 @@ protected:
 private:
     void restart();
     void draw(const std::vector<SimTraceRow>& rows);
-    void drawWay(QPainter& painter, const SimTraceRow& row) const;
+    void drawWay(QPainter& painter, const SimTraceRow& row);
     void paintField(QPainter& painter) const;
 
     const SimControl& m_machine;
@@ -49,6 +49,7 @@ private:
     std::size_t m_drawn = 0;
     bool m_hasLast = false;
     SimTraceRow m_last;
+    double m_dotPower = 0.0; ///< highest power of the mark point that is being drawn
     bool m_showJumps = true;
     SimCardState m_state;
 };

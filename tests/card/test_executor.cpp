@@ -56,6 +56,8 @@ PenTable randomPens(unsigned seed) {
         pen.markDelay = below(300);
         pen.pointTime = below(3000);
         pen.wobbleEnable = below(4) == 0;
+        pen.wobbleDiameter = 1 + below(5);
+        pen.wobbleSpacing = 5 + below(20);
         pen.pointWaveEnable = below(3) == 0;
         pen.lineWaveEnable = below(3) == 0;
         pen.lineWaveByDistance = below(2) == 0;

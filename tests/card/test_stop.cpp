@@ -3,6 +3,7 @@
 
 #include "simengine/card/statuswords.h"
 
+#include <cmath>
 #include <random>
 
 using namespace cardtest;
@@ -189,6 +190,53 @@ TEST_F(CardStop, speed_may_be_changed_during_a_job) {
     card.setSpeed(-1);
     card.setSpeed(NAN);
     EXPECT_EQ(card.speed(), 0);
+}
+
+TEST_F(CardStop, pause_and_stop_within_ramp_and_wobble_keep_place_power_and_time) {
+    PenTable pens = plainPens();
+    pens[0].wobbleEnable = true;
+    pens[0].wobbleDiameter = 2.0;
+    pens[0].wobbleSpacing = 0.5;
+    pens[0].lineWaveEnable = true;
+    pens[0].lineWave[1] = {100000.0, 100.0};
+    card.setPens(pens);
+    auto job = startLongLine();
+    for (int i = 0; i < 20; ++i) {
+        card.pause();
+        const TraceRow row = lastRow();
+        EXPECT_EQ(row.at, card.head().at);
+        EXPECT_TRUE(row.laser);
+        EXPECT_LE(std::abs(row.at.y), 1.0 + 1e-9);
+        const double jumpMs = card.trace().snapshot()[0].ms;
+        EXPECT_NEAR(row.power, (row.ms - jumpMs) / 1000.0, 1e-4);
+        card.restart();
+        ASSERT_TRUE(waitFor([&] { return card.head().passMs > row.ms + 3; }));
+    }
+    card.stop();
+    const std::size_t rows = card.trace().size();
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.trace().size(), rows);
+    EXPECT_EQ(lastRow().at, card.head().at);
+    EXPECT_NEAR(card.bufferRunTimeMs(), lastRow().ms, 1e-6);
+}
+
+TEST_F(CardStop, repeated_passes_with_ramp_and_wobble_are_all_alike) {
+    PenTable pens = plainPens();
+    pens[0].wobbleEnable = pens[0].lineWaveEnable = true;
+    pens[0].lineWave[1] = {20.0, 100.0};
+    card.setPens(pens);
+    card.setSpeed(0);
+    const Job job = jobOf({square(0, 0, 10)});
+    const JobTime once = card.estimate(job);
+    card.setBufferLoop(true);
+    const std::uint64_t pass = card.trace().pass();
+    auto run = start(job, true);
+    ASSERT_TRUE(waitFor([&] { return card.trace().pass() > pass + 50; }));
+    card.stop();
+    EXPECT_TRUE(run.get());
+    EXPECT_EQ(card.bufferRunTimeMs(), once.totalMs);
+    EXPECT_EQ(card.lastTime().vertices, once.vertices);
+    EXPECT_LE(card.trace().size(), once.vertices + 1);
 }
 
 TEST_F(CardStop, reaction_tells_when_a_stop_was_obeyed) {

@@ -3,6 +3,7 @@
 #include "engine/iocheckedsys.h"
 #include "engine/iooutputset.h"
 #include "engine/languagemanager.h"
+#include "engine/layerparamex.h"
 #include "engine/markcardinstance.h"
 #include "engine/vzmarkcard.h"
 #include "simengine/panel/inputswitch.h"
@@ -208,6 +209,34 @@ private slots:
         QVERIFY(brightest > 100);
         const QPoint inside = trace->viewTransform().toPixel({5, 5}).toPoint();
         QVERIFY(image.pixelColor(inside).value() < 60);
+    }
+
+    void the_power_is_seen_in_the_trace() {
+        LayerParamEx layers;
+        LayerData data;
+        data.LineWaveEnable = data.LineWaveFlag = 1;
+        data.LineWave[1] = {60, 100};
+        layers.SetLayerData(2, data);
+        card()->DownLayerPara(&layers, kLayerCount);
+        show();
+        auto* trace = find<TraceView>("traceView");
+        DOT3 points[] = {{-40, 0.3, 0}, {40, 0.3, 0}};
+        card()->BeginList(1);
+        card()->AddList(points, 2, 2);
+        card()->EndList();
+        QTRY_COMPARE(trace->rowCount(), std::size_t(3));
+        const QImage image = trace->grab().toImage();
+        const auto brightness = [&](double x) {
+            const QPoint at = trace->viewTransform().toPixel({x, 0.3}).toPoint();
+            int brightest = 0;
+            for (int dy = -2; dy <= 2; ++dy)
+                brightest = qMax(brightest, image.pixelColor(at + QPoint(0, dy)).value());
+            return brightest;
+        };
+        // The ramp goes up to x = 20 and the line at full power to 40.
+        QVERIFY2(brightness(-38) + 40 < brightness(-15), qPrintable(QString::number(brightness(-38))));
+        QVERIFY(brightness(-15) + 20 < brightness(30));
+        QVERIFY(brightness(30) > 200);
     }
 
     void a_new_job_replaces_the_trace_and_a_resize_keeps_it() {
