@@ -564,6 +564,18 @@
     <message><source>先打填充</source><translation>Hatch first</translation></message>
     <message><source>ShowSimple</source><translation>Draw plainly</translation></message>
     <message><source>填充线段过多,未作更改</source><translation>Too many hatch segments, nothing was changed</translation></message>
+    <!-- Test grid -->
+    <message><source>测试网格</source><translation>Test grid</translation></message>
+    <message><source>从</source><translation>From</translation></message>
+    <message><source>到</source><translation>To</translation></message>
+    <message><source>个数</source><translation>Count</translation></message>
+    <message><source>方格边长</source><translation>Square</translation></message>
+    <message><source>方格间距</source><translation>Gap</translation></message>
+    <message><source>行和列不能是同一个参数</source><translation>Rows and columns must be different parameters</translation></message>
+    <message><source>笔不够,需要/空闲</source><translation>Too few pens, needed / free</translation></message>
+    <message><source>超出幅面</source><translation>Larger than the drawing area</translation></message>
+    <message><source>需要的笔数/空闲</source><translation>Pens needed / free</translation></message>
+    <message><source>撤销只撤去图形,笔的参数保留</source><translation>Undo takes the drawing back, the pens keep their values</translation></message>
     <!-- Fonts -->
     <message><source>--&gt;</source><translation>--&gt;</translation></message>
     <message><source>&lt;--</source><translation>&lt;--</translation></message>

@@ -3,11 +3,13 @@
 
 #include "editing/advancelayerparam.h"
 #include "editing/penrules.h"
+#include "editing/testgriddialog.h"
 #include "engine/languagemanager.h"
 #include "engine/layerparamex.h"
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/showdebuginfo.h"
+#include "engine/systemparam.h"
 #include "shell/mainwindow.h"
 #include "ui_marklayerparamform.h"
 
@@ -153,6 +155,7 @@ void MarkLayerParamForm::SetUIText() {
     ui->pushButtonApply->setText(text("应用"));
     ui->pushButtonSetDefault->setText(text("设为默认参数"));
     ui->pushButtonAdvance->setText(text("高级"));
+    ui->pushButtonTestGrid->setText(text("测试网格"));
     ui->checkBoxUseDefault->setText(text("使用默认参数"));
     for (RealRow const& row : kRealRows)
         ((*ui).*row.label)->setText(text(row.key));
@@ -373,6 +376,36 @@ void MarkLayerParamForm::on_pushButtonAdvance_clicked() {
     AdvanceLayerParam dialog(*pen, doc->GetLayerParams(), nullptr);
     if (dialog.exec() == QDialog::Accepted && doc)
         doc->GetLayerParams()->SetLayerData(index, dialog.Data());
+}
+
+void MarkLayerParamForm::on_pushButtonTestGrid_clicked() {
+    LayerData const* pen = Pen();
+    if (!pen)
+        return;
+    const LayerData model = pen->UseDefault ? LayerData::GetDefaultLayerData() : *pen;
+    const int labelPen = ui->comboBoxLayerIndex->currentIndex();
+    const QPointer<QRulerView> doc = m_pDoc;
+    const QRectF field = SystemParam::Instance()->GetCanvasRect();
+    const QList<int> free = tessera::FreePens(doc->GetUsedLayers(), labelPen);
+    const PenMachine machine = PenMachine::Current();
+    TestGridDialog dialog(free.size(), field, PenRowsOf(machine).kiloHertz, this);
+    if (dialog.exec() != QDialog::Accepted || !doc)
+        return;
+    const tessera::GridDrawing drawing = tessera::DrawGrid(dialog.Grid(), model, free, labelPen, field);
+    if (!doc->AddDrawing(drawing.squares, drawing.labels))
+        return;
+    for (int i = 0; i < drawing.layers.size(); ++i) {
+        LayerData own = drawing.pens[i];
+        LayerData before;
+        doc->GetLayerParams()->GetLayerData(drawing.layers[i], before);
+        own.ColorR = before.ColorR;
+        own.ColorG = before.ColorG;
+        own.ColorB = before.ColorB;
+        own.PWM = StoredDuty(own.PWM, own.Fre, machine);
+        doc->GetLayerParams()->SetLayerData(drawing.layers[i], own);
+    }
+    MarkLog::Instance()->ShowNode(NoteOperator, text("测试网格"));
+    ResetLayerData();
 }
 
 // Nothing is applied while it is being typed; the operator presses the button for that.

@@ -45,6 +45,9 @@ private slots:
     void on_pushButtonApply_clicked();
     void on_pushButtonSetDefault_clicked();
     void on_pushButtonAdvance_clicked();
+    /// Draws squares that each mark with other values, on pens that nothing uses; the selected pen is their model and
+    /// the labels'.
+    void on_pushButtonTestGrid_clicked();
     void on_checkBoxUseDefault_toggled(bool on);
     void on_doubleSpinBoxPWM_valueChanged(double value);
     void on_doubleSpinBoxFre_valueChanged(double value);
