@@ -16,11 +16,15 @@ public:
         m_FormerTemporary = qgetenv("TMPDIR");
         qputenv("TESSERA_MEDIA_ROOT", QFile::encodeName(m_Media.path()));
         qputenv("TMPDIR", QFile::encodeName(m_Temporary.path()));
+        // Without it a program that is started here would make its own in the temporary folder.
+        m_FormerRuntime = qgetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_Runtime.path()));
         plugIn();
     }
     ~Stick() {
         put("TESSERA_MEDIA_ROOT", m_FormerMedia);
         put("TMPDIR", m_FormerTemporary);
+        put("XDG_RUNTIME_DIR", m_FormerRuntime);
     }
     Stick(const Stick&) = delete;
     Stick& operator=(const Stick&) = delete;
@@ -51,8 +55,10 @@ private:
 
     QTemporaryDir m_Media;
     QTemporaryDir m_Temporary;
+    QTemporaryDir m_Runtime;
     QByteArray m_FormerMedia;
     QByteArray m_FormerTemporary;
+    QByteArray m_FormerRuntime;
 };
 
 } // namespace tests

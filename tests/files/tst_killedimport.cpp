@@ -70,21 +70,43 @@ private:
         }
         return files;
     }
-    QByteArray runAndKill(QRandomGenerator& random, QByteArray& errors);
+    static bool readUntil(QProcess& importer, char const* told, QByteArray& output);
+    qint64 lengthOfAnImport();
+    static QByteArray runAndKill(qint64 life, QByteArray& errors);
     static QString fault(Files const& before, Files const& one, Files const& two, Files const& after);
 
     TemporaryRoot m_Root;
     Stick m_Stick;
 };
 
-/// The output up to the kill, which comes at a random moment of the first imports: that moment is what is tested.
-QByteArray KilledImportTest::runAndKill(QRandomGenerator& random, QByteArray& errors) {
+bool KilledImportTest::readUntil(QProcess& importer, char const* told, QByteArray& output) {
+    while (!output.contains(told) && importer.waitForReadyRead())
+        output += importer.readAllStandardOutput();
+    return output.contains(told);
+}
+
+/// The time that the first import takes on this machine, ms; 0 when there is none.
+qint64 KilledImportTest::lengthOfAnImport() {
     QProcess importer;
     importer.start(ENDLESS_IMPORTER, QStringList());
     QByteArray output;
-    while (!output.contains('\n') && importer.waitForReadyRead())
-        output += importer.readAllStandardOutput();
-    QTest::qSleep(1 + random.bounded(kLongestLife));
+    readUntil(importer, "importing\n", output);
+    QElapsedTimer timer;
+    timer.start();
+    const bool done = readUntil(importer, "one\n", output);
+    const qint64 length = done ? qMax<qint64>(timer.elapsed(), 1) : 0;
+    importer.kill();
+    importer.waitForFinished();
+    return length;
+}
+
+/// The output up to the kill, which comes `life` ms after the first import began: that moment is what is tested.
+QByteArray KilledImportTest::runAndKill(qint64 life, QByteArray& errors) {
+    QProcess importer;
+    importer.start(ENDLESS_IMPORTER, QStringList());
+    QByteArray output;
+    readUntil(importer, "\n", output);
+    QTest::qSleep(static_cast<int>(life));
     importer.kill();
     importer.waitForFinished();
     errors = importer.readAllStandardError();
@@ -122,6 +144,9 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
                     {"MultiDocMarkFile/own.mdf", "mine"},
                     {"MultiDocMarkFile/recent", "own"},
                     {"RecentFile.of", "2\nown\nshared0\n"}};
+    QVERIFY(start(before));
+    const qint64 length = lengthOfAnImport();
+    QVERIFY(length > 0);
     QRandomGenerator random(20240229);
     int untouched = 0;
     int within = 0;
@@ -129,7 +154,10 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
     for (int i = 0; i < numberOfKills(); ++i) {
         QVERIFY(start(before));
         QByteArray errors;
-        const QByteArray output = runAndKill(random, errors);
+        // Every other kill falls into the first import, the one a little later in it than the one before.
+        const double part = (i / 2 + random.generateDouble()) * 2.0 / numberOfKills();
+        const double life = i % 2 == 0 ? part * static_cast<double>(length) : random.bounded(kLongestLife);
+        const QByteArray output = runAndKill(1 + static_cast<qint64>(life), errors);
         QVERIFY2(output.startsWith("importing"), errors.constData());
         orphans += tessera::sweepOrphanedTemporaries(m_Root.path()).removed.filter(m_Root.path()).size();
         const Files after = present();
@@ -140,9 +168,10 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
         // Each run removes what the one before it left behind.
         QVERIFY2(m_Stick.temporaries().size() <= 1, qPrintable(m_Stick.temporaries().join(' ')));
     }
-    qInfo("%d kills: %d before the first file came over, %d while files of the first import came over, %d half files "
+    qInfo("first import %lld ms; %d kills: %d before the first file came over, %d while files of the first import came "
+          "over, %d half files "
           "swept; no document lost or half written",
-          numberOfKills(), untouched, within, orphans);
+          length, numberOfKills(), untouched, within, orphans);
     QVERIFY2(within > 0, "no kill met an import under way");
 }
 
