@@ -53,7 +53,7 @@ constexpr qint64 archiveReserve = 200LL * 1000 * 1000;
 /// How much may come out of an archive.
 struct TESSERA_SUPPORT_EXPORT ArchiveLimits {
     qint64 bytes = 0;
-    int entries = 50000;
+    int entries = 50000; ///< files and folders, whether these have entries of their own or not
     /// As many bytes as the file system that `folder` lies on, or is to lie on, has free less archiveReserve.
     static ArchiveLimits forFolder(const QString& folder);
 };

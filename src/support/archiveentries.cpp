@@ -67,7 +67,8 @@ ArchiveFault ArchiveJudge::judge(const ArchiveEntry& entry) {
         return ArchiveFault::TooLarge;
     m_bytes += entry.size;
     const bool folder = entry.isFolder();
-    return place(folder ? entry.name.chopped(1) : entry.name, folder);
+    const ArchiveFault fault = place(folder ? entry.name.chopped(1) : entry.name, folder);
+    return fault == ArchiveFault::None && m_places > m_limits.entries ? ArchiveFault::TooManyEntries : fault;
 }
 
 /// A name may stand once, and what is a file cannot be a folder too.
@@ -78,10 +79,21 @@ ArchiveFault ArchiveJudge::place(const QString& path, bool folder) {
         const QString parent = path.left(end);
         if (m_files.contains(parent))
             return ArchiveFault::DuplicateName;
-        m_parents.insert(parent);
+        addFolder(parent, m_parents);
     }
-    (folder ? m_folders : m_files).insert(path);
+    if (folder) {
+        addFolder(path, m_folders);
+        return ArchiveFault::None;
+    }
+    m_files.insert(path);
+    ++m_places;
     return ArchiveFault::None;
+}
+
+/// A folder takes room on the disk as a file does, also one that is only named by what lies in it.
+void ArchiveJudge::addFolder(const QString& path, QSet<QString>& folders) {
+    m_places += m_folders.contains(path) || m_parents.contains(path) ? 0 : 1;
+    folders.insert(path);
 }
 
 } // namespace tessera

@@ -32,9 +32,11 @@ public:
 
 private:
     ArchiveFault place(const QString& path, bool folder);
+    void addFolder(const QString& path, QSet<QString>& folders);
 
     const ArchiveLimits m_limits;
     int m_entries = 0;
+    int m_places = 0; // files and folders that come of them
     quint64 m_bytes = 0;
     QSet<QString> m_files;
     QSet<QString> m_folders; // with an entry of their own

@@ -84,6 +84,7 @@ def sizes(folder):
             (CENTRAL, 24, struct.pack("<I", 2000)))
     patched(f"{folder}/plain.zip", f"{folder}/tells 4 GB.zip", (CENTRAL, 24, b"\xfe\xff\xff\xff"))
     write(f"{folder}/eleven entries.zip", *((f"f{i}", 0, b"") for i in range(11)))
+    write(f"{folder}/three files in nine folders each.zip", *((f"{i}/b/c/d/e/f/g/h/i/x", 0, b"") for i in range(3)))
     # Two entries that share their packed bytes.
     with open(f"{folder}/bomb in pieces.zip", "rb") as file:
         data = bytearray(file.read())

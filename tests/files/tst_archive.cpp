@@ -89,6 +89,7 @@ private slots:
     void hostile_archive_is_refused_and_touches_nothing();
     void bomb_is_stopped_by_what_is_written();
     void entries_are_counted();
+    void folders_are_counted_like_entries();
     void limit_is_the_free_space_less_the_reserve();
     void whole_archive_is_unpacked();
     void archive_without_entries_gives_an_empty_folder();
@@ -204,6 +205,17 @@ void ArchiveTest::entries_are_counted() {
     QVERIFY(!QFileInfo::exists(target()));
     QVERIFY(unpack(hostile("eleven entries"), megabyte, 11).ok());
     QCOMPARE(ArchiveLimits().entries, 50000);
+}
+
+void ArchiveTest::folders_are_counted_like_entries() {
+    const QString deep = hostile("three files in nine folders each");
+    QCOMPARE(unpack(deep, megabyte, 29).fault(), ArchiveFault::TooManyEntries);
+    QVERIFY(!QFileInfo::exists(target()));
+    QVERIFY(unpack(deep, megabyte, 30).ok());
+    QVERIFY(QDir(target()).removeRecursively());
+    // One that has an entry of its own beside what lies in it counts once.
+    QCOMPARE(unpack(hostile("whole"), megabyte, 9).fault(), ArchiveFault::TooManyEntries);
+    QVERIFY(unpack(hostile("whole"), megabyte, 10).ok());
 }
 
 void ArchiveTest::limit_is_the_free_space_less_the_reserve() {
