@@ -18,7 +18,8 @@
 namespace tessera {
 namespace {
 
-constexpr qint64 longestList = 4LL * 1024 * 1024; // bytes; the list is read as a whole at each start
+/// Bytes. Each name in the list is looked for at every start, so a list that never ends would keep the program from it.
+constexpr qint64 longestList = 256LL * 1024;
 
 std::optional<dev_t> deviceOf(QString const& path) {
     struct stat status = {};
