@@ -285,6 +285,8 @@ private:
     void ReadRecentFile();
     void ResetRecentFile();
     void AppendOpendFile(QString const& path);
+    /// Makes the view of this path the active one, when there is one.
+    void Activate(QString const& path);
     void AddObjList(QRulerView* view);
     void ShowNewView(QRulerView* view);
     void DeleteView(QRulerView* view);

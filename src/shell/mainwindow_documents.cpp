@@ -84,16 +84,22 @@ bool MainWindow::SetCurDoc(int index) {
 bool MainWindow::SetCurDoc(QString const& path) {
     if (!IsFileOpened(path))
         return false;
-    const int index = m_Docs.indexOf(GetDoc(path));
-    if (index >= 0)
-        m_pFileList->SetActive(index);
+    Activate(path);
     ResetLayerData();
     return true;
 }
 
+void MainWindow::Activate(QString const& path) {
+    const int index = m_Docs.indexOf(GetDoc(path));
+    if (index >= 0)
+        m_pFileList->SetActive(index);
+}
+
+/// Of a document that is the active one already the pens stay as they are shown, with what is typed and not applied.
+
 void MainWindow::OpenFile(QString const& path) {
     if (IsFileOpened(path)) {
-        SetCurDoc(path);
+        Activate(path);
         return;
     }
     auto* view = new QRulerView(ui->tabFile);
@@ -180,9 +186,7 @@ void MainWindow::ResetFiles() {
         CloseAllFile();
         ReadRecentFile();
     }
-    const int index = m_Docs.indexOf(GetDoc(name));
-    if (index >= 0)
-        m_pFileList->SetActive(index);
+    Activate(name);
     m_bSaveRecent = true;
 }
 

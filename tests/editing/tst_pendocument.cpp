@@ -182,6 +182,10 @@ void PenDocumentTest::the_pages_follow_the_active_document() {
     setSpeed(second, 0, 333.0);
     QVERIFY(window->SetCurDoc(1));
     QCOMPARE(speed(), 333.0);
+    // Opened once more, it keeps what is typed and not applied.
+    part<QDoubleSpinBox>(*form, "doubleSpinBoxMarkSpeed")->setValue(444.0);
+    window->OpenFile(second->GetFileName());
+    QCOMPARE(speed(), 444.0);
     second->GetObjListView()->clearSelection();
     second->GetObjListView()->selectionModel()->select(second->GetObjListView()->model()->index(0, 0),
                                                        QItemSelectionModel::Select);
