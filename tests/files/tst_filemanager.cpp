@@ -52,6 +52,7 @@ private slots:
     void delete_of_an_open_document_closes_it_data();
     void delete_of_an_open_document_closes_it();
     void failed_deletion_is_told_and_the_row_stays();
+    void deletion_means_the_file_in_small_letters();
     void texts_are_there_in_english();
 
 private:
@@ -484,6 +485,22 @@ void FileManagerTest::failed_deletion_is_told_and_the_row_stays() {
     answerer.press(QMessageBox::Yes).press(QMessageBox::Ok);
     press(dialog, "pushButtonDeleteSelectFile");
     QCOMPARE(answerer.texts(), QStringList({"是否删除文件", "删除失败"}));
+    QCOMPARE(listed(dialog), QStringList("plate"));
+}
+
+/// Names are known in small letters only: a file in capitals leaves the list and stays on the disk.
+void FileManagerTest::deletion_means_the_file_in_small_letters() {
+    QVERIFY(m_Root->write("/MarkFile/Plate.mkf", "x"));
+    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
+    QCOMPARE(listed(dialog), QStringList("plate"));
+    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Yes);
+    press(dialog, "pushButtonDeleteSelectFile");
+    QCOMPARE(answerer.texts(), QStringList("是否删除文件"));
+    QCOMPARE(listed(dialog), QStringList());
+    QVERIFY(m_Root->exists("/MarkFile/Plate.mkf"));
+    dialog.LoadFiles();
     QCOMPARE(listed(dialog), QStringList("plate"));
 }
 

@@ -135,8 +135,12 @@ void ActiveDocumentTest::closing_the_last_document_disables_what_needs_one() {
     window().NewFile(file("a"));
     QVERIFY(action("actionSaveFile")->isEnabled());
     QVERIFY(action("actionComposite")->isEnabled());
+    for (char const* page : {"MarkToolProperty", "MarkLayerParamForm"})
+        QVERIFY2(m_Window->child<QWidget>(page)->isEnabled(), page);
     window().CloseAllFile();
     QVERIFY(!window().GetActiveView());
+    for (char const* page : {"MarkToolProperty", "MarkLayerParamForm"})
+        QVERIFY2(!m_Window->child<QWidget>(page)->isEnabled(), page);
     for (char const* name : {"actionSaveAll",      "actionSaveFile",      "actionUnDo",           "actionReDo",
                              "actionAlignLeft",    "actionAlignCenterH",  "actionAlignRight",     "actionAlignTop",
                              "actionAlignCenterV", "actionAlignBottom",   "actionsameWidth",      "actionsameHeight",

@@ -23,6 +23,7 @@ private slots:
     void closing_the_active_document_activates_another();
     void set_current_by_index_data();
     void set_current_by_index();
+    void set_current_without_a_document();
     void set_current_by_path();
     void the_row_below_a_closed_one_becomes_active();
     void all_are_closed_from_the_last_to_the_first();
@@ -37,6 +38,7 @@ private slots:
     void the_manual_tab_follows_its_file_data();
     void the_manual_tab_follows_its_file();
     void the_manual_switch_is_stored();
+    void the_manual_switch_is_written_in_place_and_only_when_it_changes();
     void a_document_under_run_can_be_closed_data();
     void a_document_under_run_can_be_closed();
     void another_document_can_be_closed_without_ending_the_run();
@@ -135,6 +137,13 @@ void DocumentsTest::set_current_by_index() {
     const QRulerView* view = window().GetActiveView();
     QCOMPARE(baseName(view), active);
     QCOMPARE(rows()->currentRow(), openNames().indexOf(active));
+}
+
+void DocumentsTest::set_current_without_a_document() {
+    QVERIFY(window().SetCurDoc(0));
+    QVERIFY(!window().SetCurDoc(1));
+    QVERIFY(!window().SetCurDoc(-1));
+    QVERIFY(!window().GetActiveView());
 }
 
 void DocumentsTest::set_current_by_path() {
@@ -302,6 +311,19 @@ void DocumentsTest::the_manual_switch_is_stored() {
     action("actionShowDoc")->trigger();
     QCOMPARE(m_Root.read(QStringLiteral("/ini/ShowDoc.ini")), QByteArray("0\n"));
     QVERIFY(!tabs->isTabVisible(1));
+}
+
+void DocumentsTest::the_manual_switch_is_written_in_place_and_only_when_it_changes() {
+    const QString name = QStringLiteral("/ini/ShowDoc.ini");
+    QVERIFY(m_Root.write(name, "1\nleft over\n"));
+    start();
+    window().SetShowDoc(true);
+    QCOMPARE(m_Root.read(name), QByteArray("1\nleft over\n"));
+    window().SetShowDoc(false);
+    QCOMPARE(m_Root.read(name), QByteArray("0\nleft over\n"));
+    QVERIFY(QFile::remove(m_Root.path(name)));
+    window().SetShowDoc(false);
+    QVERIFY(!m_Root.exists(name));
 }
 
 void DocumentsTest::a_document_under_run_can_be_closed_data() {
