@@ -8,6 +8,7 @@
 #include <QGlyphRun>
 #include <QRawFont>
 #include <QTextLayout>
+#include <algorithm>
 #include <map>
 
 namespace sim {
@@ -94,6 +95,7 @@ private:
         double ascent = 0.0;
         bool lacks = false;
         bool borrows = false;
+        const auto first = static_cast<std::ptrdiff_t>(m_glyphs.size());
         const QList<QGlyphRun> runs = runsOf(text, &width, &ascent);
         width = qMax(0.0, width - m_spacing);
         const double start = m_spec.align == TextAlign::Left     ? 0.0
@@ -108,6 +110,9 @@ private:
                 add(run.rawFont(), glyphs[i], {start + places[i].x(), base + ascent - places[i].y()});
             }
         }
+        // the runs come font by font; the laser goes along the line
+        std::stable_sort(m_glyphs.begin() + first, m_glyphs.end(),
+                         [](const PlacedGlyph& a, const PlacedGlyph& b) { return a.place.x() < b.place.x(); });
         if (lacks || borrows)
             nameForeign(text);
     }

@@ -9,7 +9,7 @@ namespace sim {
 
 /// A text in an outline font.
 struct OutlineText {
-    std::vector<PathShape> glyphs; ///< mm, in reading order; letters that lie over each other as one
+    std::vector<PathShape> glyphs; ///< mm, line by line from left to right; letters that lie over each other as one
     QString missing;               ///< characters that no installed font has
     QString usedFamily;            ///< set when the font of the text is not installed
     QString borrowed;              ///< characters taken from other fonts, at most 20

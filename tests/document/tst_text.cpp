@@ -239,6 +239,21 @@ private slots:
         QCOMPARE(made.borrowed, QStringLiteral("א"));
     }
 
+    void letters_of_several_fonts_come_along_the_line() {
+        QVERIFY(QFontDatabase().hasFamily("DejaVu Sans"));
+        TextSpec spec = outlines(QStringLiteral("A中B国C\n中A"));
+        spec.family = "DejaVu Sans";
+        const MadeText made = makeText(spec);
+        QVERIFY(made.ok());
+        const std::vector<PathShape> letters = letterPaths(made.shape);
+        QCOMPARE(letters.size(), size_t(7));
+        const auto left = [&](size_t i) { return shapeBounds(Shape(letters[i]), QTransform()).minX; };
+        for (size_t i = 1; i < 5; ++i)
+            QVERIFY(left(i) > left(i - 1));
+        QVERIFY(left(6) > left(5));
+        QVERIFY(shapeBounds(Shape(letters[5]), QTransform()).maxY < 0.0);
+    }
+
     void outlines_are_closed_and_counted_by_letter() {
         const MadeText made = makeText(outlines(QStringLiteral("O i中")));
         QVERIFY(made.ok());
