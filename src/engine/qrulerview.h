@@ -106,8 +106,8 @@ public:
     /// False, and the reason in the log, when there is no such text: empty, characters that the font lacks (it has
     /// those of ASCII), a height outside 0.01 to 10 000 mm, a read-only document.
     bool AddText(QPointF const& mm, QString const& text, double height);
-    /// Adds rectangles and texts as one step of undo and selects them. All or nothing: false, and the reason in the log,
-    /// when one of them cannot be or the document is read-only.
+    /// Adds rectangles and texts as one step of undo and selects them. All or nothing: false, and the reason in the
+    /// log, when one of them cannot be or the document is read-only.
     bool AddDrawing(QVector<DrawnRect> const& rects, QVector<DrawnText> const& texts);
     /// Number of objects and of the vertices that a run of all of them marks.
     void GetDocStatistics(int& objects, int& vertices) const;
