@@ -14,17 +14,17 @@
 
 namespace {
 
-constexpr int kExtension = 4;  // characters of ".mkf"
+constexpr char kExtension[] = ".mkf";
 constexpr int kNamesShown = 8; // of those that failed
 
-/// Names without extension of the mark documents in a folder. Beside them lies the list of recent files.
+/// Names without extension of the mark documents in a folder. Beside them lies the list of recent files; one whose
+/// extension is in capitals is not found under its name.
 QStringList documentNames(QString const& folder) {
-    QDir dir(folder);
-    dir.setFilter(QDir::Files | QDir::CaseSensitive);
-    dir.setNameFilters({QStringLiteral("*.mkf")});
-    QStringList names = ListFiles(QDir(dir), true);
-    for (QString& name : names)
-        name.chop(kExtension);
+    QStringList names;
+    for (QString const& file : ListFiles(QDir(folder), true)) {
+        if (file.endsWith(QLatin1String(kExtension)))
+            names.append(file.chopped(sizeof(kExtension) - 1));
+    }
     return names;
 }
 

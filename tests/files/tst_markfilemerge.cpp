@@ -273,10 +273,16 @@ void MarkFileMergeTest::other_files_and_capital_extensions_are_no_documents() {
     QVERIFY(put("/source/RecentFile.of", "new") && put("/source/A.MKF", "a") && put("/source/b.mkf.old", "b"));
     QVERIFY(put("/source/sub.mkf/inner.mkf", "i"));
     QVERIFY(put("/target/RecentFile.of", "old"));
+    // One there in capitals is not in the way of one that comes.
+    QVERIFY(put("/source/c.mkf", "new") && put("/target/c.MKF", "old"));
     DialogAnswerer answerer;
     answerer.leave("WorkProgress");
     QVERIFY(CopyMarkFile(source(), target()));
-    QCOMPARE(QDir(target()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("RecentFile.of"));
+    QCOMPARE(answerer.seen().size(), 0);
+    QStringList files = QDir(target()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    files.sort();
+    QCOMPARE(files, QStringList({"RecentFile.of", "c.MKF", "c.mkf"}));
+    QCOMPARE(at("/target/c.MKF"), "old");
     QCOMPARE(at("/target/RecentFile.of"), "old");
 }
 
