@@ -20,6 +20,8 @@ constexpr int kWholeWindow = 1;
 constexpr double kStyleHeight = 540.0;
 constexpr double kSmallest = 0.7;
 constexpr double kLargest = 1.8;
+/// Width of the order buttons at least, px, where the pages beside leave little room.
+constexpr int kLeastButtonWidth = 130;
 
 constexpr char kColours[] = R"(
 OperatorScreen { background: #eef1f4; }
@@ -138,6 +140,8 @@ QWidget* OperatorScreen::MakeButtons() {
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(16);
+    for (QPushButton* button : {m_Start, m_Pause, m_Stop})
+        button->setMinimumWidth(kLeastButtonWidth);
     layout->addWidget(m_Start, 3);
     layout->addWidget(m_Pause, 2);
     layout->addWidget(m_Stop, 2);

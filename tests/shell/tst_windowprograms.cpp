@@ -167,7 +167,7 @@ void WindowProgramsTest::a_background_picture_is_replaced() {
                      (QStringList{QStringLiteral("images(*.png *jpeg *bmp)"), QStringLiteral("All files(*.*)")}));
             files.findChild<QLineEdit*>()->setText(m_Root.path(QStringLiteral("chosen.png")));
         },
-        QStringLiteral("Open"));
+        QStringLiteral("打开(O)"));
     action("actionSetBackImage")->trigger();
     QVERIFY(answerer.waitUntilAnswered());
     QCOMPARE(m_Root.read(QStringLiteral("Res/background.png")), m_Root.read(QStringLiteral("chosen.png")));
