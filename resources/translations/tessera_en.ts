@@ -115,6 +115,19 @@
     <message><source>确认</source><translation>Confirm</translation></message>
     <message><source>是</source><translation>Yes</translation></message>
     <message><source>否</source><translation>No</translation></message>
+    <!-- Start of the laser -->
+    <message><source>激光器启动中</source><translation>The laser is being switched on</translation></message>
+    <message><source>远程启动脉冲</source><translation>Remote start pulse</translation></message>
+    <message><source>输出线路稳定</source><translation>Output lines settling</translation></message>
+    <message><source>激光器类型切换</source><translation>Laser type switching</translation></message>
+    <message><source>光闸使能生效</source><translation>Shutter enable taking effect</translation></message>
+    <message><source>远程启动生效</source><translation>Remote start taking effect</translation></message>
+    <message><source>光闸关闭</source><translation>Shutter closing</translation></message>
+    <message><source>YLS激光Ready信号</source><translation>Ready signal of the YLS laser</translation></message>
+    <message><source>施恩激光器RDY_23信号</source><translation>RDY_23 signal of the SN laser</translation></message>
+    <message><source>施恩激光器EMISS_22信号</source><translation>EMISS_22 signal of the SN laser</translation></message>
+    <message><source>输入口</source><translation>input</translation></message>
+    <message><source>自%1起,已等待%2秒,最长%3秒</source><translation>Since %1, waited %2 s of at most %3 s</translation></message>
     <!-- Input functions and alarms -->
     <message><source>暂停</source><translation>Pause</translation></message>
     <message><source>终止</source><translation>Stop</translation></message>
@@ -992,6 +1005,8 @@
     <message><source>振镜电源异常</source><translation>Scan power bad</translation></message>
     <message><source>X位置超差</source><translation>X position off</translation></message>
     <message><source>Y位置超差</source><translation>Y position off</translation></message>
+    <message><source>激光器不就绪</source><translation>Laser not ready</translation></message>
+    <message><source>激光器不出光</source><translation>No laser emission</translation></message>
     <message><source>振镜通信断开</source><translation>Scan link down</translation></message>
     <message><source>卡未打开</source><translation>Card closed</translation></message>
     <message><source>已暂停</source><translation>Paused</translation></message>

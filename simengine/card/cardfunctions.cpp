@@ -4,6 +4,7 @@
 #include "engine/markingmparam_vz.h"
 #include "engine/marklog.h"
 #include "simengine/card/cardlink.h"
+#include "simengine/lasers/fittedlaser.h"
 
 #include <QFileInfo>
 
@@ -122,6 +123,9 @@ void VZ_ResetCardFlash() {
 void VZ_SetCardParaFile(char const* path) {
     QString const file = QString::fromLatin1(path);
     record("VZ_SetCardParaFile", journalArgs(file.toStdString()));
-    if (simulatedCard().isOpen() && !QFileInfo(file).isReadable())
+    if (!simulatedCard().isOpen())
+        return;
+    if (!QFileInfo(file).isReadable())
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("VZ_SetCardParaFile: ") + file);
+    fitLaser();
 }

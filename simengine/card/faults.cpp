@@ -12,6 +12,8 @@ constexpr CardFault kFaults[] = {
     {"job_fails", 0, 0, 0},
     {"flash_fails", 0, 0, 0},
     {"card_alarm", alarmword::kLaser, 0, 0},
+    {"laser_no_ready", 0, 0, 0},
+    {"laser_no_emission", 0, 0, 0},
     {"io_timeout", 0, 0, markinfo::kTimeOut},
     {"data_underrun", 0, 0, markinfo::kUnderrun},
     {"wait_input", 0, 0, markinfo::kWaitInput},

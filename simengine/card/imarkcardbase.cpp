@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "simengine/card/cardlink.h"
 #include "simengine/card/statuswords.h"
+#include "simengine/lasers/fittedlaser.h"
 #include "simengine/log/logfile.h"
 #include "simengine/params/standardcalibfile.h"
 
@@ -63,6 +64,7 @@ IMarkCardBase::~IMarkCardBase() = default;
 void IMarkCardBase::OpenCard() {
     d->record("OpenCard");
     bool const open = d->card.open();
+    fitLaser();
     writeLog(LogKind::OpenCard, open ? QStringLiteral("card opened") : QStringLiteral("card not opened"));
     if (!open)
         showCardMessage(LanguageManager::GetLanText("打开卡失败"), 1);

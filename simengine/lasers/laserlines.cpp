@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/lasers/laserlines.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+constexpr int kShutterOut = 23;
+constexpr int kRemoteStartOut = 26;
+constexpr std::uint32_t kLine22 = 1u << 22;
+constexpr std::uint32_t kLine23 = 1u << 23;
+
+/// What passes between two looks when time has no limit: longer than any laser takes.
+constexpr double kLeapMs = 3600e3;
+
+} // namespace
+
+LaserLines::LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
+                       std::function<double()> wallMs)
+    : m_io(io)
+    , m_faults(faults)
+    , m_speed(std::move(speed))
+    , m_wallMs(std::move(wallMs)) {
+    m_lastWallMs = m_wallMs();
+    m_listener = m_io.addOutputListener([this](int bit, bool on, std::uint32_t) { follow(bit, on); });
+    m_io.setInputDevice(this);
+}
+
+LaserLines::~LaserLines() {
+    m_io.setInputDevice(nullptr);
+    m_io.removeOutputListener(m_listener);
+}
+
+double LaserLines::steadyMs() {
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void LaserLines::fit(LaserKind kind) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (kind == m_kind)
+        return;
+    m_kind = kind;
+    const double time = now();
+    m_shutter = {m_io.output(kShutterOut), time};
+    m_remote = {m_io.output(kRemoteStartOut), time};
+}
+
+LaserKind LaserLines::kind() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_kind;
+}
+
+std::uint32_t LaserLines::drivenInputs() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    switch (m_kind) {
+    case LaserKind::Yls:
+        return ylsLines(now());
+    case LaserKind::Sn:
+        return snLines(now());
+    case LaserKind::Silent:
+        break;
+    }
+    return 0;
+}
+
+void LaserLines::follow(int bit, bool on) {
+    if (bit != kShutterOut && bit != kRemoteStartOut)
+        return;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    switchTo(bit == kShutterOut ? m_shutter : m_remote, on, now());
+}
+
+/// A level that is written again does not begin anew.
+void LaserLines::switchTo(Enable& enable, bool on, double now) {
+    if (enable.on != on)
+        enable = {on, now};
+}
+
+/// Called with the lock held. A change of the speed counts from the first look after it.
+double LaserLines::now() const {
+    const double wall = m_wallMs();
+    const double speed = m_speed();
+    m_simMs += speed > 0.0 ? (wall - m_lastWallMs) * speed : kLeapMs;
+    m_lastWallMs = wall;
+    return m_simMs;
+}
+
+std::uint32_t LaserLines::ylsLines(double now) const {
+    const bool enabled = m_shutter.on && m_remote.on;
+    const bool ready = enabled && now - std::max(m_shutter.since, m_remote.since) >= kYlsReadyMs;
+    return ready && !m_faults.isOn("laser_no_ready") ? 0 : kLine22;
+}
+
+std::uint32_t LaserLines::snLines(double now) const {
+    const double readyAt = m_remote.since + kSnReadyMs;
+    const bool ready = m_remote.on && now >= readyAt;
+    const bool emits = ready && m_shutter.on && now >= std::max(m_shutter.since, readyAt) + kSnEmissionMs;
+    std::uint32_t high = 0;
+    if (!ready || m_faults.isOn("laser_no_ready"))
+        high |= kLine23;
+    if (!emits || m_faults.isOn("laser_no_emission"))
+        high |= kLine22;
+    return high;
+}
+
+} // namespace sim

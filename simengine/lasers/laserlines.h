@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/card/faults.h"
+#include "simengine/card/iobank.h"
+
+#include <cstdint>
+#include <functional>
+#include <mutex>
+
+namespace sim {
+
+/// Lasers that answer alike.
+enum class LaserKind {
+    Silent, ///< answers on no line
+    Yls,    ///< input 22: Ready
+    Sn      ///< input 23: RDY_23, input 22: EMISS_22
+};
+
+/// The digital lines of the laser beside the card. It follows its enables on outputs 23 (shutter) and 26 (remote start)
+/// and answers on inputs 22 and 23, which it holds high until it is ready: both are active low. Times are those of the
+/// simulated clock. The faults "laser_no_ready" and "laser_no_emission" keep the one line or the other high for as long
+/// as they are on, the laser behind it goes on working. All calls from any thread.
+class LaserLines final : public InputDevice {
+public:
+    // Simulated time from the last enable that a line needs to its answer, ms.
+    static constexpr double kYlsReadyMs = 2500.0;
+    static constexpr double kSnReadyMs = 1500.0;
+    static constexpr double kSnEmissionMs = 500.0; ///< not before it is ready
+
+    /// Hangs on the lines of `io` until it goes. `speed` gives simulated seconds a second, 0 without limit; `wallMs`
+    /// the steady clock, ms.
+    LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
+               std::function<double()> wallMs = &LaserLines::steadyMs);
+    ~LaserLines();
+    LaserLines(const LaserLines&) = delete;
+    LaserLines& operator=(const LaserLines&) = delete;
+
+    /// Puts another laser in place; one of the same kind stays as it is. Enables that are on count from now.
+    void fit(LaserKind kind);
+    LaserKind kind() const;
+
+    std::uint32_t drivenInputs() const override;
+
+    static double steadyMs();
+
+private:
+    /// An enable and since when it is on, simulated ms.
+    struct Enable {
+        bool on = false;
+        double since = 0.0;
+    };
+
+    void follow(int bit, bool on);
+    static void switchTo(Enable& enable, bool on, double now);
+    double now() const;
+    std::uint32_t ylsLines(double now) const;
+    std::uint32_t snLines(double now) const;
+
+    IoBank& m_io;
+    const FaultBank& m_faults;
+    const std::function<double()> m_speed;
+    const std::function<double()> m_wallMs;
+    mutable std::mutex m_mutex; ///< guards all below
+    LaserKind m_kind = LaserKind::Silent;
+    Enable m_shutter;
+    Enable m_remote;
+    mutable double m_simMs = 0.0;
+    mutable double m_lastWallMs = 0.0;
+    int m_listener = 0;
+};
+
+} // namespace sim
