@@ -14,6 +14,7 @@
 #include "engine/rundatagather.h"
 #include "engine/showdebuginfo.h"
 #include "engine/systemparam.h"
+#include "laser/runlaserstart.h"
 #include "run/form_marking.h"
 #include "shell/updateinputthread.h"
 #include "shell/windowgeometry.h"
@@ -58,12 +59,14 @@ void MainWindow::InitMainWnd() {
     RunDataGather::Instance()->SetOpenTimeStamp(QDateTime::currentDateTime());
 }
 
-/// The card is closed before the threads are told to end: the input poll asks whether it is open first.
+/// The card is closed before the threads are told to end: the input poll asks whether it is open first. The laser's
+/// lines are therefore driven only by a card that still reports open after that; plants rely on the order.
 void MainWindow::ClearMainWnd() {
     if (commandServerWanted())
         CloseServer();
     if (IMarkCardBase* card = MarkCardInstance::Instance())
         card->CloseCard();
+    RunLaserStart::Instance()->RunLaser_End();
     MoveCardManager::Instance()->CloseMoveCard();
     if (MainWindow* window = m_pInstance) {
         window->CloseThread();
@@ -95,6 +98,7 @@ MainWindow::MainWindow() {
     ApplyIOState();
     StartCommandServer();
     ShowUserMenu();
+    RunLaserStart::Instance()->RunLaser_Start();
     HomeAxes();
     ShowOptionalItems();
 }
