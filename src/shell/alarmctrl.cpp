@@ -17,7 +17,11 @@ AlarmCtrl::AlarmCtrl(QWidget* parent)
 
 AlarmCtrl::~AlarmCtrl() = default;
 
+/// The poll sets the colour again and again; only a change is worth a new layout of the status bar.
 void AlarmCtrl::SetStatus(AlarmColor color) {
+    if (m_nColor == color)
+        return;
+    m_nColor = color;
     switch (color) {
     case AlarmGreen:
         ui->labelImg->setPixmap(m_GreenPixmap);

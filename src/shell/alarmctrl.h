@@ -32,6 +32,7 @@ protected:
 
 private:
     bool m_bClickable = false;
+    int m_nColor = -1; ///< none shown so far
     std::unique_ptr<Ui_AlarmCtrl> ui;
     QPixmap m_RedPixmap;
     QPixmap m_GreenPixmap;

@@ -16,6 +16,7 @@
 #include "engine/systemparam.h"
 #include "laser/runlaserstart.h"
 #include "run/form_marking.h"
+#include "shell/delayedstop.h"
 #include "shell/updateinputthread.h"
 #include "shell/windowgeometry.h"
 #include "support/approot.h"
@@ -78,7 +79,8 @@ void MainWindow::ClearMainWnd() {
     FreeExternModules();
 }
 
-MainWindow::MainWindow() {
+MainWindow::MainWindow()
+    : m_pDelayedStop(std::make_unique<tessera::DelayedStop>([this] { IOStopRun(); })) {
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
     ReadVersion();
@@ -111,6 +113,7 @@ MainWindow::~MainWindow() {
     delete m_pCustomWindow.data();
     m_SecondTimer.stop();
     m_pInputThread.reset();
+    m_pDelayedStop.reset();
     m_KeyThread.Finish();
     delete Form_Marking::Instance();
     m_pCurDoc = nullptr;

@@ -5,7 +5,9 @@
 #include "engine/marktypes.h"
 #include "engine/showdebugino.h"
 #include "shell/alarmmask.h"
+#include "shell/inputedges.h"
 #include "shell/keyeventhandlethread.h"
+#include "shell/laserwatch.h"
 
 #include <QFile>
 #include <QMainWindow>
@@ -33,6 +35,11 @@ class RightPanel;
 class StatuseView;
 class Ui_MainWindow;
 class UpdateInputThread;
+
+namespace tessera {
+class DelayedStop;
+struct SafetyStep;
+} // namespace tessera
 
 /// The one main window, where the subsystems meet: cards, open documents, alarms, state of the run dialogs. The program
 /// calls InitMainWnd, shows Instance(), calls StartUp, and at its end ClearMainWnd. Main thread, except where a
@@ -116,6 +123,11 @@ public:
     void IOPauseRun();
     /// Any thread.
     void IOStopRun();
+    /// Waits on the calling thread, then IOStopRun; without it when the window goes meanwhile. Not the main thread.
+    void StopRunAfter(int ms);
+    /// Edge of a named input function in this sample. Ask once a poll at most: each answer moves the state.
+    tessera::InputEdge IsAccess(QString const& name, unsigned int input);
+    void SetLaserWatch(tessera::LaserWatch const& watch) { m_LaserWatch = watch; }
     /// Beat of the input poll: emits TimerUpDate. Any thread.
     void timerUpDate();
 
@@ -267,6 +279,14 @@ private:
     void HomeAxes();
     void ShowOptionalItems();
 
+    // The input poll, on the main thread
+    void CheckInput(unsigned int input);
+    void CheckLaserAlarm();
+    void CheckSafe(unsigned int input);
+    void TakeSafetyStep(tessera::SafetyStep const& step);
+    void CheckRunStop(unsigned int input);
+    void CheckFilberLaserAlarm();
+
     void InitMainWindow();
     void SetIcons();
     void initSlotSingle();
@@ -313,6 +333,9 @@ private:
     static int m_FirstLoad;
 
     tessera::AlarmMask m_Alarms;
+    tessera::InputEdges m_Edges;
+    tessera::LaserWatch m_LaserWatch;
+    std::unique_ptr<tessera::DelayedStop> m_pDelayedStop;
     QPointer<QWidget> m_pCustomWindow;
     int m_nTimerId = -1;
     QFile m_DebugFile;
@@ -359,6 +382,7 @@ private:
     QVector<class IMarkToolModule*> m_ToolModules;
     QVector<QString> m_OpenFiles;
     QTimer m_SecondTimer;
+    bool m_bFilberAlarm = false; ///< the fibre laser's alarm was raised in this run of the program
     bool m_bShowDoc = false;
     KeyEventHandleThread m_KeyThread{this};
 };

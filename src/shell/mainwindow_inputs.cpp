@@ -2,44 +2,14 @@
 #include "shell/mainwindow.h"
 
 #include "engine/authoritymanager.h"
-#include "engine/iooutputset.h"
-#include "engine/languagemanager.h"
-#include "engine/markcardinstance.h"
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
 #include "run/form_marking.h"
-#include "shell/alarmctrl.h"
 #include "shell/statuseview.h"
 
 #include <QKeyEvent>
-#include <QLabel>
 #include <QThread>
-
-void MainWindow::timerUpDate() {
-    emit TimerUpDate();
-}
-
-void MainWindow::OnTimerUpDate() {
-    if (!MarkCardInstance::Instance()->IsCardOpend())
-        return;
-    OnResetAlarmStatus();
-}
-
-void MainWindow::OnResetAlarmStatus() {
-    bool red = false;
-    bool green = false;
-    bool yellow = false;
-    IOOutputSet::Instance()->GetLightStatus(red, green, yellow);
-    m_pRedLabel->setEnabled(red);
-    m_pGreenLabel->setEnabled(green);
-    m_pYellowLabel->setEnabled(yellow);
-}
-
-void MainWindow::on_LaserAlarm(bool alarmed, QString) {
-    m_pLaserAlarm->SetStatus(alarmed ? AlarmRed : AlarmGreen,
-                             LanguageManager::GetLanText(alarmed ? "激光器报警" : "激光器正常"));
-}
 
 QVector<QString> MainWindow::GetAlarmInfos() {
     const QVector<QString> texts = m_Alarms.ActiveTexts();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/safetycheck.h"
 
+#include "engine/languagemanager.h"
 #include "shell/alarmmask.h"
 
 namespace tessera {
@@ -71,6 +72,14 @@ SafetyPlan CheckSafe(AskInput const& ask, SafetySettings const& settings, unsign
     plan.indicatorRed = (plan.mask & ~static_cast<unsigned int>(AlarmLaser)) != 0;
     plan.light = lightOf(before, plan.mask);
     return plan;
+}
+
+QString SafetyInputName(unsigned int bit) {
+    for (SafetyInput const& input : kSafetyInputs) {
+        if (input.bit == bit)
+            return LanguageManager::GetLanText(input.name);
+    }
+    return QString();
 }
 
 RunOrder CheckRunStop(AskInput const& ask, int visible, std::function<bool()> const& checkAlarms) {

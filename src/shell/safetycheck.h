@@ -3,6 +3,7 @@
 
 #include "shell/inputedges.h"
 
+#include <QString>
 #include <functional>
 #include <vector>
 
@@ -49,6 +50,9 @@ struct SafetyPlan {
 /// Looks at ready, the doors, the light curtain, the emergency stop, the laser and the chiller, in this order, with
 /// `before` the alarms so far. A closed door ends its alarm and resumes nothing.
 SafetyPlan CheckSafe(AskInput const& ask, SafetySettings const& settings, unsigned int before);
+
+/// Name of the input function behind an alarm in the operator's language; empty for an unknown bit.
+QString SafetyInputName(unsigned int bit);
 
 /// What an edge on the operating inputs asks for.
 enum class RunOrder {

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include "shell/mainwindow.h"
+
+#include "engine/cardfunctions.h"
+#include "engine/glassparam.h"
+#include "engine/iocheckedsys.h"
+#include "engine/iooutputset.h"
+#include "engine/languagemanager.h"
+#include "engine/markcardinstance.h"
+#include "engine/markingmparam_vz.h"
+#include "engine/marklog.h"
+#include "engine/qrulerview.h"
+#include "engine/rundatagather.h"
+#include "engine/systemparam.h"
+#include "shell/alarmctrl.h"
+#include "shell/delayedstop.h"
+#include "shell/safetycheck.h"
+
+#include <QLabel>
+
+void MainWindow::timerUpDate() {
+    emit TimerUpDate();
+}
+
+void MainWindow::OnTimerUpDate() {
+    IMarkCardBase* card = MarkCardInstance::Instance();
+    if (!card->IsCardOpend())
+        return;
+    OnResetAlarmStatus();
+    CheckInput(card->GetInput());
+    CheckFilberLaserAlarm();
+    OnResetAlarmStatus();
+}
+
+void MainWindow::OnResetAlarmStatus() {
+    bool red = false;
+    bool green = false;
+    bool yellow = false;
+    IOOutputSet::Instance()->GetLightStatus(red, green, yellow);
+    m_pRedLabel->setEnabled(red);
+    m_pGreenLabel->setEnabled(green);
+    m_pYellowLabel->setEnabled(yellow);
+}
+
+/// The laser's fault lines are watched whether or not the machine's inputs are.
+void MainWindow::CheckInput(unsigned int input) {
+    CheckLaserAlarm();
+    if (SystemParam::Instance()->m_nResponseIO == 0)
+        return;
+    CheckSafe(input);
+    CheckRunStop(input);
+    tessera::CheckAutoManual([=](char const* name) { return IsAccess(QString::fromUtf8(name), input); });
+    if (QRulerView const* view = GetActiveView())
+        RunDataGather::Instance()->SetCurDocName(view->GetFileName());
+}
+
+void MainWindow::CheckLaserAlarm() {
+    const bool watched = m_LaserWatch.enabled && m_LaserWatch.detect && m_LaserWatch.enabled();
+    bool alarmed = false;
+    const QString text = watched ? m_LaserWatch.detect(alarmed) : QString();
+    emit LaserAlarm(alarmed, text);
+    RunDataGather* runData = RunDataGather::Instance();
+    const tessera::LaserFinding finding = tessera::FindLaserAlarm(watched, alarmed, runData->GetRunStatus());
+    if (finding.setStatus)
+        runData->SetRunStatus(finding.status);
+    if (finding.clearError)
+        VZ_OutputError(0);
+}
+
+/// The text of the cause is for other listeners: the indicator tells good from bad alone.
+void MainWindow::on_LaserAlarm(bool alarmed, QString) {
+    m_pLaserAlarm->SetStatus(alarmed ? AlarmRed : AlarmGreen,
+                             LanguageManager::GetLanText(alarmed ? "激光器报警" : "激光器正常"));
+}
+
+tessera::InputEdge MainWindow::IsAccess(QString const& name, unsigned int input) {
+    return m_Edges.Ask(IOCheckedSys::Instance()->GetFunObject(name), input);
+}
+
+void MainWindow::CheckSafe(unsigned int input) {
+    IMarkCardBase* card = MarkCardInstance::Instance();
+    GlassParam const* param = GlassParam::Instance();
+    const tessera::SafetySettings settings{!param->IsCheckeSafeInRun() || card->GetMarkStatus() != MarkStatusStop,
+                                           param->GetSafeTrigerType() != SafeTrigerStop};
+    const tessera::SafetyPlan plan = tessera::CheckSafe(
+        [=](char const* name) { return IsAccess(QString::fromUtf8(name), input); }, settings, m_Alarms.Mask());
+    for (tessera::SafetyStep const& step : plan.steps)
+        TakeSafetyStep(step);
+    m_pSafeAlarm->SetStatus(plan.indicatorRed ? AlarmRed : AlarmGreen);
+    if (plan.light == tessera::StackLight::Red)
+        IOOutputSet::Instance()->SetRed(card);
+    else if (plan.light == tessera::StackLight::Yellow)
+        IOOutputSet::Instance()->SetYellow(card);
+}
+
+void MainWindow::TakeSafetyStep(tessera::SafetyStep const& step) {
+    switch (step.act) {
+    case tessera::SafetyAct::SetBit:
+    case tessera::SafetyAct::ClearBit: {
+        const bool on = step.act == tessera::SafetyAct::SetBit;
+        m_Alarms.Set(on, step.bit);
+        MarkLog::Instance()->ShowNode(NoteRun,
+                                      QStringLiteral("%1:%2").arg(tessera::SafetyInputName(step.bit)).arg(on ? 1 : 0));
+        break;
+    }
+    case tessera::SafetyAct::Stop:
+        IOStopRun();
+        break;
+    case tessera::SafetyAct::Pause:
+        IOPauseRun();
+        break;
+    }
+}
+
+void MainWindow::CheckRunStop(unsigned int input) {
+    switch (tessera::CheckRunStop([=](char const* name) { return IsAccess(QString::fromUtf8(name), input); },
+                                  MarkWindowIsVisible(), [this] { return CheckAlarmStatus(); })) {
+    case tessera::RunOrder::Nothing:
+        break;
+    case tessera::RunOrder::Stop: {
+        IOFuncList const* function = IOCheckedSys::Instance()->GetFunObject(QStringLiteral("终止"));
+        if (function->DelayEnable)
+            m_pDelayedStop->Order(function->DelayTime);
+        else
+            IOStopRun();
+        break;
+    }
+    case tessera::RunOrder::Start:
+        IOStartRun();
+        break;
+    case tessera::RunOrder::Pause:
+        IOPauseRun();
+        break;
+    case tessera::RunOrder::Preview:
+        IOStartPreview();
+        break;
+    case tessera::RunOrder::OpenDialog:
+        ShowNormalMarkWindow();
+        break;
+    }
+}
+
+void MainWindow::StopRunAfter(int ms) {
+    m_pDelayedStop->StopAfter(ms);
+}
+
+/// The latch is never taken back: after this alarm the laser is to be looked at and the program started anew.
+void MainWindow::CheckFilberLaserAlarm() {
+    if (MarkingMParam_VZ::Instance()->GetMarkCardType() != MarkCardFilber || !m_LaserWatch.fibreAlarm ||
+        !m_LaserWatch.fibreAlarm())
+        return;
+    IMarkCardBase* card = MarkCardInstance::Instance();
+    unsigned int word = 0;
+    card->SystemIsAlarm(word);
+    if ((word & tessera::kFibreAlarmBit) == 0 || m_bFilberAlarm)
+        return;
+    m_bFilberAlarm = true;
+    SetSafeAlarm(true, tessera::AlarmLaser);
+    IOOutputSet::Instance()->SetRed(card);
+}
