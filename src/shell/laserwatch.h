@@ -8,12 +8,11 @@
 
 namespace tessera {
 
-/// What the supervision asks about the laser in every poll. A function that is not given counts as switched off. Main
-/// thread.
+/// What the supervision asks about the laser's fault lines in every poll. A function that is not given counts as
+/// switched off. Main thread.
 struct LaserWatch {
     std::function<bool()> enabled;              ///< the laser's fault lines are watched
     std::function<QString(bool& alarm)> detect; ///< reads them; `alarm` is false on entry
-    std::function<bool()> fibreAlarm;           ///< the card's alarm word counts, fibre lasers only
 };
 
 /// What follows from a look at the fault lines.

@@ -12,6 +12,7 @@
 #include "engine/qrulerview.h"
 #include "engine/rundatagather.h"
 #include "engine/systemparam.h"
+#include "laser/runlaserstart.h"
 #include "shell/alarmctrl.h"
 #include "shell/delayedstop.h"
 #include "shell/safetycheck.h"
@@ -146,8 +147,8 @@ void MainWindow::StopRunAfter(int ms) {
 
 /// The latch is never taken back: after this alarm the laser is to be looked at and the program started anew.
 void MainWindow::CheckFilberLaserAlarm() {
-    if (MarkingMParam_VZ::Instance()->GetMarkCardType() != MarkCardFilber || !m_LaserWatch.fibreAlarm ||
-        !m_LaserWatch.fibreAlarm())
+    if (MarkingMParam_VZ::Instance()->GetMarkCardType() != MarkCardFilber ||
+        RunLaserStart::Instance()->nFiberAlarm == 0)
         return;
     IMarkCardBase* card = MarkCardInstance::Instance();
     unsigned int word = 0;

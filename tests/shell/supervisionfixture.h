@@ -6,6 +6,7 @@
 #include "engine/markcardinstance.h"
 #include "engine/markingmparam_vz.h"
 #include "engine/rundatagather.h"
+#include "laser/runlaserstart.h"
 #include "tests/shell/windowcase.h"
 
 #include <QPushButton>
@@ -50,6 +51,7 @@ protected:
         GlassParam::Instance()->SetCheckSafeInRun(false);
         GlassParam::Instance()->SetSafeTrigerType(SafeTrigerStop);
         MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardFilber);
+        RunLaserStart::Instance()->nFiberAlarm = 0;
         RunDataGather::Instance()->SetRunStatus(RunStatusNormal);
         QVector<IOFuncList> functions;
         for (int i = 0; i < InputCount; ++i) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "laser/runlaserstart.h"
 #include "shell/alarmctrl.h"
 #include "shell/delayedstop.h"
 #include "tests/shell/supervisionfixture.h"
@@ -400,8 +401,7 @@ void SupervisionTest::without_response_to_inputs_the_laser_is_watched_alone() {
                                 alarm = true;
                                 ++looks;
                                 return QStringLiteral("PD报警");
-                            },
-                            nullptr});
+                            }});
     machine().setInputs(0xFFFFFFFFU);
     QVERIFY(polled());
     QVERIFY(looks > 0);
@@ -421,8 +421,7 @@ void SupervisionTest::the_laser_watch_sets_run_status_and_indicator() {
                                 entered = alarm;
                                 alarm = alarmed;
                                 return alarmed ? QStringLiteral("温度超标") : QString();
-                            },
-                            nullptr});
+                            }});
     QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
     QVERIFY(polled());
     QVERIFY(!entered);
@@ -443,7 +442,7 @@ void SupervisionTest::the_laser_watch_sets_run_status_and_indicator() {
 
 void SupervisionTest::switching_the_laser_watch_off_takes_the_alarm_back() {
     QVERIFY(startWithDialog());
-    window().SetLaserWatch({[] { return false; }, [](bool&) { return QString(); }, nullptr});
+    window().SetLaserWatch({[] { return false; }, [](bool&) { return QString(); }});
     QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
     RunDataGather::Instance()->SetRunStatus(RunStatusLaserAlarm);
     QVERIFY(polled());
@@ -455,7 +454,7 @@ void SupervisionTest::switching_the_laser_watch_off_takes_the_alarm_back() {
 
 void SupervisionTest::the_fibre_alarm_is_raised_once() {
     QVERIFY(startWithDialog());
-    window().SetLaserWatch({nullptr, nullptr, [] { return true; }});
+    RunLaserStart::Instance()->nFiberAlarm = 1;
     QVERIFY(polled());
     QCOMPARE(window().GetSafeAlarm(), 0U);
     QVERIFY(machine().setFault("card_alarm", true));
@@ -486,7 +485,7 @@ void SupervisionTest::the_fibre_alarm_needs_its_option_and_its_laser() {
     QFETCH(int, type);
     MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardType(type));
     QVERIFY(startWithDialog());
-    window().SetLaserWatch({nullptr, nullptr, [option] { return option; }});
+    RunLaserStart::Instance()->nFiberAlarm = option ? 1 : 0;
     QVERIFY(machine().setFault("card_alarm", true));
     QVERIFY(polled());
     QTEST(window().GetSafeAlarm(), "alarm");
