@@ -5,6 +5,7 @@
 #include "tests/files/stickfixture.h"
 #include "tests/support/temporaryroot.h"
 
+#include <QDeadlineTimer>
 #include <QMap>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -17,10 +18,18 @@ namespace {
 constexpr int kDocuments = 12;    // of each backup, beside those that both have
 constexpr int kLongestLife = 700; // ms from the start of the first import to the kill
 
+constexpr int kLongestWait = 60000; // ms until a document must have come over
+
 using Files = QMap<QString, QByteArray>;
 
 int numberOfKills() {
     return qMax(10, qEnvironmentVariableIntValue("TESSERA_KILLS"));
+}
+
+/// Every other kill waits for a document of the first backup, "one", to come over, so that imports are met under way on
+/// any machine.
+QString documentOfKill(int kill) {
+    return kill % 2 == 0 ? QString("o%1.mkf").arg(kill / 2 % kDocuments) : QString();
 }
 
 /// What a backup holds, told by one letter: documents of its own and some that both backups have, projects, lists.
@@ -70,43 +79,30 @@ private:
         }
         return files;
     }
-    static bool readUntil(QProcess& importer, char const* told, QByteArray& output);
-    qint64 lengthOfAnImport();
-    static QByteArray runAndKill(qint64 life, QByteArray& errors);
+    QByteArray killAt(QString const& document, int ms, QByteArray& errors) const;
     static QString fault(Files const& before, Files const& one, Files const& two, Files const& after);
 
     TemporaryRoot m_Root;
     Stick m_Stick;
 };
 
-bool KilledImportTest::readUntil(QProcess& importer, char const* told, QByteArray& output) {
-    while (!output.contains(told) && importer.waitForReadyRead())
+/// The output up to the kill, which comes as soon as this document of the first import is there, or, without one, `ms`
+/// after that import began: those moments are what is tested.
+QByteArray KilledImportTest::killAt(QString const& document, int ms, QByteArray& errors) const {
+    QProcess importer;
+    importer.start(ENDLESS_IMPORTER, QStringList());
+    QByteArray output;
+    while (!output.contains('\n') && importer.waitForReadyRead())
         output += importer.readAllStandardOutput();
-    return output.contains(told);
-}
-
-/// The time that the first import takes on this machine, ms; 0 when there is none.
-qint64 KilledImportTest::lengthOfAnImport() {
-    QProcess importer;
-    importer.start(ENDLESS_IMPORTER, QStringList());
-    QByteArray output;
-    readUntil(importer, "importing\n", output);
-    QElapsedTimer timer;
-    timer.start();
-    const bool done = readUntil(importer, "one\n", output);
-    const qint64 length = done ? qMax<qint64>(timer.elapsed(), 1) : 0;
-    importer.kill();
-    importer.waitForFinished();
-    return length;
-}
-
-/// The output up to the kill, which comes `life` ms after the first import began: that moment is what is tested.
-QByteArray KilledImportTest::runAndKill(qint64 life, QByteArray& errors) {
-    QProcess importer;
-    importer.start(ENDLESS_IMPORTER, QStringList());
-    QByteArray output;
-    readUntil(importer, "\n", output);
-    QTest::qSleep(static_cast<int>(life));
+    const QString path = m_Root.path("/MarkFile/" + document);
+    if (document.isEmpty()) {
+        QTest::qSleep(ms);
+    } else {
+        const QDeadlineTimer deadline(kLongestWait);
+        while (!QFileInfo::exists(path) && importer.state() == QProcess::Running && !deadline.hasExpired())
+            importer.waitForReadyRead(1);
+    }
+    output += importer.readAllStandardOutput();
     importer.kill();
     importer.waitForFinished();
     errors = importer.readAllStandardError();
@@ -144,9 +140,6 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
                     {"MultiDocMarkFile/own.mdf", "mine"},
                     {"MultiDocMarkFile/recent", "own"},
                     {"RecentFile.of", "2\nown\nshared0\n"}};
-    QVERIFY(start(before));
-    const qint64 length = lengthOfAnImport();
-    QVERIFY(length > 0);
     QRandomGenerator random(20240229);
     int untouched = 0;
     int within = 0;
@@ -154,10 +147,7 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
     for (int i = 0; i < numberOfKills(); ++i) {
         QVERIFY(start(before));
         QByteArray errors;
-        // Every other kill falls into the first import, the one a little later in it than the one before.
-        const double part = (i / 2 + random.generateDouble()) * 2.0 / numberOfKills();
-        const double life = i % 2 == 0 ? part * static_cast<double>(length) : random.bounded(kLongestLife);
-        const QByteArray output = runAndKill(1 + static_cast<qint64>(life), errors);
+        const QByteArray output = killAt(documentOfKill(i), 1 + random.bounded(kLongestLife), errors);
         QVERIFY2(output.startsWith("importing"), errors.constData());
         orphans += tessera::sweepOrphanedTemporaries(m_Root.path()).removed.filter(m_Root.path()).size();
         const Files after = present();
@@ -168,10 +158,10 @@ void KilledImportTest::killed_import_loses_no_document_and_leaves_none_half() {
         // Each run removes what the one before it left behind.
         QVERIFY2(m_Stick.temporaries().size() <= 1, qPrintable(m_Stick.temporaries().join(' ')));
     }
-    qInfo("first import %lld ms; %d kills: %d before the first file came over, %d while files of the first import came "
+    qInfo("%d kills: %d before the first file came over, %d while files of the first import came "
           "over, %d half files "
           "swept; no document lost or half written",
-          length, numberOfKills(), untouched, within, orphans);
+          numberOfKills(), untouched, within, orphans);
     QVERIFY2(within > 0, "no kill met an import under way");
 }
 
