@@ -29,11 +29,13 @@ bool MachineLaserPort::IsOpen() {
 }
 
 void MachineLaserPort::SetOutput(int line, int value) {
-    MarkCardInstance::Instance()->SetOutputBit(line, value);
+    if (IMarkCardBase* card = MarkCardInstance::Instance())
+        card->SetOutputBit(line, value);
 }
 
 int MachineLaserPort::Input(int line) {
-    return MarkCardInstance::Instance()->GetInputBit(line);
+    IMarkCardBase const* card = MarkCardInstance::Instance();
+    return card ? card->GetInputBit(line) : 0;
 }
 
 /// What is drawn meanwhile takes its time out of the wait and does not add to it.

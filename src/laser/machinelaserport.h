@@ -15,7 +15,7 @@ public:
     MachineLaserPort();
     ~MachineLaserPort() override;
 
-    /// False as well when there is no card object.
+    // Without a card object nothing is open or driven, and inputs are 0.
     bool IsOpen() override;
     void SetOutput(int line, int value) override;
     int Input(int line) override;
