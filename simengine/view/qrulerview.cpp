@@ -211,7 +211,7 @@ void QRulerView::SetCallBackMirrorPt(void (*callback)(QPointF)) {
 }
 
 QWidget* QRulerView::GetShowObjList() {
-    return d->list;
+    return d->listFrame;
 }
 
 VZListViewEx* QRulerView::GetObjListView() {

@@ -112,6 +112,8 @@ private slots:
             QRulerView view(nullptr);
             list = view.GetShowObjList();
             list->setParent(&panel);
+            QVERIFY(list != view.GetObjListView());
+            QVERIFY(list->isHidden());
             QVERIFY(list->isAncestorOf(view.GetObjListView()));
         }
         QVERIFY(list.isNull());
