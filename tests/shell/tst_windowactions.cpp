@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "engine/languagemanager.h"
+#include "engine/vzlistviewex.h"
 #include "support/approot.h"
 #include "tests/shell/actiontable.h"
 #include "tests/shell/windowfixture.h"
@@ -85,6 +86,8 @@ private slots:
     void pictures_differ();
     void an_action_does_to_the_document_what_its_slot_does_data();
     void an_action_does_to_the_document_what_its_slot_does();
+    void open_curves_alone_are_joined_data();
+    void open_curves_alone_are_joined();
     void a_view_action_without_a_document_does_nothing_data();
     void a_view_action_without_a_document_does_nothing();
     void a_view_action_without_a_selection_does_nothing_data();
@@ -205,13 +208,15 @@ QRulerView* WindowActionsTest::document() {
     const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='40mm' height='40mm' viewBox='0 0 40 40'>"
                                "<rect x='2' y='2' width='6' height='4'/><rect x='20' y='25' width='9' height='11'/>"
                                "<rect x='10' y='12' width='3' height='2'/>"
-                               "<polyline fill='none' points='5,30 9,33 12,30'/>"
-                               "<polyline fill='none' points='12,30 15,38'/></svg>";
+                               "<polyline fill='none' stroke='black' points='5,30 9,33 12,30'/>"
+                               "<polyline fill='none' stroke='black' points='12,30 15,38'/></svg>";
     QString error;
     if (!m_Root.write(QStringLiteral("drawing.svg"), drawing) ||
         !view->ImportVectorFile(m_Root.path(QStringLiteral("drawing.svg")), error))
         qFatal("no drawing: %s", qPrintable(error));
     QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+    if (view->GetSelectedToolCnt() != 5)
+        qFatal("not all of the drawing was taken");
     return view;
 }
 
@@ -278,15 +283,53 @@ void WindowActionsTest::an_action_does_to_the_document_what_its_slot_does() {
     QVERIFY(stateOf(view) == reached);
 }
 
+void WindowActionsTest::open_curves_alone_are_joined_data() {
+    QTest::addColumn<QVector<int>>("rows");
+    QTest::addColumn<bool>("joined");
+    QTest::newRow("two open lines") << QVector<int>{3, 4} << true;
+    QTest::newRow("a rectangle among them") << QVector<int>{0, 3, 4} << false;
+}
+
+/// Joined, the two lines are one curve that may run on; side by side they stay two.
+void WindowActionsTest::open_curves_alone_are_joined() {
+    QFETCH(QVector<int>, rows);
+    QFETCH(bool, joined);
+    const auto choose = [&rows](QRulerView* view) {
+        QListView* list = view->GetObjListView();
+        list->clearSelection();
+        for (int row : rows)
+            list->selectionModel()->select(list->model()->index(row, 0), QItemSelectionModel::Select);
+    };
+    const auto after = [&](Operation operation) {
+        QRulerView* view = document();
+        choose(view);
+        operation(view);
+        return stateOf(view).bytes;
+    };
+    const QByteArray apart = after([](QRulerView* view) { view->CombineCurve(); });
+    const QByteArray closed = after([](QRulerView* view) { view->CombineCurve(true); });
+    QRulerView* view = document();
+    choose(view);
+    QCOMPARE(view->GetSelectedToolCnt(), rows.size());
+    QVERIFY(apart != closed);
+    QVERIFY(action("actionCompositeLine")->isEnabled());
+    action("actionCompositeLine")->trigger();
+    QCOMPARE(stateOf(view).bytes, joined ? closed : apart);
+}
+
 void WindowActionsTest::a_view_action_without_a_document_does_nothing_data() {
     QTest::addColumn<QByteArray>("name");
     for (char const* name : {"actionSort",          "actionscaleSelect",     "actionscaleReset",
                              "actionzoomIn",        "actionzoomOut",         "actionUnDo",
                              "actionReDo",          "actionComposite",       "actionUnComposite",
                              "actionCompositeLine", "actionUnCompositeLine", "actionAlignLeft",
-                             "actionsameWidth",     "actionsameHeight",      "actionsameSize",
-                             "actionmirrorTB",      "actionmirrorLR",        "actionarrayObj",
-                             "actionalienation",    "actionImportCAD"})
+                             "actionAlignCenterH",  "actionAlignRight",      "actionAlignTop",
+                             "actionAlignCenterV",  "actionAlignBottom",     "actionsameWidth",
+                             "actionsameHeight",    "actionsameSize",        "actionmirrorTB",
+                             "actionmirrorLR",      "actionarrayObj",        "actionalienation",
+                             "actionImportCAD",     "actionAddPoint",        "actionaddLine",
+                             "actionAddRect",       "actionAddCircle",       "actionAddText",
+                             "actionTeachCircle",   "actionTeachArc",        "actionscaleRegion"})
         QTest::newRow(name) << QByteArray(name);
 }
 
@@ -297,6 +340,8 @@ void WindowActionsTest::a_view_action_without_a_document_does_nothing() {
     DialogAnswerer noDialog;
     action(name)->trigger();
     QVERIFY(!window().GetActiveView());
+    QVERIFY(!action(name)->isChecked());
+    QVERIFY(action("Select")->isChecked());
 }
 
 void WindowActionsTest::a_view_action_without_a_selection_does_nothing_data() {
