@@ -182,7 +182,7 @@ void OperatorScreen::Refresh() {
     m_Stop->setText(Show(kStop));
     m_Editor->setText(Show(kEditor));
     m_Editor->setVisible(SystemParam::Instance()->m_nCustomUIType == kWholeWindow);
-    m_Editor->setEnabled(look.start || !look.stop);
+    m_Editor->setEnabled(state != RunState::Running);
     m_CountTitle->setText(Show(kCount));
     m_Count->setText(figure("labelRunCnt"));
     m_TimeTitle->setText(Show(kTime));

@@ -15,13 +15,18 @@ constexpr RunStateLook kLooks[] = {
     {RunState::Running, operatortexts::kRunning, "#2e9e4f", false, true, true},
     {RunState::Paused, operatortexts::kPaused, "#e0a800", true, false, true},
     {RunState::Alarm, operatortexts::kAlarm, "#d03a3a", false, false, true},
+    {RunState::Warning, operatortexts::kAlarm, "#d03a3a", true, false, true},
 };
+
+/// The ready input and door 5 stop a run and light the red lamp, but the machine may be started with them.
+constexpr unsigned kStartable = 1U | 32U;
 
 } // namespace
 
 RunState ReadRunState(MainWindow const& window) {
-    if (window.GetSafeAlarm() != 0)
-        return RunState::Alarm;
+    const unsigned alarms = window.GetSafeAlarm();
+    if (alarms != 0)
+        return alarms & ~kStartable || !window.GetActiveView() ? RunState::Alarm : RunState::Warning;
     if (Form_Marking::Instance()->IsRunning()) {
         const MarkStatus status = MarkCardInstance::Instance()->GetMarkStatus();
         return status == MarkStatusPause ? RunState::Paused : RunState::Running;

@@ -5,8 +5,8 @@
 
 class MainWindow;
 
-/// What the operator is told about the machine.
-enum class RunState { NoDocument, Ready, Running, Paused, Alarm };
+/// What the operator is told about the machine. A warning is an alarm that does not refuse a start.
+enum class RunState { NoDocument, Ready, Running, Paused, Alarm, Warning };
 
 /// The state as the main window, the run dialog and the card tell it. Main thread.
 RunState ReadRunState(MainWindow const& window);

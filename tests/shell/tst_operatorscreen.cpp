@@ -24,6 +24,8 @@ private slots:
     void runs_pauses_and_stops();
     void without_a_document_nothing_can_be_started();
     void an_alarm_is_shown_and_keeps_the_start_back();
+    void ready_input_and_door_5_leave_the_start_free_data();
+    void ready_input_and_door_5_leave_the_start_free();
     void counter_and_time_are_those_of_the_run_dialog();
     void the_editor_is_one_press_away();
     void covers_the_tab_and_goes_with_it();
@@ -44,6 +46,11 @@ private:
             m_Window->newDocument(1, tessera::rootPath(QStringLiteral("/MarkFile/plate.mkf")));
         if (type == 2)
             m_Window->child<QTabWidget>("tabWidgetMian")->setCurrentIndex(1);
+    }
+    /// With the card closed nothing polls the inputs, and the alarms stay as a test sets them.
+    void startWithoutPoll(bool document = true) {
+        QVERIFY(machine().setFault("card_open_fails", true));
+        start(1, document);
     }
     QPushButton* button(char const* name) { return m_Window->child<QPushButton>(name); }
     void press(char const* name) { QTest::mouseClick(button(name), Qt::LeftButton); }
@@ -117,12 +124,34 @@ void OperatorScreenTest::without_a_document_nothing_can_be_started() {
 }
 
 void OperatorScreenTest::an_alarm_is_shown_and_keeps_the_start_back() {
-    start(1);
+    startWithoutPoll();
     window().SetSafeAlarm(true, 128);
     QTRY_COMPARE(state(), QStringLiteral("安全报警"));
     QVERIFY(!button("operatorStart")->isEnabled());
+    QVERIFY(button("operatorEditor")->isEnabled());
     window().SetSafeAlarm(false, 128);
     QTRY_COMPARE(state(), QStringLiteral("就绪"));
+}
+
+void OperatorScreenTest::ready_input_and_door_5_leave_the_start_free_data() {
+    QTest::addColumn<unsigned>("bits");
+    QTest::addColumn<bool>("document");
+    QTest::addColumn<bool>("start");
+    QTest::newRow("ready input") << 1U << true << true;
+    QTest::newRow("door 5") << 32U << true << true;
+    QTest::newRow("both") << 33U << true << true;
+    QTest::newRow("door 5 and door 1") << 34U << true << false;
+    QTest::newRow("door 5 without a document") << 32U << false << false;
+}
+
+void OperatorScreenTest::ready_input_and_door_5_leave_the_start_free() {
+    QFETCH(unsigned, bits);
+    QFETCH(bool, document);
+    startWithoutPoll(document);
+    window().SetSafeAlarm(true, bits);
+    QTRY_COMPARE(state(), QStringLiteral("安全报警"));
+    QTEST(button("operatorStart")->isEnabled(), "start");
+    window().SetSafeAlarm(false, bits);
 }
 
 void OperatorScreenTest::counter_and_time_are_those_of_the_run_dialog() {
