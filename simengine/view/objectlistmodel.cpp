@@ -107,7 +107,8 @@ QIcon kindIcon(ObjectKind kind, const QColor& color) {
 ObjectListModel::ObjectListModel(ViewSession& session, QObject* parent)
     : QAbstractListModel(parent)
     , m_session(session)
-    , m_objects(session.state()->objects) {}
+    , m_objects(session.state()->objects)
+    , m_readOnly(session.document().isReadOnly()) {}
 
 int ObjectListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_objects->size());
@@ -165,8 +166,10 @@ Qt::ItemFlags ObjectListModel::flags(const QModelIndex& index) const {
 
 void ObjectListModel::refresh() {
     const std::shared_ptr<const ObjectList> next = m_session.state()->objects;
-    if (next == m_objects)
+    const bool readOnly = m_session.document().isReadOnly();
+    if (next == m_objects && readOnly == m_readOnly)
         return;
+    m_readOnly = readOnly;
     const int before = rowCount();
     const int after = static_cast<int>(next->size());
     if (after > before) {

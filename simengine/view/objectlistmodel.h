@@ -37,6 +37,7 @@ private:
 
     ViewSession& m_session;
     std::shared_ptr<const ObjectList> m_objects;
+    bool m_readOnly; ///< as the rows show it
 };
 
 } // namespace sim

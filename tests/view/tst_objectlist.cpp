@@ -144,6 +144,23 @@ private slots:
         QCOMPARE(places(f), QList<double>({0, 10}));
     }
 
+    void switches_are_drawn_anew_when_the_document_is_locked() {
+        ViewFixture f;
+        fill(f, 2);
+        QAbstractItemModel* rows = f.view.GetObjListView()->model();
+        QSignalSpy drawn(rows, &QAbstractItemModel::dataChanged);
+        for (bool locked : {true, false}) {
+            f.view.SetReadOnly(locked);
+            QCOMPARE(drawn.count(), 1);
+            const QList<QVariant> range = drawn.takeFirst();
+            QCOMPARE(range.at(0).toModelIndex().row(), 0);
+            QCOMPARE(range.at(1).toModelIndex().row(), 1);
+            QCOMPARE(bool(rows->flags(rows->index(0, 0)) & Qt::ItemIsUserCheckable), !locked);
+            f.view.SetReadOnly(locked);
+            QCOMPARE(drawn.count(), 0);
+        }
+    }
+
     void a_tap_on_the_switch_turns_the_work_type() {
         ViewFixture f;
         fill(f, 3);
