@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <random>
 #include <thread>
 
 using namespace tests;
@@ -29,6 +30,7 @@ private slots:
     void a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost();
     void a_broken_wire_triggers_a_function_that_is_active_low();
     void a_delayed_stop_comes_after_its_time();
+    void a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread();
     void every_delayed_stop_comes();
     void a_delayed_stop_that_waits_holds_up_nothing_at_the_end();
     void stop_with_delay_stops_from_another_thread();
@@ -52,8 +54,20 @@ private slots:
     void the_fibre_alarm_needs_its_option_and_its_laser_data();
     void the_fibre_alarm_needs_its_option_and_its_laser();
     void the_active_document_is_told_to_the_run_data();
+    void alarms_that_come_and_go_are_logged();
+    void in_a_storm_of_inputs_alarms_lamp_and_job_stay_in_step();
 
 private:
+    static QStringList logLines() {
+        QStringList all;
+        const QDir folder(tessera::rootPath(QStringLiteral("/日志文件")));
+        for (QString const& name : folder.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name)) {
+            QFile file(folder.filePath(name));
+            if (file.open(QIODevice::ReadOnly))
+                all += QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        }
+        return all;
+    }
     QString indicator(char const* name) {
         auto const* label = m_Window->child<AlarmCtrl>(name)->findChild<QLabel*>(QStringLiteral("labelImg"));
         const QColor colour = label->pixmap(Qt::ReturnByValue).toImage().pixelColor(8, 8);
@@ -121,7 +135,7 @@ void SupervisionTest::a_pause_edge_pauses_and_a_run_edge_resumes() {
     QVERIFY(startWithJob());
     QVERIFY(hold(InPause));
     QTRY_VERIFY(isPaused());
-    QVERIFY(light(false, true, true));
+    QTRY_VERIFY(light(false, true, true));
     QVERIFY(hold(InPause, false));
     QVERIFY(isPaused());
     QVERIFY(hold(InRun));
@@ -194,6 +208,24 @@ void SupervisionTest::a_delayed_stop_comes_after_its_time() {
     QVERIFY2(time.elapsed() >= 150, qPrintable(QString::number(time.elapsed())));
     QVERIFY(stoppedOnce());
     QTRY_VERIFY(hasEnded());
+}
+
+void SupervisionTest::a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread() {
+    function(InStop).DelayEnable = true;
+    function(InStop).DelayTime = 200;
+    start(false);
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    dialog().SetRunSelection(1, true);
+    window().timerUpDate();
+    machine().setInputs(1U << InStop);
+    window().timerUpDate();
+    machine().setInputs(1U << InPreview);
+    const auto before = machine().state().jobs;
+    window().timerUpDate();
+    QVERIFY(machine().state().jobs > before);
+    QVERIFY(!dialog().IsRunning());
+    QVERIFY(machineCalls("StopMark") >= 2);
 }
 
 void SupervisionTest::every_delayed_stop_comes() {
@@ -496,6 +528,66 @@ void SupervisionTest::the_active_document_is_told_to_the_run_data() {
     QRulerView* view = m_Window->newDocument();
     QVERIFY(polled());
     QCOMPARE(RunDataGather::Instance()->GetCurDocName(), view->GetFileName());
+}
+
+void SupervisionTest::alarms_that_come_and_go_are_logged() {
+    start(false);
+    window().timerUpDate();
+    const QStringList before = logLines();
+    for (unsigned int word : {1U << InDoor5, 1U << InDoor5, 0U}) {
+        machine().setInputs(word);
+        window().timerUpDate();
+    }
+    QStringList lines = logLines().mid(before.size());
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines.at(0).endsWith(QStringLiteral("\t机台安全门5:1")), qPrintable(lines.at(0)));
+    QVERIFY2(lines.at(1).endsWith(QStringLiteral("\t机台安全门5:0")), qPrintable(lines.at(1)));
+}
+
+/// Every input at random, poll by poll, into jobs that do not end by themselves. A preview by input would wait for its
+/// end, so that input rests.
+void SupervisionTest::in_a_storm_of_inputs_alarms_lamp_and_job_stay_in_step() {
+    constexpr int kPolls = 500;
+    constexpr unsigned int kSafety = 0xFFFFU << InReady & 0xFFFFU;
+    std::mt19937 random(5);
+    start(false);
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    machine().setSpeed(kSlowJob);
+    window().timerUpDate();
+    int runs = 0;
+    int stops = 0;
+    for (int i = 0; i < kPolls; ++i) {
+        const unsigned int now = random() & random() & random() & ~(1U << InPreview) & 0xFFFFU;
+        GlassParam::Instance()->SetSafeTrigerType(random() % 2 ? SafeTrigerPause : SafeTrigerStop);
+        const bool ran = dialog().IsRunning();
+        machine().clearJournal();
+        machine().setInputs(now);
+        window().timerUpDate();
+        // The bits of the alarms stand in the order of the inputs.
+        QCOMPARE(window().GetSafeAlarm(), (now & kSafety) >> InReady);
+        QCoreApplication::processEvents();
+        window().timerUpDate();
+        QCOMPARE(window().GetSafeAlarm(), (now & kSafety) >> InReady);
+        if (window().GetSafeAlarm() != 0)
+            QVERIFY(light(true, false, false));
+        if (machineCalls("StopMark") > 0) {
+            ++stops;
+            QTRY_VERIFY(hasEnded() || isRunning());
+        }
+        if (!ran && dialog().IsRunning()) {
+            ++runs;
+            QVERIFY((now >> InRun & 1U) != 0);
+            // A pause that came before the worker has set out holds the pass back ahead of the card.
+            QTRY_VERIFY(isRunning() || hasEnded() || machine().state().status == MarkStatusPause);
+        }
+    }
+    QVERIFY2(runs > 5 && stops > 5, qPrintable(QStringLiteral("%1 runs, %2 stops").arg(runs).arg(stops)));
+    machine().setInputs(0);
+    machine().setSpeed(0.0);
+    dialog().StopAndWait();
+    window().timerUpDate();
+    QCOMPARE(window().GetSafeAlarm(), 0U);
 }
 
 QTEST_MAIN(SupervisionTest)

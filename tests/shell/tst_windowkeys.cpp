@@ -27,6 +27,9 @@ private slots:
     void function_keys_with_the_dialog_run_it();
     void function_keys_without_response_do_nothing();
     void f6_without_a_document_does_nothing();
+    void f6_while_teaching_confirms_the_point_and_starts_nothing();
+    void f8_stops_a_run_under_an_alarm_too();
+    void f6_under_an_alarm_starts_nothing();
     void a_direction_key_waits_during_a_preview_data();
     void a_direction_key_waits_during_a_preview();
     void direction_keys_without_a_document_do_nothing();
@@ -114,6 +117,52 @@ void WindowKeysTest::f6_without_a_document_does_nothing() {
     QCOMPARE(window().MarkWindowIsVisible(), 1);
     QTest::keyClick(&window(), Qt::Key_F6);
     QVERIFY(!Form_Marking::Instance()->IsRunning());
+}
+
+void WindowKeysTest::f6_while_teaching_confirms_the_point_and_starts_nothing() {
+    start();
+    QRulerView* view = m_Window->newDocument(0);
+    view->SetOperatorOnView(OperatorTeach);
+    QWidget* canvas = nullptr;
+    for (QWidget* child : view->findChildren<QWidget*>()) {
+        if (child->isVisible() && child->size().width() > 100 && child->focusPolicy() != Qt::NoFocus)
+            canvas = child;
+    }
+    QVERIFY(canvas);
+    QTest::mouseClick(canvas, Qt::LeftButton, Qt::NoModifier, canvas->rect().center());
+    int objects = 0;
+    int vertices = 0;
+    view->GetDocStatistics(objects, vertices);
+    QCOMPARE(objects, 0);
+    QTest::keyClick(&window(), Qt::Key_F6);
+    view->GetDocStatistics(objects, vertices);
+    QCOMPARE(objects, 1);
+    QCOMPARE(window().MarkWindowIsVisible(), 0);
+    window().ShowNormalMarkWindow();
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QVERIFY(!Form_Marking::Instance()->IsRunning());
+}
+
+void WindowKeysTest::f8_stops_a_run_under_an_alarm_too() {
+    start();
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    machine().setSpeed(0.0001);
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    window().SetSafeAlarm(true, 64);
+    QTest::keyClick(&window(), Qt::Key_F8);
+    QTRY_VERIFY(!Form_Marking::Instance()->IsRunning());
+}
+
+void WindowKeysTest::f6_under_an_alarm_starts_nothing() {
+    start();
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    window().SetSafeAlarm(true, 128);
+    QTest::keyClick(&window(), Qt::Key_F6);
+    QVERIFY(!Form_Marking::Instance()->IsRunning());
+    QCOMPARE(m_Window->statusList()->item(0)->text(), QStringLiteral("急停"));
 }
 
 void WindowKeysTest::a_direction_key_waits_during_a_preview_data() {
