@@ -1021,5 +1021,24 @@
     <message><source>导出轨迹</source><translation>Export trace</translation></message>
     <message><source>任务</source><translation>Jobs</translation></message>
     <message><source>用时</source><translation>Time</translation></message>
+    <!-- Inputs and outputs, laser alarms: pages and titles -->
+    <message><source>IO功能设置</source><translation>Functions</translation></message>
+    <message><source>输出设置</source><translation>Outputs</translation></message>
+    <message><source>IO状态</source><translation>State and names</translation></message>
+    <message><source>功能</source><translation>Function</translation></message>
+    <message><source>延时响应</source><translation>Delayed response</translation></message>
+    <message><source>延时时间</source><translation>Delay</translation></message>
+    <message><source>启用输入</source><translation>Use inputs</translation></message>
+    <message><source>启用输出</source><translation>Use outputs</translation></message>
+    <message><source>灯塔</source><translation>Stack light</translation></message>
+    <message><source>红光与保护气体</source><translation>Pilot light and shielding gas</translation></message>
+    <message><source>红光名称</source><translation>Pilot light name</translation></message>
+    <message><source>气体名称</source><translation>Gas name</translation></message>
+    <message><source>设置IO名称</source><translation>Edit names</translation></message>
+    <message><source>保存IO名称</source><translation>Save names</translation></message>
+    <message><source>编码器</source><translation>Encoder</translation></message>
+    <message><source>波形测试</source><translation>Waveform test</translation></message>
+    <message><source>激光器报警设置</source><translation>Laser alarm settings</translation></message>
+    <message><source>启用</source><translation>Use</translation></message>
 </context>
 </TS>

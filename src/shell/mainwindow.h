@@ -234,6 +234,8 @@ private slots:
     void on_actionImportTTFFont_triggered();
     void on_actionSetLan_triggered();
     void on_actionCCD_triggered();
+    void on_actionIOSet_triggered();
+    void on_laserAlarm_clicked();
     void on_actionResetVZCard_triggered();
     void on_actionReboot_triggered();
     void on_actionShutdown_triggered();

@@ -6,6 +6,8 @@
 #include "engine/markshapecontainer.h"
 #include "engine/marktool.h"
 #include "engine/qrulerview.h"
+#include "iosetup/iosetting.h"
+#include "iosetup/laseralarmset.h"
 #include "ui_mainwindow.h"
 
 void MainWindow::initSlotSingle() {
@@ -242,6 +244,17 @@ void MainWindow::on_actionsameSize_triggered() {
 void MainWindow::LayerIndexChanged(int layer) {
     if (QRulerView* view = GetActiveView())
         view->SetCurrentLayer(layer);
+}
+
+void MainWindow::on_actionIOSet_triggered() {
+    IOSetting::Instance()->ShowWindow();
+}
+
+/// The dialog ends itself when it is closed.
+void MainWindow::on_laserAlarm_clicked() {
+    auto* dialog = new LaserAlarmSet(this);
+    dialog->setWindowModality(Qt::ApplicationModal);
+    dialog->show();
 }
 
 void MainWindow::on_actionCCD_triggered() {

@@ -216,6 +216,7 @@ void MainWindow::PrepareTools() {
 
 void MainWindow::ConnectOwnSignals() {
     connect(m_pRightPanel, &RightPanel::SizeChanged, this, &MainWindow::on_rightWigetSizeChange);
+    connect(m_pLaserAlarm, &AlarmCtrl::clicked, this, &MainWindow::on_laserAlarm_clicked);
     connect(m_pFileList, &FileListView::ActivDocChanged, this, &MainWindow::on_ActivDocChanged);
     connect(m_pFileList, &FileListView::ClosedFile, this, &MainWindow::on_CloseFile);
     connect(m_pFileList, &FileListView::ChangeFileIndex, this, &MainWindow::OnChangeFileIndex);
