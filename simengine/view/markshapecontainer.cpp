@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "engine/markshapecontainer.h"
 
+#include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
 #include "simengine/card/cardlink.h"
 #include "simengine/card/statuswords.h"
 #include "simengine/document/jobbuilder.h"
+#include "simengine/io/endsignal.h"
 #include "simengine/servers/runrecord.h"
 #include "simengine/view/marktoolaccess.h"
 
@@ -29,6 +31,29 @@ struct MarkShapeContainer::Private {
     QVector<CCDBufdata> offsets;
 };
 
+namespace {
+
+/// Tells the plant that the job has ended; previews are no jobs to it.
+void giveEndSignal(bool stopped) {
+    const sim::EndSignalSettings settings = sim::currentEndSignal();
+    switch (sim::cardEndSignal().runEnded(settings, stopped)) {
+    case sim::EndSignalResult::NotReadBack:
+        MarkLog::Instance()->ShowNote_Error(
+            QStringLiteral("end signal: output %1 does not read back as written").arg(settings.output));
+        break;
+    case sim::EndSignalResult::NotAcknowledged:
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("end signal: no acknowledge at input %1 within %2 ms")
+                                                .arg(settings.ackInput)
+                                                .arg(settings.ackTimeout));
+        break;
+    case sim::EndSignalResult::NotGiven:
+    case sim::EndSignalResult::Given:
+        break;
+    }
+}
+
+} // namespace
+
 MarkShapeContainer::MarkShapeContainer() = default;
 
 MarkShapeContainer::~MarkShapeContainer() = default;
@@ -44,6 +69,7 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     sim::CardRun run(selectedOnly, loop);
     if (!run.isAccepted())
         return sim::RunRecord::refused();
+    sim::cardEndSignal().runBegins();
     sim::JobOptions options;
     options.selectedOnly = selectedOnly;
     options.invertX = SystemParam::Instance()->InvertX();
@@ -56,9 +82,13 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     if (job.strokes.empty())
         return sim::RunRecord::refused();
     sim::RunRecord const record(job, layers);
+    const bool laser = sim::simulatedCard().kind() == sim::MarkKind::Laser;
     if (!run.start(std::move(job)))
         return sim::RunRecord::refused();
-    record.ended((sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0);
+    const bool succeeded = (sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0;
+    record.ended(succeeded);
+    if (laser)
+        giveEndSignal(!succeeded);
     return true;
 }
 

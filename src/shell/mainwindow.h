@@ -235,7 +235,6 @@ private slots:
     void on_actionSetLan_triggered();
     void on_actionCCD_triggered();
     void on_actionIOSet_triggered();
-    void on_laserAlarm_clicked();
     void on_actionResetVZCard_triggered();
     void on_actionReboot_triggered();
     void on_actionShutdown_triggered();
@@ -253,6 +252,7 @@ private:
 
     // Handlers whose names look like generated connections and are not
     void on_LaserAlarm(bool alarmed, QString text);
+    void on_laserAlarm_clicked();
     void on_ActivDocChanged(int index);
     void on_CloseFile(int index, bool save);
     void on_actDoc_New_triggered();

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/io/endsignal.h"
+
+#include "engine/iooutputset.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr std::chrono::milliseconds kSlice(1);
+
+EndSignalClear clearOf(int type) {
+    return type >= 0 && type <= 3 ? static_cast<EndSignalClear>(type) : EndSignalClear::Block;
+}
+
+} // namespace
+
+EndSignalSettings currentEndSignal() {
+    IOOutputSet const* outputs = IOOutputSet::Instance();
+    EndSignalSettings settings;
+    int level = 1;
+    int clear = 0;
+    int ackLevel = 1;
+    outputs->GetEndSignal(settings.enable, settings.output, level, clear, settings.duration, settings.ackInput,
+                          ackLevel, settings.ackTimeout, settings.selfCheck);
+    settings.level = level != 0;
+    settings.clear = clearOf(clear);
+    settings.ackLevel = ackLevel != 0;
+    settings.afterStop = outputs->m_bStopHasEndSig;
+    return settings;
+}
+
+EndSignal::EndSignal(CardCore& card)
+    : m_card(card) {}
+
+EndSignal::~EndSignal() {
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_end = true;
+    }
+    m_changed.notify_all();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void EndSignal::write(int output, bool level) {
+    m_card.journal().add("SetOutputBit", journalArgs(output, level ? 1 : 0));
+    m_card.setOutput(output, level);
+}
+
+void EndSignal::runBegins() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_nextRunOutput >= 0)
+        write(m_nextRunOutput, m_nextRunLevel);
+    m_nextRunOutput = -1;
+}
+
+template<typename Done>
+bool EndSignal::wait(double ms, bool wallClock, Done done) {
+    const RunState before = m_card.state();
+    double passed = 0.0;
+    Clock::time_point last = Clock::now();
+    while (!done()) {
+        const double factor = wallClock && m_card.speed() <= 0.0 ? 1.0 : m_card.speed();
+        const bool stopped = before != RunState::Stop && m_card.state() == RunState::Stop;
+        if (factor <= 0.0 || passed >= ms || stopped || !m_card.isOpen())
+            return false;
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_changed.wait_for(lock, kSlice);
+        const Clock::time_point now = Clock::now();
+        passed += std::chrono::duration<double, std::milli>(now - last).count() * factor;
+        last = now;
+    }
+    return true;
+}
+
+EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, bool stopped) {
+    if (!settings.enable || settings.output < 0 || settings.output >= kLineCount || (stopped && !settings.afterStop))
+        return EndSignalResult::NotGiven;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_laterOutput == settings.output)
+            m_laterOutput = -1;
+        write(settings.output, settings.level);
+    }
+    const bool readBack = (m_card.outputs() >> settings.output & 1U) == (settings.level ? 1U : 0U);
+    bool acknowledged = true;
+    switch (settings.clear) {
+    case EndSignalClear::Block:
+        wait(settings.duration, false, [] { return false; });
+        write(settings.output, !settings.level);
+        break;
+    case EndSignalClear::NextRun: {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_nextRunOutput = settings.output;
+        m_nextRunLevel = !settings.level;
+        break;
+    }
+    case EndSignalClear::Acknowledge:
+        acknowledged = wait(settings.ackTimeout, true, [this, &settings] {
+            return settings.ackInput >= 0 && settings.ackInput < kLineCount &&
+                   (m_card.inputs() >> settings.ackInput & 1U) == (settings.ackLevel ? 1U : 0U) && m_card.isOpen();
+        });
+        write(settings.output, !settings.level);
+        break;
+    case EndSignalClear::Thread:
+        clearLater(settings);
+        break;
+    }
+    if (!acknowledged)
+        return EndSignalResult::NotAcknowledged;
+    return settings.selfCheck && !readBack ? EndSignalResult::NotReadBack : EndSignalResult::Given;
+}
+
+/// A signal that is still on at another output is taken back at once: there is one time for one signal.
+void EndSignal::clearLater(EndSignalSettings const& settings) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_laterOutput >= 0)
+        write(m_laterOutput, m_laterLevel);
+    const double factor = m_card.speed();
+    const std::chrono::duration<double, std::milli> time(factor > 0.0 ? std::max(settings.duration, 0) / factor : 0.0);
+    m_laterOutput = settings.output;
+    m_laterLevel = !settings.level;
+    m_laterAt = Clock::now() + std::chrono::duration_cast<Clock::duration>(time);
+    if (!m_thread.joinable())
+        m_thread = std::thread([this] { clearThread(); });
+    m_changed.notify_all();
+}
+
+void EndSignal::clearThread() {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    while (!m_end || m_laterOutput >= 0) {
+        if (m_laterOutput < 0) {
+            m_changed.wait(lock);
+        } else if (m_end || Clock::now() >= m_laterAt) {
+            write(m_laterOutput, m_laterLevel);
+            m_laterOutput = -1;
+        } else {
+            m_changed.wait_until(lock, m_laterAt);
+        }
+    }
+}
+
+EndSignal& cardEndSignal() {
+    static EndSignal signal(simulatedCard());
+    return signal;
+}
+
+} // namespace sim
