@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "engine/cardfunctions.h"
 #include "engine/class_cardpara.h"
 #include "engine/languagemanager.h"
 #include "engine/markcardinstance.h"
@@ -101,6 +102,8 @@ private slots:
     void texts_of_the_splash();
     void notices_and_splash_in_english();
     void lasers_without_lines_leave_the_inputs_alone();
+    void another_laser_is_there_when_the_card_rereads_its_parameters();
+    void a_sequence_without_a_card_drives_nothing();
 
 private:
     /// The machine gets this laser, and the settings are read anew.
@@ -317,6 +320,31 @@ void LaserMachineTest::lasers_without_lines_leave_the_inputs_alone() {
         QVERIFY(!splashIsThere());
         m_Window.reset();
     }
+}
+
+void LaserMachineTest::another_laser_is_there_when_the_card_rereads_its_parameters() {
+    start(false);
+    fit(1, 2);
+    QCOMPARE(MarkCardInstance::Instance()->GetInput(), 0U);
+    VZ_SetCardParaFile(m_Root.path("/ini/VZMarkPara.cfg").toLatin1());
+    QCOMPARE(MarkCardInstance::Instance()->GetInput(), 3U << 22);
+    machine().setInputs(1);
+    QCOMPARE(MarkCardInstance::Instance()->GetInput(), (3U << 22) | 1U);
+    fit(0, 0);
+    VZ_SetCardParaFile(m_Root.path("/ini/VZMarkPara.cfg").toLatin1());
+    QCOMPARE(MarkCardInstance::Instance()->GetInput(), 1U);
+}
+
+void LaserMachineTest::a_sequence_without_a_card_drives_nothing() {
+    MarkCardInstance::SetMarkCardInstance(nullptr);
+    machine().clearJournal();
+    fit(1, 2);
+    laser().RunLaser_Start();
+    laser().RunLaser_End();
+    laser().ChangeYLRLaserType(1);
+    laser().RunLaserSN();
+    COMPARE_JOURNAL(machineJournal(), {});
+    start(false);
 }
 
 QTEST_MAIN(LaserMachineTest)
