@@ -49,7 +49,8 @@ void MainWindow::InitMainWnd() {
     auto* window = new MainWindow;
     m_pInstance = window;
     CCDServer::InitCCDServer();
-    window->setWindowFlags(window->windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    // nothing of it is on the screen yet: setWindowFlags() would style every widget anew
+    window->overrideWindowFlags(window->windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
     Form_Marking::InitWindow(window);
     window->InitMainWindow();
     ShowDebugInfo::Instance();
@@ -81,6 +82,7 @@ void MainWindow::ClearMainWnd() {
 
 MainWindow::MainWindow()
     : m_pDelayedStop(std::make_unique<tessera::DelayedStop>([this] { IOStopRun(); })) {
+    DressApplication();
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
     ReadVersion();

@@ -265,6 +265,7 @@ private:
     // Steps of the constructor, in their order
     void ReadVersion();
     void OpenDebugFile();
+    static void DressApplication();
     void BuildPanels();
     void BuildLabels();
     void BuildAlarmCtrls();

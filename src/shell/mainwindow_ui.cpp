@@ -12,6 +12,7 @@
 #include "files/filelistview.h"
 #include "shell/alarmctrl.h"
 #include "shell/lamppixmap.h"
+#include "shell/lazyicon.h"
 #include "shell/leftpanel.h"
 #include "shell/mainwindow_texts.h"
 #include "shell/qttexts.h"
@@ -50,8 +51,12 @@ QLabel* lampLabel(QWidget* parent, QPixmap const& pixmap) {
     return label;
 }
 
-/// The font is the application's and not the style sheet's, which would overrule the sizes that labels set.
-void loadStyleSheet() {
+} // namespace
+
+/// Before the first widget is there: each would be styled anew. The font is the application's and not the style
+/// sheet's, which would overrule the sizes that labels set.
+void MainWindow::DressApplication() {
+    QApplication::setStyle(QStringLiteral("fusion"));
     QFont font = QApplication::font();
     font.setFamilies({QStringLiteral("Noto Sans CJK SC"), QStringLiteral("WenQuanYi Micro Hei")});
     font.setPixelSize(14);
@@ -60,8 +65,6 @@ void loadStyleSheet() {
     if (file.open(QIODevice::ReadOnly))
         qApp->setStyleSheet(QString::fromUtf8(file.readAll()));
 }
-
-} // namespace
 
 void MainWindow::BuildPanels() {
     m_pRightPanel = new RightPanel(this);
@@ -80,7 +83,8 @@ void MainWindow::BuildPanels() {
 }
 
 void MainWindow::BuildRightPages() {
-    SetRightPages(new MarkToolProperty, nullptr, new MarkLayerParamForm);
+    // made inside the panel: a page that gets its parent later is styled twice
+    SetRightPages(new MarkToolProperty(m_pRightPanel), nullptr, new MarkLayerParamForm(m_pRightPanel));
 }
 
 MarkToolProperty* MainWindow::ToolProperty() const {
@@ -145,8 +149,6 @@ void MainWindow::BuildLabels() {
     m_pSoftVersionLabel = new QLabel(this);
     m_pCardVersionLabel = new QLabel(this);
     m_pCardStatusLabel = new QLabel(this);
-    QApplication::setStyle(QStringLiteral("fusion"));
-    loadStyleSheet();
     m_pNetManager = new QNetworkAccessManager(this);
     m_RedPixmap = tessera::LampPixmap("red");
     m_GreenPixmap = tessera::LampPixmap("green");
@@ -246,7 +248,8 @@ void MainWindow::SetIcons() {
     for (tessera::MenuEntry const& entry : tessera::MenuEntries())
         tessera::EnlargePictures((*ui).*entry.menu);
     for (tessera::ActionEntry const& entry : tessera::ActionEntries())
-        ((*ui).*entry.action)->setIcon(QIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
+        ((*ui).*entry.action)
+            ->setIcon(tessera::LazyIcon(QStringLiteral(":/Icon/Res/%1.png").arg(QLatin1String(entry.icon))));
 }
 
 void MainWindow::SetUIText() {

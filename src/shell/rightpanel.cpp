@@ -10,7 +10,8 @@ RightPanel::RightPanel(QWidget* parent)
 }
 
 void RightPanel::AddWnd(QWidget* widget) {
-    widget->setParent(this);
+    if (widget->parentWidget() != this)
+        widget->setParent(this);
     widget->show();
     show();
 }
