@@ -51,6 +51,7 @@ IOSetting* IOSetting::Instance(QWidget* parent) {
 
 void IOSetting::ShowWindow() {
     ui->checkBoxSetIOName->setChecked(false);
+    on_checkBox_stateChanged(Qt::Unchecked);
     SetUIText();
     ChangeIOTextShow();
     LoadFunctions();
@@ -106,7 +107,7 @@ void IOSetting::MakeStatusRows(QWidget* holder, Side& side, QString const& prefi
         status->setObjectName(QStringLiteral("pushButton%1%2").arg(prefix).arg(i));
         edit->setObjectName(QStringLiteral("lineEdit%1%2").arg(prefix).arg(i));
         status->setIconSize(QSize(kIconSide, kIconSide));
-        status->setMinimumSize(kTouch + 30, kTouch);
+        status->setMinimumSize(kTouch + 22, kTouch);
         status->setAutoDefault(false);
         edit->setMinimumSize(kNameWidth, kTouch);
         const int column = i / rows * 2;

@@ -558,6 +558,9 @@ void IOSettingTest::wave_test_counts_to_fifteen_and_begins_again() {
 }
 
 void IOSettingTest::touch_targets_are_large_enough() {
+    QFile style(sourcePath(QStringLiteral("resources/myQSS.qss")));
+    QVERIFY(style.open(QIODevice::ReadOnly));
+    dialog().setStyleSheet(QString::fromUtf8(style.readAll()));
     dialog().resize(1000, 560);
     dialog().ShowWindow();
     auto* pages = part<QTabWidget>(dialog(), "tabWidget");
