@@ -2,6 +2,7 @@
 #include "editing/importttffont.h"
 
 #include "engine/languagemanager.h"
+#include "engine/marklog.h"
 #include "ui_importttffont.h"
 
 #include <QDir>
@@ -133,7 +134,9 @@ void ImportTTFFont::on_pushButtonImport_clicked() {
     const int copied = CopyChosen();
     if (copied == 0)
         return;
-    QProcess::execute(QStringLiteral("fc-cache"), QStringList());
+    // The copies stay: the next renewal of the cache finds them.
+    if (const int code = QProcess::execute(QStringLiteral("fc-cache"), QStringList()))
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("fc-cache: %1").arg(code));
     QMessageBox::information(this, text("Import TTF"),
                              text("Import OK:") + QString::number(copied) + QStringLiteral(" ,") +
                                  text("please restart"));

@@ -62,6 +62,8 @@ private slots:
     void import_copies_counts_and_renews_the_cache();
     void existing_and_missing_files_are_not_counted();
     void with_a_count_of_0_nothing_is_shown();
+    void a_font_cache_that_is_not_renewed_is_logged_data();
+    void a_font_cache_that_is_not_renewed_is_logged();
     void a_new_family_can_be_used_at_once();
 
 private:
@@ -223,6 +225,34 @@ void ImportTTFFontTest::with_a_count_of_0_nothing_is_shown() {
     press("pushButtonImport");
     QVERIFY(!QApplication::activeModalWidget());
     QCOMPARE(cacheRuns(), 0);
+}
+
+void ImportTTFFontTest::a_font_cache_that_is_not_renewed_is_logged_data() {
+    QTest::addColumn<bool>("there");
+    QTest::addColumn<QString>("log");
+    QTest::newRow("it fails") << true << "fc-cache: 3";
+    QTest::newRow("it is not there") << false << "fc-cache: -2";
+}
+
+/// The fonts are copied all the same, and the operator is told of them.
+void ImportTTFFontTest::a_font_cache_that_is_not_renewed_is_logged() {
+    QFETCH(bool, there);
+    const QString program = root->path(QStringLiteral("/bin/fc-cache"));
+    if (there) {
+        QFile script(program);
+        QVERIFY(script.open(QIODevice::WriteOnly));
+        QVERIFY(script.write("#!/bin/sh\nexit 3\n") > 0);
+    } else {
+        QVERIFY(QFile::remove(program));
+        qputenv("PATH", root->path(QStringLiteral("/bin")).toUtf8());
+    }
+    press("pushButtonSearch");
+    doubleClick("listWidget", 0);
+    DialogAnswerer answerer;
+    answerer.press(QMessageBox::Ok);
+    press("pushButtonImport");
+    QCOMPARE(answerer.texts(), QStringList(report(1)));
+    QTEST(logTexts("error").join(QLatin1Char('|')), "log");
 }
 
 void ImportTTFFontTest::a_new_family_can_be_used_at_once() {
