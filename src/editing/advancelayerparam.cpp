@@ -3,6 +3,7 @@
 
 #include "editing/editpower.h"
 #include "editing/listpfedit.h"
+#include "editing/powercurve.h"
 #include "engine/languagemanager.h"
 #include "engine/systemparam.h"
 
@@ -173,12 +174,6 @@ void AdvanceLayerParam::pushBtnClicked() {
     }
 }
 
-void AdvanceLayerParam::StoreCurve(Curve const& curve, std::array<QPointF, kWavePointCount>& points) const {
-    const QVector<QPointF> edited = curve.drawing->GetPower();
-    if (edited.size() == kWavePointCount)
-        std::copy(edited.begin(), edited.end(), points.begin());
-}
-
 void AdvanceLayerParam::Store() {
     m_Data.MaxJumpDelay = m_pMaxJumpDelay->value();
     m_Data.MinJumpDelay = m_pMinJumpDelay->value();
@@ -188,12 +183,12 @@ void AdvanceLayerParam::Store() {
     bool enable = false;
     bool xIsDistance = false;
     if (m_PointCurve.table) {
-        StoreCurve(m_PointCurve, m_Data.PointWave);
+        tessera::takeCurve(m_PointCurve.drawing->GetPower(), m_Data.PointWave);
         m_PointCurve.table->GetPowerStatus(enable, xIsDistance);
         m_Data.PointWaveEnable = enable ? 1 : 0;
     }
     if (m_LineCurve.table) {
-        StoreCurve(m_LineCurve, m_Data.LineWave);
+        tessera::takeCurve(m_LineCurve.drawing->GetPower(), m_Data.LineWave);
         m_LineCurve.table->GetPowerStatus(enable, xIsDistance);
         m_Data.LineWaveEnable = enable ? 1 : 0;
         m_Data.LineWaveFlag = xIsDistance ? 1 : 0;

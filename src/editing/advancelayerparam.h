@@ -4,7 +4,6 @@
 #include "engine/layerdata.h"
 
 #include <QDialog>
-#include <array>
 
 class EditPower;
 class LayerParamEx;
@@ -46,7 +45,6 @@ private:
     void tabPageChanged(int index);
     void on_AdvanceLayerParam_accepted();
     void Store();
-    void StoreCurve(Curve const& curve, std::array<QPointF, kWavePointCount>& points) const;
 
     LayerData m_Data;
     QTabWidget* m_pTabs;

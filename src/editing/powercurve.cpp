@@ -2,6 +2,7 @@
 #include "editing/powercurve.h"
 
 #include <QLineF>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -38,6 +39,13 @@ QVector<QPointF> drawnPoints(QVector<QPointF> const& half) {
     while (count > 1 && half[count - 1].x() == 0.0)
         --count;
     return half.mid(0, count);
+}
+
+bool takeCurve(QVector<QPointF> const& edited, std::array<QPointF, kWavePointCount>& curve) {
+    if (edited.size() != int(curve.size()))
+        return false;
+    std::copy(edited.begin(), edited.end(), curve.begin());
+    return true;
 }
 
 } // namespace tessera

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "engine/layerdata.h"
+
 #include <QPointF>
 #include <QVector>
+#include <array>
 
 namespace tessera {
 
@@ -16,5 +19,8 @@ double distanceToLine(QVector<QPointF> const& points, QPointF const& place);
 /// The points of a curve half that are drawn: those up to the last one that has a time. Rows behind it that were never
 /// filled in stay at 0 and are no part of the curve.
 QVector<QPointF> drawnPoints(QVector<QPointF> const& half);
+
+/// Takes an edited curve over. One of another number of points is dropped: `curve` stays and false is returned.
+bool takeCurve(QVector<QPointF> const& edited, std::array<QPointF, kWavePointCount>& curve);
 
 } // namespace tessera

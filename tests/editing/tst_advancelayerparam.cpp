@@ -2,6 +2,7 @@
 #include "editing/advancelayerparam.h"
 #include "editing/editpower.h"
 #include "editing/marklayerparamform.h"
+#include "editing/powercurve.h"
 #include "engine/systemparam.h"
 #include "tests/editing/editingfixture.h"
 
@@ -36,6 +37,8 @@ private slots:
     void wobble_is_clamped_on_opening();
     void wobble_boxes_follow_their_switch();
     void curves_come_back_from_the_drawing();
+    void a_curve_of_other_than_20_points_is_dropped_and_the_old_one_stays_data();
+    void a_curve_of_other_than_20_points_is_dropped_and_the_old_one_stays();
     void curve_switches_are_stored_data();
     void curve_switches_are_stored();
     void without_curve_tabs_the_curves_stay();
@@ -233,6 +236,31 @@ void AdvanceLayerParamTest::curves_come_back_from_the_drawing() {
     expected.LineWave[10] = QPointF(0.0, 77.0);
     QVERIFY(dialog.Data().PointWave == expected.PointWave);
     QVERIFY(dialog.Data().LineWave == expected.LineWave);
+}
+
+void AdvanceLayerParamTest::a_curve_of_other_than_20_points_is_dropped_and_the_old_one_stays_data() {
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("none") << 0 << false;
+    QTest::newRow("19") << 19 << false;
+    QTest::newRow("20") << 20 << true;
+    QTest::newRow("21") << 21 << false;
+}
+
+void AdvanceLayerParamTest::a_curve_of_other_than_20_points_is_dropped_and_the_old_one_stays() {
+    QFETCH(int, count);
+    QFETCH(bool, taken);
+    QVector<QPointF> came(count, QPointF(5.0, 60.0));
+    LayerData pen;
+    pen.PointWave.fill(QPointF(1.0, 2.0));
+    LayerData now = pen;
+    QCOMPARE(tessera::takeCurve(came, now.PointWave), taken);
+    QVERIFY((now.PointWave == pen.PointWave) != taken);
+    // The drawing lets no other count through either.
+    AdvanceLayerParam dialog(pen, nullptr, nullptr);
+    part<EditPower>(dialog, "powerPoint")->PowerChanged(came);
+    confirm(dialog);
+    QVERIFY(dialog.Data().PointWave == now.PointWave);
 }
 
 void AdvanceLayerParamTest::curve_switches_are_stored_data() {

@@ -67,7 +67,6 @@ private slots:
     void the_check_boxes_keep_the_flags();
     void every_box_changes_its_point_data();
     void every_box_changes_its_point();
-    void filling_the_table_tells_nothing();
     void a_change_in_a_row_updates_the_drawing_at_once();
     void a_drawing_pans_without_changing_the_table();
     void other_buttons_do_not_pan();
@@ -188,14 +187,6 @@ void EditPowerTest::every_box_changes_its_point() {
         part<QDoubleSpinBox>(table, qPrintable(boxName('Y', row)))->setValue(99.0 - row);
         QCOMPARE(told, expected);
     }
-}
-
-void EditPowerTest::filling_the_table_tells_nothing() {
-    const Curve curve = ramps();
-    EditPower drawing(true, Curve{}.data());
-    ListPFEdit table(true, true, false, curve.data());
-    drawing.SetPFEdit(&table);
-    QCOMPARE(drawing.GetPower(), QVector<QPointF>(20));
 }
 
 void EditPowerTest::a_change_in_a_row_updates_the_drawing_at_once() {

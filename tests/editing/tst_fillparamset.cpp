@@ -41,7 +41,12 @@ class FillParamSetTest : public QObject {
 private slots:
     void widgets_have_their_texts_data();
     void widgets_have_their_texts();
-    void limits_are_as_told();
+    void widgets_have_their_limits_data();
+    void widgets_have_their_limits();
+    void a_fill_shows_its_defaults_data();
+    void a_fill_shows_its_defaults();
+    void combo_boxes_have_their_entries_data();
+    void combo_boxes_have_their_entries();
     void five_fills_come_back_as_three();
     void no_fills_come_back_as_three_disabled_ones_with_a_pitch_of_a_tenth();
     void every_widget_writes_its_field_of_the_current_fill_data();
@@ -93,24 +98,71 @@ void FillParamSetTest::widgets_have_their_texts() {
     QCOMPARE(part<QWidget>(dialog, QTest::currentDataTag())->property("text").toString(), text);
 }
 
-void FillParamSetTest::limits_are_as_told() {
+void FillParamSetTest::widgets_have_their_limits_data() {
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("limit");
+    QTest::newRow("doubleSpinBoxFillDist") << QByteArray("decimals") << QVariant(3);
+    QTest::newRow("doubleSpinBoxFillAngle") << QByteArray("minimum") << QVariant(-360.0);
+    QTest::newRow("doubleSpinBoxFillAngle") << QByteArray("maximum") << QVariant(360.0);
+    QTest::newRow("doubleSpinBoxFillOffset") << QByteArray("decimals") << QVariant(3);
+    QTest::newRow("doubleSpinBoxFillOffset") << QByteArray("maximum") << QVariant(360.0);
+    QTest::newRow("unitFillDist") << QByteArray("text") << QVariant(QStringLiteral("mm"));
+    QTest::newRow("unitFillAngle") << QByteArray("text") << QVariant(QStringLiteral("°"));
+    QTest::newRow("unitFillOffset") << QByteArray("text") << QVariant(QStringLiteral("mm"));
+}
+
+void FillParamSetTest::widgets_have_their_limits() {
+    QFETCH(QByteArray, property);
     FillParamSet dialog({}, false, false, false);
-    QCOMPARE(part<QDoubleSpinBox>(dialog, "doubleSpinBoxFillDist")->decimals(), 3);
-    const auto* angle = part<QDoubleSpinBox>(dialog, "doubleSpinBoxFillAngle");
-    QCOMPARE(angle->minimum(), -360.0);
-    QCOMPARE(angle->maximum(), 360.0);
-    const auto* offset = part<QDoubleSpinBox>(dialog, "doubleSpinBoxFillOffset");
-    QCOMPARE(offset->decimals(), 3);
-    QCOMPARE(offset->maximum(), 360.0);
-    const auto* layer = part<QComboBox>(dialog, "comboBoxFillLayer");
-    QCOMPARE(layer->count(), 20);
-    QCOMPARE(layer->itemText(0), QStringLiteral("1"));
-    QCOMPARE(layer->itemText(19), QStringLiteral("20"));
-    const auto* type = part<QComboBox>(dialog, "comboBoxFillType");
-    QStringList types;
-    for (int i = 0; i < type->count(); ++i)
-        types.append(type->itemText(i));
-    QCOMPARE(types, QStringList({"单向填充", "来回填充", "整体弓形", "分段弓形", "回形填充"}));
+    QTEST(part<QWidget>(dialog, QTest::currentDataTag())->property(property.constData()), "limit");
+}
+
+void FillParamSetTest::a_fill_shows_its_defaults_data() {
+    QTest::addColumn<QByteArray>("property");
+    QTest::addColumn<QVariant>("delivered");
+    QTest::newRow("checkBoxEnableFill") << QByteArray("checked") << QVariant(false);
+    QTest::newRow("doubleSpinBoxFillDist") << QByteArray("value") << QVariant(0.1);
+    QTest::newRow("doubleSpinBoxFillAngle") << QByteArray("value") << QVariant(0.0);
+    QTest::newRow("comboBoxFillLayer") << QByteArray("currentIndex") << QVariant(0);
+    QTest::newRow("doubleSpinBoxFillOffset") << QByteArray("value") << QVariant(0.0);
+    QTest::newRow("spinBoxEdgeCnt") << QByteArray("value") << QVariant(0);
+    QTest::newRow("comboBoxFillType") << QByteArray("currentIndex") << QVariant(0);
+}
+
+void FillParamSetTest::a_fill_shows_its_defaults() {
+    QFETCH(QByteArray, property);
+    FillParam other = fillOf(0.2, 7);
+    other.FillAngle = 30.0;
+    other.FillOffset = 0.5;
+    other.EdgeCnt = 2;
+    other.FillType = 3;
+    FillParamSet dialog({other}, false, false, false);
+    const auto* widget = part<QWidget>(dialog, QTest::currentDataTag());
+    for (int i : {2, 3}) {
+        part<QRadioButton>(dialog, "radioButtonFill1")->setChecked(true);
+        QFETCH(QVariant, delivered);
+        QVERIFY(widget->property(property.constData()) != delivered);
+        part<QRadioButton>(dialog, qPrintable(QStringLiteral("radioButtonFill%1").arg(i)))->setChecked(true);
+        QCOMPARE(widget->property(property.constData()), delivered);
+    }
+}
+
+void FillParamSetTest::combo_boxes_have_their_entries_data() {
+    QTest::addColumn<QStringList>("entries");
+    QStringList pens;
+    for (int i = 1; i <= 20; ++i)
+        pens.append(QString::number(i));
+    QTest::newRow("comboBoxFillLayer") << pens;
+    QTest::newRow("comboBoxFillType") << QStringList{"单向填充", "来回填充", "整体弓形", "分段弓形", "回形填充"};
+}
+
+void FillParamSetTest::combo_boxes_have_their_entries() {
+    FillParamSet dialog({}, false, false, false);
+    const auto* box = part<QComboBox>(dialog, QTest::currentDataTag());
+    QStringList shown;
+    for (int i = 0; i < box->count(); ++i)
+        shown.append(box->itemText(i));
+    QTEST(shown, "entries");
 }
 
 void FillParamSetTest::five_fills_come_back_as_three() {

@@ -3,6 +3,7 @@
 #include "engine/imodbuslaser.h"
 #include "engine/languagemanager.h"
 #include "engine/markingmparam_vz.h"
+#include "engine/showdebuginfo.h"
 #include "engine/systemparam.h"
 #include "tests/editing/editingfixture.h"
 #include "tests/editing/penboxes.h"
@@ -11,6 +12,7 @@
 #include <QColorDialog>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -68,6 +70,7 @@ private slots:
     void a_pen_on_defaults_shows_them_and_keeps_its_own_values();
     void switching_defaults_off_shows_and_applies_the_pens_own_values();
     void switching_defaults_on_applies_what_is_shown();
+    void defaults_and_own_values_are_shown_by_the_rules_of_the_duty();
     void loading_a_pen_applies_nothing();
     void set_default_stores_the_pen_as_the_default();
     void rows_follow_the_laser_type_data();
@@ -76,7 +79,7 @@ private slots:
     void a_serial_laser_that_derives_pulses_locks_their_boxes();
     void without_a_document_nothing_happens();
     void a_closed_document_is_let_go();
-    void update_layer_data_shows_the_pen_again();
+    void update_layer_data_shows_the_pen_again_and_tells_the_debug_log();
     void the_wheel_turns_no_parameter_that_is_not_in_use();
     void at_its_own_height_nothing_is_scrolled();
 
@@ -333,6 +336,27 @@ void MarkLayerParamFormTest::switching_defaults_on_applies_what_is_shown() {
     QVERIFY(!group()->isEnabled());
 }
 
+/// Fibre lasers show half whoever the value comes from; percent of the others end at 100.
+void MarkLayerParamFormTest::defaults_and_own_values_are_shown_by_the_rules_of_the_duty() {
+    LayerData defaults;
+    defaults.PWM = 250.0;
+    LayerData::SetDefaultLatyerData(defaults);
+    for (auto const& [type, own, shared] : {std::tuple{MarkCardFilber, 50.0, 50.0}, {MarkCardYAG, 30.0, 100.0}}) {
+        MarkingMParam_VZ::Instance()->SetMarkCardType(type);
+        setPen(0, [](LayerData& pen) {
+            pen.PWM = 30.0;
+            pen.UseDefault = false;
+        });
+        form->ResetUI();
+        form->ResetLayerData();
+        QCOMPARE(box("doubleSpinBoxPWM")->value(), own);
+        useDefault()->click();
+        QCOMPARE(box("doubleSpinBoxPWM")->value(), shared);
+        QCOMPARE(document->pen(0).PWM, shared);
+        useDefault()->click();
+    }
+}
+
 void MarkLayerParamFormTest::loading_a_pen_applies_nothing() {
     for (int i = 0; i < 20; ++i)
         setPen(i, [&](LayerData& pen) {
@@ -467,11 +491,22 @@ void MarkLayerParamFormTest::a_closed_document_is_let_go() {
     QVERIFY(logTexts("operator").isEmpty());
 }
 
-void MarkLayerParamFormTest::update_layer_data_shows_the_pen_again() {
+void MarkLayerParamFormTest::update_layer_data_shows_the_pen_again_and_tells_the_debug_log() {
+    ShowDebugInfo::Instance();
+    const auto windows = QApplication::topLevelWidgets();
+    const auto debug = std::find_if(windows.begin(), windows.end(), [](QWidget const* window) {
+        return window->objectName() == QLatin1String("ShowDebugInfo");
+    });
+    QVERIFY(debug != windows.end());
+    // Lines come through the event loop; those of the tests before are let in first.
+    QCoreApplication::processEvents();
+    auto* lines = part<QPlainTextEdit>(**debug, "plainTextEditDebug");
+    lines->clear();
     setPen(0, [](LayerData& pen) { pen.MarkSpeed = 88.0; });
     QVERIFY(box("doubleSpinBoxMarkSpeed")->value() != 88.0);
     form->UpdateLayerData();
     QCOMPARE(box("doubleSpinBoxMarkSpeed")->value(), 88.0);
+    QTRY_COMPARE(lines->toPlainText(), QStringLiteral("Trigger"));
 }
 
 void MarkLayerParamFormTest::the_wheel_turns_no_parameter_that_is_not_in_use() {

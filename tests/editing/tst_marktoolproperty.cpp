@@ -52,6 +52,8 @@ private slots:
     void the_log_names_all_selected_objects();
     void width_without_a_value_takes_the_angle_mark_back();
     void apply_scales_both_sizes_in_one_step();
+    void apply_with_a_size_of_0_changes_nothing();
+    void apply_leaves_an_axis_without_extent();
     void centre_moves_to_the_middle_of_the_field();
     void a_move_distance_sets_the_steps_data();
     void a_move_distance_sets_the_steps();
@@ -323,6 +325,39 @@ void MarkToolPropertyTest::apply_scales_both_sizes_in_one_step() {
     QCOMPARE(real().width, 50.0);
     QCOMPARE(real().height, 60.0);
     QCOMPARE(undoSteps(), before + 1);
+}
+
+void MarkToolPropertyTest::apply_with_a_size_of_0_changes_nothing() {
+    for (int index : {2, 3}) {
+        {
+            const QSignalBlocker block(box(index));
+            box(index)->setValue(0.0);
+        }
+        part<QPushButton>(*panel, "pushButtonApply")->click();
+        QCOMPARE(real().width, 20.0);
+        QCOMPARE(real().height, 10.0);
+        panel->SelectObjChange();
+    }
+}
+
+void MarkToolPropertyTest::apply_leaves_an_axis_without_extent() {
+    QVERIFY(document->root.write(QStringLiteral("/line.svg"),
+                                 "<svg xmlns='http://www.w3.org/2000/svg' width='100mm' height='100mm' "
+                                 "viewBox='0 0 100 100'><line x1='10' y1='20' x2='40' y2='20' stroke='black'/></svg>"));
+    QString error;
+    QVERIFY2(document->view.ImportVectorFile(document->root.path(QStringLiteral("/line.svg")), error),
+             qPrintable(error));
+    const Place before = real();
+    QCOMPARE(before.width, 30.0);
+    QCOMPARE(before.height, 0.0);
+    {
+        const QSignalBlocker block(box(2));
+        box(2)->setValue(60.0);
+    }
+    part<QPushButton>(*panel, "pushButtonApply")->click();
+    QCOMPARE(real().width, 60.0);
+    QCOMPARE(real().height, 0.0);
+    QVERIFY(EqualPos(real().x, before.x) && EqualPos(real().y, before.y));
 }
 
 void MarkToolPropertyTest::centre_moves_to_the_middle_of_the_field() {

@@ -18,6 +18,8 @@ private slots:
     void the_duty_row_takes_microseconds();
     void a_pulse_is_not_longer_than_the_period_data();
     void a_pulse_is_not_longer_than_the_period();
+    void the_frequency_that_limits_the_pulse_is_the_one_shown_and_stored();
+    void a_frequency_of_0_stores_a_thousandth_as_the_pulse();
     void long_pulses_are_shown_as_they_are();
 
 private:
@@ -66,6 +68,33 @@ void PulseWidthTest::a_pulse_is_not_longer_than_the_period() {
     QTEST(document->pen(0).PWM, "stored");
     QCOMPARE(document->pen(0).Fre, frequency);
     QCOMPARE(part<QDoubleSpinBox>(*form, "doubleSpinBoxFre")->value(), frequency);
+}
+
+/// The pen's own frequency has room for the pulse; the one typed has not.
+void PulseWidthTest::the_frequency_that_limits_the_pulse_is_the_one_shown_and_stored() {
+    MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardSPI);
+    LayerData* pen = nullptr;
+    document->view.GetLayerParams()->GetLayerData(0, pen);
+    pen->Fre = 1.0;
+    form->ResetUI();
+    form->ResetLayerData();
+    part<QDoubleSpinBox>(*form, "doubleSpinBoxFre")->setValue(12.5);
+    part<QDoubleSpinBox>(*form, "doubleSpinBoxPWM")->setValue(200.0);
+    part<QPushButton>(*form, "pushButtonApply")->click();
+    QCOMPARE(document->pen(0).Fre, 12.5);
+    QCOMPARE(document->pen(0).PWM, 80.0);
+}
+
+void PulseWidthTest::a_frequency_of_0_stores_a_thousandth_as_the_pulse() {
+    for (MarkCardType type : {MarkCardSPI, MarkCardYLR}) {
+        MarkingMParam_VZ::Instance()->SetMarkCardType(type);
+        form->ResetUI();
+        part<QDoubleSpinBox>(*form, "doubleSpinBoxFre")->setValue(0.0);
+        part<QDoubleSpinBox>(*form, "doubleSpinBoxPWM")->setValue(200.0);
+        part<QPushButton>(*form, "pushButtonApply")->click();
+        QCOMPARE(document->pen(0).Fre, 0.0);
+        QCOMPARE(document->pen(0).PWM, 0.001);
+    }
 }
 
 void PulseWidthTest::long_pulses_are_shown_as_they_are() {
