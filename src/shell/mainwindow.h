@@ -7,7 +7,6 @@
 #include "shell/alarmmask.h"
 #include "shell/inputedges.h"
 #include "shell/keyeventhandlethread.h"
-#include "shell/laserwatch.h"
 
 #include <QFile>
 #include <QMainWindow>
@@ -127,7 +126,6 @@ public:
     void StopRunAfter(int ms);
     /// Edge of a named input function in this sample. Ask once a poll at most: each answer moves the state.
     tessera::InputEdge IsAccess(QString const& name, unsigned int input);
-    void SetLaserWatch(tessera::LaserWatch const& watch) { m_LaserWatch = watch; }
     /// Beat of the input poll: emits TimerUpDate. Any thread.
     void timerUpDate();
 
@@ -337,7 +335,6 @@ private:
 
     tessera::AlarmMask m_Alarms;
     tessera::InputEdges m_Edges;
-    tessera::LaserWatch m_LaserWatch;
     std::unique_ptr<tessera::DelayedStop> m_pDelayedStop;
     QPointer<QWidget> m_pCustomWindow;
     int m_nTimerId = -1;

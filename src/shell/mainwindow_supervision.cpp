@@ -12,9 +12,11 @@
 #include "engine/qrulerview.h"
 #include "engine/rundatagather.h"
 #include "engine/systemparam.h"
+#include "iosetup/laseralarmpara.h"
 #include "laser/runlaserstart.h"
 #include "shell/alarmctrl.h"
 #include "shell/delayedstop.h"
+#include "shell/laserfinding.h"
 #include "shell/safetycheck.h"
 
 #include <QLabel>
@@ -56,9 +58,10 @@ void MainWindow::CheckInput(unsigned int input) {
 }
 
 void MainWindow::CheckLaserAlarm() {
-    const bool watched = m_LaserWatch.enabled && m_LaserWatch.detect && m_LaserWatch.enabled();
+    LaserAlarmPara* para = LaserAlarmPara::Instance();
+    const bool watched = para->m_EnableLaserAlarm;
     bool alarmed = false;
-    const QString text = watched ? m_LaserWatch.detect(alarmed) : QString();
+    const QString text = watched ? para->DetectAlarm(alarmed) : QString();
     emit LaserAlarm(alarmed, text);
     RunDataGather* runData = RunDataGather::Instance();
     const tessera::LaserFinding finding = tessera::FindLaserAlarm(watched, alarmed, runData->GetRunStatus());

@@ -6,6 +6,7 @@
 #include "engine/markcardinstance.h"
 #include "engine/markingmparam_vz.h"
 #include "engine/rundatagather.h"
+#include "iosetup/laseralarmpara.h"
 #include "laser/runlaserstart.h"
 #include "tests/shell/windowcase.h"
 
@@ -52,6 +53,7 @@ protected:
         GlassParam::Instance()->SetSafeTrigerType(SafeTrigerStop);
         MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardFilber);
         RunLaserStart::Instance()->nFiberAlarm = 0;
+        LaserAlarmPara::Instance()->m_EnableLaserAlarm = false;
         RunDataGather::Instance()->SetRunStatus(RunStatusNormal);
         QVector<IOFuncList> functions;
         for (int i = 0; i < InputCount; ++i) {
@@ -83,6 +85,15 @@ protected:
         const bool seen = waitFor([&polls] { return polls >= 2; });
         QObject::disconnect(connection);
         return seen;
+    }
+    /// The fault lines of a laser that tells its faults in two bits, active high.
+    static constexpr unsigned int kLaserHot = 3U << 22;
+    static constexpr unsigned int kLaserDiode = 2U << 22;
+    static void watchLaser() {
+        LaserAlarmPara* para = LaserAlarmPara::Instance();
+        para->m_EnableLaserAlarm = true;
+        para->m_LaserType = 5;
+        para->m_CheckNeg = true;
     }
     /// A level that lasts until the poll has seen it.
     bool hold(Input input, bool on = true) {

@@ -49,6 +49,7 @@ private slots:
 
     void without_response_to_inputs_the_laser_is_watched_alone();
     void the_laser_watch_sets_run_status_and_indicator();
+    void a_custom_laser_alarm_is_not_latched_by_the_poll();
     void switching_the_laser_watch_off_takes_the_alarm_back();
     void the_fibre_alarm_is_raised_once();
     void the_fibre_alarm_needs_its_option_and_its_laser_data();
@@ -427,60 +428,67 @@ void SupervisionTest::with_a_closed_card_the_alarms_stay_as_they_were() {
 void SupervisionTest::without_response_to_inputs_the_laser_is_watched_alone() {
     SystemParam::Instance()->m_nResponseIO = 0;
     QVERIFY(startWithDialog());
-    std::atomic<int> looks{0};
-    window().SetLaserWatch({[] { return true; },
-                            [&looks](bool& alarm) {
-                                alarm = true;
-                                ++looks;
-                                return QStringLiteral("PD报警");
-                            }});
+    watchLaser();
     machine().setInputs(0xFFFFFFFFU);
     QVERIFY(polled());
-    QVERIFY(looks > 0);
     QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
     QCOMPARE(indicator("alarmLaser"), QStringLiteral("red"));
     QCOMPARE(window().GetSafeAlarm(), 0U);
     QVERIFY(!dialog().IsRunning());
-    window().SetLaserWatch({});
 }
 
 void SupervisionTest::the_laser_watch_sets_run_status_and_indicator() {
     QVERIFY(startWithDialog());
-    bool alarmed = true;
-    bool entered = true;
-    window().SetLaserWatch({[] { return true; },
-                            [&](bool& alarm) {
-                                entered = alarm;
-                                alarm = alarmed;
-                                return alarmed ? QStringLiteral("温度超标") : QString();
-                            }});
+    watchLaser();
     QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
+    auto const* text = m_Window->child<AlarmCtrl>("alarmLaser")->findChild<QLabel*>(QStringLiteral("labelText"));
+    machine().setInputs(kLaserHot);
     QVERIFY(polled());
-    QVERIFY(!entered);
     QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
     QCOMPARE(spy.last(), (QVariantList{true, QStringLiteral("温度超标")}));
-    auto const* text = m_Window->child<AlarmCtrl>("alarmLaser")->findChild<QLabel*>(QStringLiteral("labelText"));
     QCOMPARE(text->text(), QStringLiteral("激光器报警"));
+    QCOMPARE(indicator("alarmLaser"), QStringLiteral("red"));
+    machine().setInputs(kLaserDiode);
+    QVERIFY(polled());
+    QCOMPARE(spy.last(), (QVariantList{true, QStringLiteral("PD报警")}));
     QCOMPARE(window().GetSafeAlarm(), 0U);
-    alarmed = false;
+    machine().setInputs(0);
     QVERIFY(polled());
     QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
     QCOMPARE(spy.last(), (QVariantList{false, QString()}));
     QCOMPARE(text->text(), QStringLiteral("激光器正常"));
     QCOMPARE(indicator("alarmLaser"), QStringLiteral("green"));
-    QCOMPARE(machineCalls("VZ_OutputError"), 0);
-    window().SetLaserWatch({});
+}
+
+void SupervisionTest::a_custom_laser_alarm_is_not_latched_by_the_poll() {
+    QVERIFY(startWithDialog());
+    watchLaser();
+    LaserAlarmPara* para = LaserAlarmPara::Instance();
+    para->m_LaserType = 0;
+    para->m_CheckIn[0] = para->m_CheckMask[0] = true;
+    machine().setInputs(1U << 22);
+    QVERIFY(polled());
+    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
+    machine().setInputs(0);
+    QVERIFY(polled());
+    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
+    para->m_CheckIn[0] = para->m_CheckMask[0] = false;
 }
 
 void SupervisionTest::switching_the_laser_watch_off_takes_the_alarm_back() {
     QVERIFY(startWithDialog());
-    window().SetLaserWatch({[] { return false; }, [](bool&) { return QString(); }});
+    watchLaser();
+    machine().setInputs(kLaserHot);
+    QVERIFY(polled());
+    QVERIFY(machine().state().errorOutput);
+    LaserAlarmPara::Instance()->m_EnableLaserAlarm = false;
+    machine().clearJournal();
     QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
-    RunDataGather::Instance()->SetRunStatus(RunStatusLaserAlarm);
     QVERIFY(polled());
     QVERIFY(polled());
     QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
     COMPARE_JOURNAL(only(machineJournal(), {QStringLiteral("VZ_OutputError")}), {call("VZ_OutputError", 0)});
+    QVERIFY(!machine().state().errorOutput);
     QCOMPARE(spy.last(), (QVariantList{false, QString()}));
 }
 

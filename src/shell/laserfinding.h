@@ -3,17 +3,7 @@
 
 #include "engine/marktypes.h"
 
-#include <QString>
-#include <functional>
-
 namespace tessera {
-
-/// What the supervision asks about the laser's fault lines in every poll. A function that is not given counts as
-/// switched off. Main thread.
-struct LaserWatch {
-    std::function<bool()> enabled;              ///< the laser's fault lines are watched
-    std::function<QString(bool& alarm)> detect; ///< reads them; `alarm` is false on entry
-};
 
 /// What follows from a look at the fault lines.
 struct LaserFinding {
