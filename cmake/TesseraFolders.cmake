@@ -211,7 +211,8 @@ function(tessera_register_test name timeout)
     file(MAKE_DIRECTORY "${home}/runtime")
     file(CHMOD "${home}/runtime" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
     if(TESSERA_SANITIZE MATCHES "address")
-        list(APPEND environment "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1"
+        set(foreign "${PROJECT_SOURCE_DIR}/tests/support/asan.supp")
+        list(APPEND environment "ASAN_OPTIONS=detect_leaks=1:detect_stack_use_after_return=1:strict_string_checks=1:suppressions=${foreign}"
                                 "UBSAN_OPTIONS=print_stacktrace=1"
                                 "LSAN_OPTIONS=print_suppressions=0:suppressions=${suppressions}")
     elseif(TESSERA_SANITIZE MATCHES "thread")

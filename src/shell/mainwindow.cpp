@@ -25,7 +25,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QGuiApplication>
-#include <QNetworkAccessManager>
 #include <QScreen>
 
 namespace {

@@ -27,7 +27,6 @@ class LeftPanel;
 class MarkLayerParamForm;
 class MarkToolProperty;
 class QLabel;
-class QNetworkAccessManager;
 class QResizeEvent;
 class QRulerView;
 class RightPanel;
@@ -347,7 +346,6 @@ private:
     bool m_bFullUI = false;
     bool m_bSaveRecent = true;
     std::mutex m_MarkWndLock;
-    QNetworkAccessManager* m_pNetManager = nullptr;
     QLabel* m_pCardStateLabel = nullptr;
     RightPanel* m_pRightPanel = nullptr;
     LeftPanel* m_pLeftPanel = nullptr;

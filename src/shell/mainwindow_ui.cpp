@@ -26,7 +26,6 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QLabel>
-#include <QNetworkAccessManager>
 #include <QResizeEvent>
 
 namespace {
@@ -149,7 +148,6 @@ void MainWindow::BuildLabels() {
     m_pSoftVersionLabel = new QLabel(this);
     m_pCardVersionLabel = new QLabel(this);
     m_pCardStatusLabel = new QLabel(this);
-    m_pNetManager = new QNetworkAccessManager(this);
     m_RedPixmap = tessera::LampPixmap("red");
     m_GreenPixmap = tessera::LampPixmap("green");
     m_YellowPixmap = tessera::LampPixmap("yellow");

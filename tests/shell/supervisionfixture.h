@@ -11,6 +11,7 @@
 #include "tests/shell/windowcase.h"
 
 #include <QPushButton>
+#include <memory>
 
 namespace tests {
 
@@ -79,10 +80,11 @@ protected:
     Form_Marking& dialog() { return *Form_Marking::Instance(); }
     /// The poll has looked at the inputs at least once since the call.
     bool polled() {
-        int polls = 0;
+        // shared: a queued call may still come after the connection is gone
+        const auto polls = std::make_shared<int>(0);
         const auto connection = QObject::connect(
-            &window(), &MainWindow::TimerUpDate, &window(), [&polls] { ++polls; }, Qt::QueuedConnection);
-        const bool seen = waitFor([&polls] { return polls >= 2; });
+            &window(), &MainWindow::TimerUpDate, &window(), [polls] { ++*polls; }, Qt::QueuedConnection);
+        const bool seen = waitFor([&polls] { return *polls >= 2; });
         QObject::disconnect(connection);
         return seen;
     }
