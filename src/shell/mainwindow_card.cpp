@@ -12,7 +12,6 @@
 #include "engine/vzmarkcard.h"
 #include "engine/vzmovecard.h"
 #include "engine/waitaxisstop.h"
-#include "iosetup/iosetting.h"
 #include "iosetup/laseralarmpara.h"
 #include "shell/homingplan.h"
 #include "shell/statuseview.h"
@@ -75,7 +74,6 @@ void MainWindow::ApplyIOState() {
     SetUIChangeDoc(nullptr);
     IOOutputSet::Instance()->SetYellow(MarkCardInstance::Instance());
     UpdateIOSetting();
-    connect(IOSetting::Instance(this), &IOSetting::UpdateValues, this, &MainWindow::UpdateIOSetting);
     LaserAlarmPara::Instance()->ReadPara();
     connect(this, &MainWindow::LaserAlarm, this, &MainWindow::on_LaserAlarm);
     connect(this, &MainWindow::SetSystemUI, this, &MainWindow::onSetSystemUI);
