@@ -8,6 +8,7 @@
 #include "engine/rundatagather.h"
 #include "iosetup/laseralarmpara.h"
 #include "laser/runlaserstart.h"
+#include "shell/alarmctrl.h"
 #include "tests/shell/windowcase.h"
 
 #include <QPushButton>
@@ -141,6 +142,12 @@ protected:
                    {call("StopMark"), call("SetMarkStaus", 2), call("StopMark")})
                    .ok &&
                machineCalls("StopMark") == 2;
+    }
+    /// Colour of an indicator of the status bar: "red" or "green".
+    QString indicator(char const* name) {
+        auto const* label = m_Window->child<AlarmCtrl>(name)->findChild<QLabel*>(QStringLiteral("labelImg"));
+        const QColor colour = label->pixmap(Qt::ReturnByValue).toImage().pixelColor(8, 8);
+        return colour.red() > colour.green() ? QStringLiteral("red") : QStringLiteral("green");
     }
     QStringList statusLines() {
         QStringList lines;

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "laser/runlaserstart.h"
-#include "shell/alarmctrl.h"
-#include "shell/delayedstop.h"
 #include "tests/shell/supervisionfixture.h"
 
-#include <QElapsedTimer>
-#include <QSignalSpy>
 #include <random>
-#include <thread>
 
 using namespace tests;
 
-/// From the inputs of the machine through the poll to the job, the alarms, the lamps and the indicators.
+/// The safety inputs through the poll to the job, the alarms, the lamps and the indicators.
 class SupervisionTest : public QObject, private SupervisionCase {
     Q_OBJECT
 
@@ -20,21 +14,7 @@ private slots:
     void init();
     void cleanup();
 
-    void a_run_edge_without_a_dialog_only_opens_it();
-    void a_run_edge_starts_the_job_and_a_second_one_changes_nothing();
-    void a_run_edge_with_an_alarm_lists_the_alarms_and_starts_nothing();
-    void a_stop_edge_stops_the_job();
-    void a_pause_edge_pauses_and_a_run_edge_resumes();
-    void a_preview_edge_opens_the_dialog_and_then_previews();
-    void stop_and_run_in_one_poll_stop_and_the_run_comes_with_the_next();
-    void a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost();
     void a_broken_wire_triggers_a_function_that_is_active_low();
-    void a_delayed_stop_comes_after_its_time();
-    void a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread();
-    void every_delayed_stop_comes();
-    void a_delayed_stop_that_waits_holds_up_nothing_at_the_end();
-    void stop_with_delay_stops_from_another_thread();
-
     void a_safety_input_stops_the_job_and_blocks_the_next_data();
     void a_safety_input_stops_the_job_and_blocks_the_next();
     void the_lamp_turns_red_again_behind_the_end_of_the_run();
@@ -46,15 +26,6 @@ private slots:
     void an_alarm_whose_function_is_switched_off_goes_with_the_next_poll();
     void an_input_that_is_active_at_the_start_gives_no_alarm_until_it_changes();
     void with_a_closed_card_the_alarms_stay_as_they_were();
-
-    void without_response_to_inputs_the_laser_is_watched_alone();
-    void the_laser_watch_sets_run_status_and_indicator();
-    void a_custom_laser_alarm_is_not_latched_by_the_poll();
-    void switching_the_laser_watch_off_takes_the_alarm_back();
-    void the_fibre_alarm_is_raised_once();
-    void the_fibre_alarm_needs_its_option_and_its_laser_data();
-    void the_fibre_alarm_needs_its_option_and_its_laser();
-    void the_active_document_is_told_to_the_run_data();
     void alarms_that_come_and_go_are_logged();
     void in_a_storm_of_inputs_alarms_lamp_and_job_stay_in_step();
 
@@ -68,11 +39,6 @@ private:
                 all += QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
         }
         return all;
-    }
-    QString indicator(char const* name) {
-        auto const* label = m_Window->child<AlarmCtrl>(name)->findChild<QLabel*>(QStringLiteral("labelImg"));
-        const QColor colour = label->pixmap(Qt::ReturnByValue).toImage().pixelColor(8, 8);
-        return colour.red() > colour.green() ? QStringLiteral("red") : QStringLiteral("green");
     }
 };
 
@@ -88,106 +54,6 @@ void SupervisionTest::cleanup() {
     endSupervision();
 }
 
-void SupervisionTest::a_run_edge_without_a_dialog_only_opens_it() {
-    start();
-    m_Window->newDocument();
-    QVERIFY(polled());
-    QVERIFY(pulse(InRun));
-    QCOMPARE(window().MarkWindowIsVisible(), 1);
-    QVERIFY(!dialog().IsRunning());
-    QVERIFY(pulse(InRun));
-    QTRY_COMPARE(machine().state().jobs > 0, true);
-}
-
-void SupervisionTest::a_run_edge_starts_the_job_and_a_second_one_changes_nothing() {
-    QVERIFY(startWithDialog());
-    machine().setSpeed(kSlowJob);
-    QVERIFY(hold(InRun));
-    QTRY_VERIFY(isRunning());
-    QCOMPARE(machine().state().type, 0);
-    QTRY_VERIFY(light(false, true, false));
-    QVERIFY(hold(InRun, false));
-    QVERIFY(hold(InRun));
-    QVERIFY(isRunning());
-    QCOMPARE(machineCalls("PauseMark"), 0);
-    QCOMPARE(machineCalls("StopMark"), 0);
-}
-
-void SupervisionTest::a_run_edge_with_an_alarm_lists_the_alarms_and_starts_nothing() {
-    QVERIFY(startWithDialog());
-    QVERIFY(hold(InDoor3));
-    QVERIFY(hold(InChiller));
-    QVERIFY(statusLines().isEmpty());
-    QVERIFY(pulse(InRun));
-    QVERIFY(!dialog().IsRunning());
-    QCOMPARE(statusLines(), (QStringList{QStringLiteral("安全门3报警"), QStringLiteral("水冷机报警")}));
-}
-
-void SupervisionTest::a_stop_edge_stops_the_job() {
-    QVERIFY(startWithJob());
-    QVERIFY(hold(InStop));
-    QVERIFY(stoppedOnce());
-    QTRY_VERIFY(hasEnded());
-    QVERIFY(light(false, false, true));
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-}
-
-void SupervisionTest::a_pause_edge_pauses_and_a_run_edge_resumes() {
-    QVERIFY(startWithJob());
-    QVERIFY(hold(InPause));
-    QTRY_VERIFY(isPaused());
-    QTRY_VERIFY(light(false, true, true));
-    QVERIFY(hold(InPause, false));
-    QVERIFY(isPaused());
-    QVERIFY(hold(InRun));
-    QTRY_VERIFY(isRunning());
-    COMPARE_JOURNAL(only(machineJournal(), {QStringLiteral("PauseMark"), QStringLiteral("RestartMark")}),
-                    {call("PauseMark"), call("RestartMark")});
-}
-
-void SupervisionTest::a_preview_edge_opens_the_dialog_and_then_previews() {
-    start();
-    m_Window->newDocument();
-    QVERIFY(polled());
-    machine().setSpeed(0.0);
-    const auto before = machine().state().jobs;
-    QVERIFY(pulse(InPreview));
-    QCOMPARE(window().MarkWindowIsVisible(), 1);
-    QCOMPARE(machine().state().jobs, before);
-    QVERIFY(pulse(InPreview));
-    QTRY_COMPARE(machine().state().jobs, before + 1);
-    QCOMPARE(machine().state().type, 1);
-}
-
-/// Without a shown window nothing beats but what the test gives, so each poll can be looked at by itself.
-void SupervisionTest::stop_and_run_in_one_poll_stop_and_the_run_comes_with_the_next() {
-    start(false);
-    m_Window->newDocument();
-    window().ShowNormalMarkWindow();
-    machine().setSpeed(kSlowJob);
-    window().timerUpDate();
-    machine().setInputs((1U << InStop) | (1U << InRun));
-    window().timerUpDate();
-    QVERIFY(!dialog().IsRunning());
-    QCOMPARE(function(InStop).LastInput, 1U << InStop);
-    QCOMPARE(function(InRun).LastInput, 0U);
-    window().timerUpDate();
-    QVERIFY(dialog().IsRunning());
-    QTRY_VERIFY(isRunning());
-}
-
-void SupervisionTest::a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost() {
-    start(false);
-    m_Window->newDocument();
-    window().ShowNormalMarkWindow();
-    window().timerUpDate();
-    machine().setInputs((1U << InStop) | (1U << InRun));
-    window().timerUpDate();
-    machine().setInputs(0);
-    window().timerUpDate();
-    QVERIFY(!dialog().IsRunning());
-}
-
 void SupervisionTest::a_broken_wire_triggers_a_function_that_is_active_low() {
     function(InDoor1).InputValue = 0;
     machine().setInput(InDoor1, true);
@@ -196,79 +62,6 @@ void SupervisionTest::a_broken_wire_triggers_a_function_that_is_active_low() {
     QVERIFY(hold(InDoor1, false));
     QVERIFY(stoppedOnce());
     QCOMPARE(window().GetSafeAlarm(), 2U);
-}
-
-void SupervisionTest::a_delayed_stop_comes_after_its_time() {
-    function(InStop).DelayEnable = true;
-    function(InStop).DelayTime = 150;
-    QVERIFY(startWithJob());
-    QElapsedTimer time;
-    time.start();
-    machine().setInput(InStop, true);
-    QTRY_COMPARE(machineCalls("StopMark"), 2);
-    QVERIFY2(time.elapsed() >= 150, qPrintable(QString::number(time.elapsed())));
-    QVERIFY(stoppedOnce());
-    QTRY_VERIFY(hasEnded());
-}
-
-void SupervisionTest::a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread() {
-    function(InStop).DelayEnable = true;
-    function(InStop).DelayTime = 200;
-    start(false);
-    m_Window->newDocument();
-    window().ShowNormalMarkWindow();
-    dialog().SetRunSelection(1, true);
-    window().timerUpDate();
-    machine().setInputs(1U << InStop);
-    window().timerUpDate();
-    machine().setInputs(1U << InPreview);
-    const auto before = machine().state().jobs;
-    window().timerUpDate();
-    QVERIFY(machine().state().jobs > before);
-    QVERIFY(!dialog().IsRunning());
-    QVERIFY(machineCalls("StopMark") >= 2);
-}
-
-void SupervisionTest::every_delayed_stop_comes() {
-    std::atomic<int> stops{0};
-    tessera::DelayedStop delayed([&stops] { ++stops; });
-    QElapsedTimer time;
-    time.start();
-    for (int ms : {120, 40, 80, 0, -5})
-        delayed.Order(ms);
-    QVERIFY(waitFor([&stops] { return stops == 5; }));
-    QVERIFY2(time.elapsed() >= 120, qPrintable(QString::number(time.elapsed())));
-}
-
-void SupervisionTest::a_delayed_stop_that_waits_holds_up_nothing_at_the_end() {
-    std::atomic<int> stops{0};
-    std::atomic<bool> back{false};
-    auto delayed = std::make_unique<tessera::DelayedStop>([&stops] { ++stops; });
-    delayed->Order(3'600'000);
-    std::atomic<bool> waiting{false};
-    std::thread other([&] {
-        waiting = true;
-        delayed->StopAfter(3'600'000);
-        back = true;
-    });
-    QVERIFY(waitFor([&waiting] { return waiting.load(); }));
-    delayed->Order(0);
-    QVERIFY(waitFor([&stops] { return stops == 1; }));
-    delayed.reset();
-    other.join();
-    QVERIFY(back);
-    QCOMPARE(stops.load(), 1);
-}
-
-void SupervisionTest::stop_with_delay_stops_from_another_thread() {
-    QVERIFY(startWithJob());
-    std::thread other([] { StopWithDelay(20); });
-    other.join();
-    QVERIFY(stoppedOnce());
-    QTRY_VERIFY(hasEnded());
-    std::thread nobody([] { StopWithDelay1(0); });
-    nobody.join();
-    QVERIFY(stoppedOnce());
 }
 
 void SupervisionTest::a_safety_input_stops_the_job_and_blocks_the_next_data() {
@@ -423,119 +216,6 @@ void SupervisionTest::with_a_closed_card_the_alarms_stay_as_they_were() {
     MarkCardInstance::Instance()->OpenCard();
     QVERIFY(polled());
     QCOMPARE(window().GetSafeAlarm(), 4U);
-}
-
-void SupervisionTest::without_response_to_inputs_the_laser_is_watched_alone() {
-    SystemParam::Instance()->m_nResponseIO = 0;
-    QVERIFY(startWithDialog());
-    watchLaser();
-    machine().setInputs(0xFFFFFFFFU);
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
-    QCOMPARE(indicator("alarmLaser"), QStringLiteral("red"));
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-    QVERIFY(!dialog().IsRunning());
-}
-
-void SupervisionTest::the_laser_watch_sets_run_status_and_indicator() {
-    QVERIFY(startWithDialog());
-    watchLaser();
-    QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
-    auto const* text = m_Window->child<AlarmCtrl>("alarmLaser")->findChild<QLabel*>(QStringLiteral("labelText"));
-    machine().setInputs(kLaserHot);
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
-    QCOMPARE(spy.last(), (QVariantList{true, QStringLiteral("温度超标")}));
-    QCOMPARE(text->text(), QStringLiteral("激光器报警"));
-    QCOMPARE(indicator("alarmLaser"), QStringLiteral("red"));
-    machine().setInputs(kLaserDiode);
-    QVERIFY(polled());
-    QCOMPARE(spy.last(), (QVariantList{true, QStringLiteral("PD报警")}));
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-    machine().setInputs(0);
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
-    QCOMPARE(spy.last(), (QVariantList{false, QString()}));
-    QCOMPARE(text->text(), QStringLiteral("激光器正常"));
-    QCOMPARE(indicator("alarmLaser"), QStringLiteral("green"));
-}
-
-void SupervisionTest::a_custom_laser_alarm_is_not_latched_by_the_poll() {
-    QVERIFY(startWithDialog());
-    watchLaser();
-    LaserAlarmPara* para = LaserAlarmPara::Instance();
-    para->m_LaserType = 0;
-    para->m_CheckIn[0] = para->m_CheckMask[0] = true;
-    machine().setInputs(1U << 22);
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusLaserAlarm);
-    machine().setInputs(0);
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
-    para->m_CheckIn[0] = para->m_CheckMask[0] = false;
-}
-
-void SupervisionTest::switching_the_laser_watch_off_takes_the_alarm_back() {
-    QVERIFY(startWithDialog());
-    watchLaser();
-    machine().setInputs(kLaserHot);
-    QVERIFY(polled());
-    QVERIFY(machine().state().errorOutput);
-    LaserAlarmPara::Instance()->m_EnableLaserAlarm = false;
-    machine().clearJournal();
-    QSignalSpy spy(&window(), &MainWindow::LaserAlarm);
-    QVERIFY(polled());
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
-    COMPARE_JOURNAL(only(machineJournal(), {QStringLiteral("VZ_OutputError")}), {call("VZ_OutputError", 0)});
-    QVERIFY(!machine().state().errorOutput);
-    QCOMPARE(spy.last(), (QVariantList{false, QString()}));
-}
-
-void SupervisionTest::the_fibre_alarm_is_raised_once() {
-    QVERIFY(startWithDialog());
-    RunLaserStart::Instance()->nFiberAlarm = 1;
-    QVERIFY(polled());
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-    QVERIFY(machine().setFault("card_alarm", true));
-    QVERIFY(polled());
-    QVERIFY(window().IsSafeAlarm(256));
-    QVERIFY(light(true, false, false));
-    // Its input function clears the bit when it changes; the card's alarm does not come up again.
-    QVERIFY(pulse(InLaser));
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-    QVERIFY(machine().setFault("card_alarm", false));
-    QVERIFY(polled());
-    QVERIFY(machine().setFault("card_alarm", true));
-    QVERIFY(polled());
-    QCOMPARE(window().GetSafeAlarm(), 0U);
-}
-
-void SupervisionTest::the_fibre_alarm_needs_its_option_and_its_laser_data() {
-    QTest::addColumn<bool>("option");
-    QTest::addColumn<int>("type");
-    QTest::addColumn<unsigned int>("alarm");
-    QTest::newRow("option off") << false << int(MarkCardFilber) << 0U;
-    for (int type = 0; type <= 5; ++type)
-        QTest::addRow("laser type %d", type) << true << type << (type == 0 ? 256U : 0U);
-}
-
-void SupervisionTest::the_fibre_alarm_needs_its_option_and_its_laser() {
-    QFETCH(bool, option);
-    QFETCH(int, type);
-    MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardType(type));
-    QVERIFY(startWithDialog());
-    RunLaserStart::Instance()->nFiberAlarm = option ? 1 : 0;
-    QVERIFY(machine().setFault("card_alarm", true));
-    QVERIFY(polled());
-    QTEST(window().GetSafeAlarm(), "alarm");
-}
-
-void SupervisionTest::the_active_document_is_told_to_the_run_data() {
-    start();
-    QRulerView* view = m_Window->newDocument();
-    QVERIFY(polled());
-    QCOMPARE(RunDataGather::Instance()->GetCurDocName(), view->GetFileName());
 }
 
 void SupervisionTest::alarms_that_come_and_go_are_logged() {

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: MIT
+#include "shell/delayedstop.h"
+#include "tests/shell/supervisionfixture.h"
+
+#include <QElapsedTimer>
+#include <thread>
+
+using namespace tests;
+
+/// Stops that are given some time after their input asked for them.
+class DelayedStopTest : public QObject, private SupervisionCase {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(hasRoot()); }
+    void init() { beginSupervision(); }
+    void cleanup() { endSupervision(); }
+
+    void a_delayed_stop_comes_after_its_time();
+    void a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread();
+    void every_delayed_stop_comes();
+    void a_delayed_stop_that_waits_holds_up_nothing_at_the_end();
+    void stop_with_delay_stops_from_another_thread();
+};
+
+void DelayedStopTest::a_delayed_stop_comes_after_its_time() {
+    function(InStop).DelayEnable = true;
+    function(InStop).DelayTime = 150;
+    QVERIFY(startWithJob());
+    QElapsedTimer time;
+    time.start();
+    machine().setInput(InStop, true);
+    QTRY_COMPARE(machineCalls("StopMark"), 2);
+    QVERIFY2(time.elapsed() >= 150, qPrintable(QString::number(time.elapsed())));
+    QVERIFY(stoppedOnce());
+    QTRY_VERIFY(hasEnded());
+}
+
+void DelayedStopTest::a_delayed_stop_ends_a_looped_preview_that_holds_the_main_thread() {
+    function(InStop).DelayEnable = true;
+    function(InStop).DelayTime = 200;
+    start(false);
+    m_Window->newDocument();
+    window().ShowNormalMarkWindow();
+    dialog().SetRunSelection(1, true);
+    window().timerUpDate();
+    machine().setInputs(1U << InStop);
+    window().timerUpDate();
+    machine().setInputs(1U << InPreview);
+    const auto before = machine().state().jobs;
+    window().timerUpDate();
+    QVERIFY(machine().state().jobs > before);
+    QVERIFY(!dialog().IsRunning());
+    QVERIFY(machineCalls("StopMark") >= 2);
+}
+
+void DelayedStopTest::every_delayed_stop_comes() {
+    std::atomic<int> stops{0};
+    tessera::DelayedStop delayed([&stops] { ++stops; });
+    QElapsedTimer time;
+    time.start();
+    for (int ms : {120, 40, 80, 0, -5})
+        delayed.Order(ms);
+    QVERIFY(waitFor([&stops] { return stops == 5; }));
+    QVERIFY2(time.elapsed() >= 120, qPrintable(QString::number(time.elapsed())));
+}
+
+void DelayedStopTest::a_delayed_stop_that_waits_holds_up_nothing_at_the_end() {
+    std::atomic<int> stops{0};
+    std::atomic<bool> back{false};
+    auto delayed = std::make_unique<tessera::DelayedStop>([&stops] { ++stops; });
+    delayed->Order(3'600'000);
+    std::atomic<bool> waiting{false};
+    std::thread other([&] {
+        waiting = true;
+        delayed->StopAfter(3'600'000);
+        back = true;
+    });
+    QVERIFY(waitFor([&waiting] { return waiting.load(); }));
+    delayed->Order(0);
+    QVERIFY(waitFor([&stops] { return stops == 1; }));
+    delayed.reset();
+    other.join();
+    QVERIFY(back);
+    QCOMPARE(stops.load(), 1);
+}
+
+void DelayedStopTest::stop_with_delay_stops_from_another_thread() {
+    QVERIFY(startWithJob());
+    std::thread other([] { StopWithDelay(20); });
+    other.join();
+    QVERIFY(stoppedOnce());
+    QTRY_VERIFY(hasEnded());
+    std::thread nobody([] { StopWithDelay1(0); });
+    nobody.join();
+    QVERIFY(stoppedOnce());
+}
+
+QTEST_MAIN(DelayedStopTest)
+#include "tst_delayedstop.moc"
