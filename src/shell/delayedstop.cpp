@@ -1,14 +1,33 @@
 // SPDX-License-Identifier: MIT
 #include "shell/delayedstop.h"
 
-#include "shell/mainwindow.h"
+#include <utility>
 
 namespace tessera {
+
+namespace {
+
+/// A thread that waits keeps the object it waits on, however the main window goes meanwhile.
+struct CurrentStop {
+    std::mutex lock;
+    std::shared_ptr<DelayedStop> stop;
+};
+
+CurrentStop& currentStop() {
+    static CurrentStop current;
+    return current;
+}
+
+} // namespace
 
 DelayedStop::DelayedStop(std::function<void()> stop)
     : m_Stop(std::move(stop)) {}
 
 DelayedStop::~DelayedStop() {
+    End();
+}
+
+void DelayedStop::End() {
     {
         std::unique_lock<std::mutex> lock(m_Lock);
         m_bEnd = true;
@@ -40,6 +59,18 @@ void DelayedStop::StopAfter(int ms) {
     m_Wake.notify_all();
 }
 
+void DelayedStop::SetCurrent(std::shared_ptr<DelayedStop> current) {
+    CurrentStop& holder = currentStop();
+    const std::lock_guard<std::mutex> lock(holder.lock);
+    holder.stop.swap(current);
+}
+
+std::shared_ptr<DelayedStop> DelayedStop::Current() {
+    CurrentStop& holder = currentStop();
+    const std::lock_guard<std::mutex> lock(holder.lock);
+    return holder.stop;
+}
+
 void DelayedStop::Work() {
     std::unique_lock<std::mutex> lock(m_Lock);
     while (!m_bEnd) {
@@ -62,8 +93,8 @@ void DelayedStop::Work() {
 } // namespace tessera
 
 void StopWithDelay(int ms) {
-    if (MainWindow* window = MainWindow::Instance())
-        window->StopRunAfter(ms);
+    if (const std::shared_ptr<tessera::DelayedStop> stop = tessera::DelayedStop::Current())
+        stop->StopAfter(ms);
 }
 
 void StopWithDelay1(int ms) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <thread>
@@ -16,15 +17,21 @@ class DelayedStop {
 public:
     /// `stop` is called on the object's thread, or on one that called StopAfter.
     explicit DelayedStop(std::function<void()> stop);
-    /// Drops what is still waiting and returns when no stop is under way.
     ~DelayedStop();
     DelayedStop(DelayedStop const&) = delete;
     DelayedStop& operator=(DelayedStop const&) = delete;
 
     /// Orders a stop in `ms`, at once for 0 or below, and returns. Any thread.
     void Order(int ms);
-    /// Waits `ms` on the calling thread and gives the stop; returns without it when the object goes meanwhile.
+    /// Waits `ms` on the calling thread and gives the stop; returns without it when End() comes meanwhile or came
+    /// before.
     void StopAfter(int ms);
+    /// Drops what is still waiting and returns when no stop is under way; none is given afterwards. Main thread.
+    void End();
+
+    /// Makes `current` the one of StopWithDelay; null for none. Any thread.
+    static void SetCurrent(std::shared_ptr<DelayedStop> current);
+    static std::shared_ptr<DelayedStop> Current();
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -43,7 +50,7 @@ private:
 } // namespace tessera
 
 /// Waits `ms` on the calling thread, then stops the run of the visible dialog. Nothing without a main window; returns
-/// early, without a stop, when the program ends. Not for the main thread.
+/// early, without a stop, when the program ends, and may be called while it does. Not for the main thread.
 void StopWithDelay(int ms);
 /// The same.
 void StopWithDelay1(int ms);

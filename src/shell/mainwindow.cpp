@@ -80,7 +80,8 @@ void MainWindow::ClearMainWnd() {
 }
 
 MainWindow::MainWindow()
-    : m_pDelayedStop(std::make_unique<tessera::DelayedStop>([this] { IOStopRun(); })) {
+    : m_pDelayedStop(std::make_shared<tessera::DelayedStop>([this] { IOStopRun(); })) {
+    tessera::DelayedStop::SetCurrent(m_pDelayedStop);
     DressApplication();
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
@@ -114,7 +115,8 @@ MainWindow::~MainWindow() {
     delete m_pCustomWindow.data();
     m_SecondTimer.stop();
     m_pInputThread.reset();
-    m_pDelayedStop.reset();
+    tessera::DelayedStop::SetCurrent(nullptr);
+    m_pDelayedStop->End();
     m_KeyThread.Finish();
     delete Form_Marking::Instance();
     m_pCurDoc = nullptr;

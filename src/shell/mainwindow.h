@@ -121,8 +121,6 @@ public:
     void IOPauseRun();
     /// Any thread.
     void IOStopRun();
-    /// Waits on the calling thread, then IOStopRun; without it when the window goes meanwhile. Not the main thread.
-    void StopRunAfter(int ms);
     /// Edge of a named input function in this sample. Ask once a poll at most: each answer moves the state.
     tessera::InputEdge IsAccess(QString const& name, unsigned int input);
     /// Beat of the input poll: emits TimerUpDate. Any thread.
@@ -285,6 +283,7 @@ private:
     void CheckSafe(unsigned int input);
     void TakeSafetyStep(tessera::SafetyStep const& step);
     void CheckRunStop(unsigned int input);
+    void CheckAutoManual(unsigned int input);
     void CheckFilberLaserAlarm();
 
     void InitMainWindow();
@@ -334,7 +333,7 @@ private:
 
     tessera::AlarmMask m_Alarms;
     tessera::InputEdges m_Edges;
-    std::unique_ptr<tessera::DelayedStop> m_pDelayedStop;
+    std::shared_ptr<tessera::DelayedStop> m_pDelayedStop;
     QPointer<QWidget> m_pCustomWindow;
     int m_nTimerId = -1;
     QFile m_DebugFile;

@@ -52,7 +52,7 @@ void MainWindow::CheckInput(unsigned int input) {
         return;
     CheckSafe(input);
     CheckRunStop(input);
-    tessera::CheckAutoManual([=](char const* name) { return IsAccess(QString::fromUtf8(name), input); });
+    CheckAutoManual(input);
     if (QRulerView const* view = GetActiveView())
         RunDataGather::Instance()->SetCurDocName(view->GetFileName());
 }
@@ -144,8 +144,8 @@ void MainWindow::CheckRunStop(unsigned int input) {
     }
 }
 
-void MainWindow::StopRunAfter(int ms) {
-    m_pDelayedStop->StopAfter(ms);
+void MainWindow::CheckAutoManual(unsigned int input) {
+    tessera::CheckAutoManual([=](char const* name) { return IsAccess(QString::fromUtf8(name), input); });
 }
 
 /// The latch is never taken back: after this alarm the laser is to be looked at and the program started anew.

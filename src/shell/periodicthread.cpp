@@ -22,29 +22,34 @@ PeriodicThread::~PeriodicThread() {
 }
 
 void PeriodicThread::Finish() {
-    SetEnd(true);
-    if (wait(kEndWaitMs))
-        return;
-    MarkLog::Instance()->ShowNote_Error(QStringLiteral("a background thread did not end when told"));
-    terminate();
-    wait();
+    SetFlag(m_bFinishing, true);
+    if (!wait(kEndWaitMs)) {
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("a background thread did not end when told"));
+        terminate();
+        wait();
+    }
+    SetFlag(m_bFinishing, false);
 }
 
 void PeriodicThread::SetEnd(bool end) {
+    SetFlag(m_bEnd, end);
+}
+
+void PeriodicThread::SetFlag(bool& flag, bool on) {
     {
         const std::lock_guard<std::mutex> lock(m_Lock);
-        m_bEnd = end;
+        flag = on;
     }
     m_Wake.notify_all();
 }
 
 void PeriodicThread::run() {
     std::unique_lock<std::mutex> lock(m_Lock);
-    while (!m_bEnd) {
+    while (!m_bEnd && !m_bFinishing) {
         lock.unlock();
         Turn();
         lock.lock();
-        m_Wake.wait_for(lock, std::chrono::milliseconds(m_nPeriodMs), [this] { return m_bEnd; });
+        m_Wake.wait_for(lock, std::chrono::milliseconds(m_nPeriodMs), [this] { return m_bEnd || m_bFinishing; });
     }
 }
 

@@ -16,7 +16,7 @@ public:
     /// A derived class calls Finish() in its own destructor, as its work must not outlive it.
     ~PeriodicThread() override;
 
-    /// Leaves word and waits for the turn under way.
+    /// Leaves word and waits for the turn under way, also when the thread has only just been started.
     void Finish();
 
 protected:
@@ -26,9 +26,12 @@ protected:
     void run() override;
 
 private:
+    void SetFlag(bool& flag, bool on);
+
     std::mutex m_Lock;
     std::condition_variable m_Wake;
     bool m_bEnd = false;
+    bool m_bFinishing = false; ///< somebody waits in Finish(): no run() goes on now, whatever it does to m_bEnd
     int const m_nPeriodMs;
 };
 

@@ -33,8 +33,10 @@ void UpdateInputThread::EndThread() {
     SetEnd(true);
 }
 
+/// A start takes back a word to end that came before it.
 void UpdateInputThread::run() {
     askForRealTime();
+    SetEnd(false);
     PeriodicThread::run();
 }
 

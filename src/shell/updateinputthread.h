@@ -11,7 +11,7 @@ class UpdateInputThread : public tessera::PeriodicThread {
 public:
     explicit UpdateInputThread(MainWindow* window);
     ~UpdateInputThread() override;
-    /// Leaves word to end; does not wait.
+    /// Leaves word to end; does not wait. The thread may be started again afterwards.
     void EndThread();
 
 protected:

@@ -21,6 +21,8 @@ private slots:
     void every_delayed_stop_comes();
     void a_delayed_stop_that_waits_holds_up_nothing_at_the_end();
     void stop_with_delay_stops_from_another_thread();
+    void stop_with_delay_comes_back_without_a_stop_when_the_window_goes();
+    void threads_may_ask_for_stops_while_windows_come_and_go();
 };
 
 void DelayedStopTest::a_delayed_stop_comes_after_its_time() {
@@ -94,6 +96,48 @@ void DelayedStopTest::stop_with_delay_stops_from_another_thread() {
     std::thread nobody([] { StopWithDelay1(0); });
     nobody.join();
     QVERIFY(stoppedOnce());
+}
+
+void DelayedStopTest::stop_with_delay_comes_back_without_a_stop_when_the_window_goes() {
+    start(false);
+    std::atomic<bool> begun{false};
+    std::thread other([&begun] {
+        begun = true;
+        StopWithDelay(3'600'000);
+    });
+    QVERIFY(waitFor([&begun] { return begun.load(); }));
+    machine().clearJournal();
+    m_Window.reset();
+    other.join();
+    QCOMPARE(machineCalls("StopMark"), 0);
+}
+
+void DelayedStopTest::threads_may_ask_for_stops_while_windows_come_and_go() {
+    constexpr int kThreads = 3;
+    constexpr int kWindows = 4;
+    std::atomic<bool> end{false};
+    std::atomic<int> asked{0};
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&end, &asked, i] {
+            while (!end) {
+                StopWithDelay(i);
+                ++asked;
+            }
+        });
+    }
+    bool seen = true;
+    for (int i = 0; i < kWindows && seen; ++i) {
+        start(false);
+        const int before = asked;
+        seen = waitFor([&asked, before] { return asked > before + kThreads; });
+        m_Window.reset();
+    }
+    end = true;
+    for (std::thread& thread : threads)
+        thread.join();
+    QVERIFY(seen);
+    QVERIFY(!tessera::DelayedStop::Current());
 }
 
 QTEST_MAIN(DelayedStopTest)

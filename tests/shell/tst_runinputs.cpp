@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "shell/updateinputthread.h"
 #include "tests/shell/supervisionfixture.h"
 
 using namespace tests;
@@ -20,6 +21,7 @@ private slots:
     void a_preview_edge_opens_the_dialog_and_then_previews();
     void stop_and_run_in_one_poll_stop_and_the_run_comes_with_the_next();
     void a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost();
+    void the_poll_beats_anew_when_its_thread_is_started_again();
     void the_active_document_is_told_to_the_run_data();
 };
 
@@ -121,6 +123,19 @@ void RunInputsTest::a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost() {
     machine().setInputs(0);
     window().timerUpDate();
     QVERIFY(!dialog().IsRunning());
+}
+
+/// The window is not shown and so has no thread of its own.
+void RunInputsTest::the_poll_beats_anew_when_its_thread_is_started_again() {
+    start(false);
+    UpdateInputThread beat(&window());
+    beat.EndThread();
+    beat.start();
+    QVERIFY(polled());
+    beat.EndThread();
+    QVERIFY(beat.wait(5000));
+    beat.start();
+    QVERIFY(polled());
 }
 
 void RunInputsTest::the_active_document_is_told_to_the_run_data() {
