@@ -15,6 +15,7 @@
 #include "engine/showdebuginfo.h"
 #include "engine/systemparam.h"
 #include "laser/runlaserstart.h"
+#include "remote/externalresponse.h"
 #include "run/form_marking.h"
 #include "shell/delayedstop.h"
 #include "shell/updateinputthread.h"
@@ -101,6 +102,7 @@ MainWindow::MainWindow()
     ConnectOwnSignals();
     ApplyIOState();
     StartCommandServer();
+    ConnectRemoteOrders();
     ShowUserMenu();
     RunLaserStart::Instance()->RunLaser_Start();
     HomeAxes();
@@ -108,7 +110,8 @@ MainWindow::MainWindow()
 }
 
 /// The custom window goes while all that it may ask for is there. What the threads use goes in the reverse order of
-/// use: first the threads, then the run dialog with its worker, then the views that they marked.
+/// use: first the threads, then the remote orders and the run dialog with their workers, then the views that they
+/// marked.
 MainWindow::~MainWindow() {
     ShowDebugIno::SetInstance(nullptr);
     IAutoLoginOutMsg::SetInstance(nullptr);
@@ -118,6 +121,7 @@ MainWindow::~MainWindow() {
     tessera::DelayedStop::SetCurrent(nullptr);
     m_pDelayedStop->End();
     m_KeyThread.Finish();
+    ExternalResponse::Instance()->CloseOrders();
     delete Form_Marking::Instance();
     m_pCurDoc = nullptr;
     for (QRulerView* view : qAsConst(m_Docs)) {
@@ -194,6 +198,17 @@ void MainWindow::StartCommandServer() {
     qRegisterMetaType<CCSCmd>("CCSCmd");
     if (commandServerWanted())
         InitServer();
+}
+
+void MainWindow::ConnectRemoteOrders() {
+    ExternalResponse* response = ExternalResponse::Instance();
+    connect(response, &ExternalResponse::EnableMarkAction, this, &MainWindow::on_EnableMarkAction);
+    response->OpenOrders();
+}
+
+void MainWindow::on_EnableMarkAction(bool enable) {
+    ui->actionMark->setEnabled(enable);
+    ui->actionMultiDocMark->setEnabled(enable);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

@@ -247,6 +247,7 @@ private:
 
     // Handlers whose names look like generated connections and are not
     void on_LaserAlarm(bool alarmed, QString text);
+    void on_EnableMarkAction(bool enable);
     void on_laserAlarm_clicked();
     void on_ActivDocChanged(int index);
     void on_CloseFile(int index, bool save);
@@ -273,6 +274,7 @@ private:
     void ConnectOwnSignals();
     void ApplyIOState();
     void StartCommandServer();
+    void ConnectRemoteOrders();
     void ShowUserMenu();
     void HomeAxes();
     void ShowOptionalItems();

@@ -8,6 +8,7 @@
 #include "engine/vzlistviewex.h"
 #include "files/filelistview.h"
 #include "files/filemanager.h"
+#include "remote/externalresponse.h"
 #include "run/form_marking.h"
 #include "shell/leftpanel.h"
 #include "shell/recentfile.h"
@@ -267,6 +268,9 @@ void MainWindow::DeleteView(QRulerView* view) {
         dialog->StopAndWait();
     if (active)
         SetUIChangeDoc(nullptr);
+    ExternalResponse* response = ExternalResponse::Instance();
+    if (response->IsMarking(view))
+        response->StopRunAndWait();
     { const std::lock_guard<std::mutex> lock(m_DocUseLock); }
     delete view;
 }
