@@ -1,250 +1,160 @@
 // SPDX-License-Identifier: MIT
-// From the edge of an input to the card's StopMark in the journal, with the whole front end and a job under way: for
-// the stop input, a door and the emergency stop, with idle cores and with all of them busy. The reference is a bare
-// thread that wakes every 30 ms in the same run: how late it is, is what no poll of that period can be better than; a
-// perfect poll sees an edge 15 ms late in the median and 30 ms at most.
+// From the edge of an input to the card's call in the journal, with the whole front end and a job under way: StopMark
+// for every input that stops, the change to pause for the doors and the light curtain set to hold the job. First with
+// idle cores; then with every core busy, a flood through a TCP connection and a view that draws 100,000 vertices anew
+// in every frame. The reference is a bare thread that wakes every 30 ms in the same run: how late it is, is what no
+// poll of that period can be better than; a perfect poll sees an edge 15 ms late in the median and 30 ms at most.
 //
-//     bench_stop [EDGES]          edges of each kind, 40 when not given
-#include "engine/glassparam.h"
-#include "engine/iocheckedsys.h"
-#include "engine/markcardinstance.h"
+//     bench_stop [EDGES [idle|loaded]]          edges of each kind, 20 when not given
+#include "bench/stop/distribution.h"
+#include "bench/stop/plant.h"
+#include "bench/stop/plantload.h"
 #include "engine/qrulerview.h"
-#include "engine/systemparam.h"
-#include "run/form_marking.h"
 #include "shell/mainwindow.h"
-#include "simengine/simcontrol.h"
 #include "support/approot.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
-#include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
-#include <random>
+#include <fstream>
 #include <thread>
-#include <vector>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
+using namespace bench;
 
-constexpr int kDefaultEdges = 40;
-constexpr int kPollMs = 30;
-/// An edge lasts two periods: one that is gone sooner may be missed.
-constexpr milliseconds kHold{2 * kPollMs};
-constexpr milliseconds kLost{2000};
-/// An output that nothing else uses: its write is the mark of an edge in the journal.
-constexpr int kMarkOutput = 30;
-constexpr int kBinMs = 5;
-constexpr int kBins = 12; ///< the last one takes all above
-constexpr double kSlow = 0.0001;
+constexpr int kDefaultEdges = 20;
+/// Slow enough that no job of the bench ends by itself.
+constexpr double kSlow = 0.000001;
 
-struct Kind {
-    char const* title;
-    char const* function;
-    int input;
+struct Options {
+    int edges = kDefaultEdges;
+    bool idle = true;
+    bool loaded = true;
 };
 
-constexpr Kind kKinds[] = {{"stop input", "终止", 2}, {"door", "机台安全门1", 7}, {"emergency stop", "急停按钮", 13}};
-
-double percentile(std::vector<double> const& sorted, double share) {
-    return sorted.empty() ? 0.0 : sorted[std::min(sorted.size() - 1, std::size_t(share * double(sorted.size())))];
+/// Load of the machine as the kernel tells it: the last 1, 5 and 15 minutes.
+std::string loadAverage() {
+    std::ifstream file("/proc/loadavg");
+    std::string one, five, fifteen;
+    file >> one >> five >> fifteen;
+    return one + ' ' + five + ' ' + fifteen;
 }
 
-/// How late a bare thread wakes every 30 ms, for as long as the object lives.
-class BareTimer {
+/// All that is measured under one load.
+class Round {
 public:
-    BareTimer()
-        : m_thread([this] { run(); }) {}
-    ~BareTimer() { finish(); }
-    std::vector<double> finish() {
-        m_end = true;
-        if (m_thread.joinable())
-            m_thread.join();
-        return m_late;
+    Round(sim::SimControl& machine, int edges, char const* load)
+        : m_machine(machine)
+        , m_plant(machine)
+        , m_edges(edges)
+        , m_load(load) {}
+
+    /// False when an edge was lost or a job could not be started.
+    bool run() {
+        std::printf("\n%s; load average at the start %s\n", m_load, loadAverage().c_str());
+        m_all.title = std::string("all, ") + m_load;
+        for (Kind const& kind : kKinds) {
+            if (!measure(kind))
+                return false;
+        }
+        print(m_all);
+        std::printf("\n| %s | edges | median | 99 %% | longest | bare timer late, 99 %% / longest | lost |\n", m_load);
+        std::printf("|---|---|---|---|---|---|---|\n");
+        for (Series const& series : m_series)
+            printRow(series);
+        printRow(m_all);
+        std::printf("load average at the end %s\n", loadAverage().c_str());
+        std::fflush(stdout);
+        return m_all.lost == 0;
     }
 
 private:
-    void run() {
-        while (!m_end) {
-            const Clock::time_point due = Clock::now() + milliseconds(kPollMs);
-            std::this_thread::sleep_until(due);
-            m_late.push_back(std::chrono::duration<double, std::milli>(Clock::now() - due).count());
-        }
-    }
-    std::atomic<bool> m_end{false};
-    std::vector<double> m_late;
-    std::thread m_thread;
-};
-
-/// Keeps every core busy for as long as the object lives.
-class Load {
-public:
-    explicit Load(unsigned cores) {
-        for (unsigned i = 0; i < cores; ++i) {
-            m_threads.emplace_back([this] {
-                std::uint64_t value = 1;
-                while (!m_end)
-                    value = value * 6364136223846793005U + 1;
-                m_sink += value;
-            });
-        }
-    }
-    ~Load() {
-        m_end = true;
-        for (std::thread& thread : m_threads)
-            thread.join();
-    }
-
-private:
-    std::atomic<bool> m_end{false};
-    std::atomic<std::uint64_t> m_sink{0};
-    std::vector<std::thread> m_threads;
-};
-
-template<typename Condition>
-bool waitUntil(Condition condition, milliseconds limit) {
-    for (const Clock::time_point end = Clock::now() + limit; Clock::now() < end;) {
-        if (condition())
-            return true;
-        std::this_thread::sleep_for(milliseconds(1));
-    }
-    return condition();
-}
-
-template<typename Function>
-void onMainThread(Function function) {
-    QMetaObject::invokeMethod(MainWindow::Instance(), function, Qt::BlockingQueuedConnection);
-}
-
-bool startJob(sim::SimControl& machine) {
-    const auto running = [&machine] { return machine.state().activity == sim::SimActivity::Running; };
-    const auto start = [&] {
-        bool idle = false;
-        onMainThread([&idle] {
-            Form_Marking* dialog = Form_Marking::Instance();
-            idle = !dialog->IsRunning() && MainWindow::Instance()->centralWidget()->isEnabled() &&
-                   MainWindow::Instance()->GetSafeAlarm() == 0;
-            if (idle)
-                dialog->StartMark(false);
-        });
-        return idle;
-    };
-    return waitUntil(start, kLost) && waitUntil(running, kLost);
-}
-
-/// ms from the edge to the first StopMark behind it; below 0 when none came.
-double stopByEdge(sim::SimControl& machine, int input) {
-    const std::uint64_t since = machine.journalEnd();
-    MarkCardInstance::Instance()->SetOutputBit(kMarkOutput, 1);
-    machine.setInput(input, true);
-    std::this_thread::sleep_for(kHold);
-    machine.setInput(input, false);
-    double edge = -1.0;
-    double stop = -1.0;
-    waitUntil(
-        [&] {
-            for (sim::SimCall const& call : machine.journal(since)) {
-                const bool isMark = call.name == "SetOutputBit" && std::get<std::int64_t>(call.args[0]) == kMarkOutput;
-                if (edge < 0 && isMark)
-                    edge = call.ms;
-                if (edge >= 0 && stop < 0 && call.name == "StopMark")
-                    stop = call.ms;
+    bool measure(Kind const& kind) {
+        Series series;
+        series.title = kind.title;
+        BareTimer timer;
+        for (int i = 0; i < m_edges; ++i) {
+            if (!m_plant.startJob(kind)) {
+                std::fprintf(stderr, "bench_stop: %s: job %d did not start\n", kind.title, i);
+                return false;
             }
-            return stop >= 0;
+            const double ms = m_plant.edge(kind);
+            if (ms < 0.0) {
+                ++series.lost;
+            } else {
+                series.answers.add(ms);
+                m_all.answers.add(ms);
+            }
+            if (ms < 0.0 || kind.pauses)
+                m_plant.endJob();
+        }
+        const std::vector<double> late = timer.finish();
+        series.late.add(late);
+        m_all.late.add(late);
+        m_all.lost += series.lost;
+        print(series);
+        m_series.push_back(std::move(series));
+        return true;
+    }
+
+    sim::SimControl& m_machine;
+    Plant m_plant;
+    int const m_edges;
+    char const* const m_load;
+    std::vector<Series> m_series;
+    Series m_all;
+};
+
+bool loaded(sim::SimControl& machine, int edges) {
+    std::unique_ptr<Repaint> repaint;
+    bool filled = false;
+    QMetaObject::invokeMethod(
+        MainWindow::Instance(),
+        [&] {
+            filled = Repaint::fillDocument();
+            repaint = std::make_unique<Repaint>();
         },
-        kLost);
-    return stop < 0 ? -1.0 : stop - edge;
-}
-
-std::vector<int> bins(std::vector<double> const& values) {
-    std::vector<int> counts(kBins, 0);
-    for (double value : values)
-        ++counts[std::size_t(std::clamp(int(value / kBinMs), 0, kBins - 1))];
-    return counts;
-}
-
-void print(char const* title, std::vector<double> times, std::vector<double> late, int lost) {
-    std::sort(times.begin(), times.end());
-    std::sort(late.begin(), late.end());
-    std::printf("%s: %zu edges, %d lost\n", title, times.size() + std::size_t(lost), lost);
-    std::printf("  %-22s median %6.2f  99%% %6.2f  longest %6.2f ms\n", "edge to StopMark", percentile(times, 0.5),
-                percentile(times, 0.99), percentile(times, 1.0));
-    std::printf("  %-22s median %6.2f  99%% %6.2f  longest %6.2f ms late\n", "bare 30 ms timer", percentile(late, 0.5),
-                percentile(late, 0.99), percentile(late, 1.0));
-    std::printf("  %-22s median %6.2f  99%% %6.2f\n", "ratio to period + late",
-                percentile(times, 0.5) / (kPollMs / 2.0 + percentile(late, 0.5)),
-                percentile(times, 0.99) / (kPollMs + percentile(late, 0.99)));
-    const std::vector<int> ours = bins(times);
-    const std::vector<int> theirs = bins(late);
-    for (int i = 0; i < kBins; ++i) {
-        const auto at = std::size_t(i);
-        const int bar = times.empty() ? 0 : ours[at] * 40 / int(times.size());
-        std::printf("  %3d %s ms  edge %6d %-40s timer %6d\n", i * kBinMs, i + 1 < kBins ? "to" : "up", ours[at],
-                    std::string(std::size_t(bar), '#').c_str(), theirs[at]);
+        Qt::BlockingQueuedConnection);
+    bool good = filled;
+    {
+        const TcpFlood flood;
+        const BusyCores cores;
+        good = good && flood.flows();
+        const auto begin = std::chrono::steady_clock::now();
+        if (good)
+            good = Round(machine, edges, "all cores busy, TCP flood, repaint of 100,000 vertices").run();
+        else
+            std::fprintf(stderr, "bench_stop: the load could not be made\n");
+        const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+        std::printf("flood: %.0f MB/s\n", static_cast<double>(flood.bytes()) / 1e6 / seconds);
     }
-    std::fflush(stdout);
+    QMetaObject::invokeMethod(
+        MainWindow::Instance(),
+        [&] {
+            Distribution const& frames = repaint->frames();
+            std::printf("repaint: %zu frames, median %.1f, 99 %% %.1f, longest %.1f ms\n", frames.count(),
+                        frames.percentile(0.5), frames.percentile(0.99), frames.longest());
+            repaint.reset();
+        },
+        Qt::BlockingQueuedConnection);
+    return good;
 }
 
-/// False when an edge was lost or a job could not be started.
-bool measure(sim::SimControl& machine, Kind const& kind, bool busy, int edges) {
-    std::mt19937 random(unsigned(kind.input));
-    std::vector<double> times;
-    int lost = 0;
-    Load const load(busy ? std::max(2U, std::thread::hardware_concurrency()) : 0);
-    BareTimer timer;
-    for (int i = 0; i < edges; ++i) {
-        if (!startJob(machine)) {
-            std::fprintf(stderr, "bench_stop: the job did not start\n");
-            return false;
-        }
-        // The edges are to fall anywhere between two polls.
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % (kPollMs * 1000)));
-        const double time = stopByEdge(machine, kind.input);
-        if (time < 0) {
-            ++lost;
-            onMainThread([] { Form_Marking::Instance()->StopMark(); });
-        } else {
-            times.push_back(time);
-        }
-        // The poll must have seen the level go before the next edge.
-        std::this_thread::sleep_for(kHold);
-        machine.clearJournal();
-    }
-    std::string const title = std::string(kind.title) + (busy ? ", all cores busy" : ", idle");
-    print(title.c_str(), times, timer.finish(), lost);
-    return lost == 0;
-}
-
-void wireMachine() {
-    SystemParam::Instance()->m_nResponseIO = 1;
-    GlassParam::Instance()->SetCheckSafeInRun(false);
-    GlassParam::Instance()->SetSafeTrigerType(SafeTrigerStop);
-    QVector<IOFuncList> functions;
-    for (Kind const& kind : kKinds) {
-        IOFuncList function;
-        function.Name = QString::fromUtf8(kind.function);
-        function.InputEnable = true;
-        function.InputMask = function.InputValue = 1U << kind.input;
-        functions.append(function);
-    }
-    IOCheckedSys::Instance()->SetIOFunctions(functions);
-}
-
-int run(int edges) {
+int run(Options const& options) {
     auto* find = reinterpret_cast<sim::SimControlFunction>(::dlsym(RTLD_DEFAULT, sim::kSimControlSymbol));
     if (!find) {
         std::fprintf(stderr, "bench_stop: the engine is not a simulated machine\n");
         return 1;
     }
     sim::SimControl& machine = *find();
-    wireMachine();
+    Plant::wire();
     MainWindow::InitMainWnd();
+    MainWindow::Instance()->resize(1920, 1080);
     MainWindow::Instance()->show();
     if (!MainWindow::Instance()->NewFile(QStringLiteral("stop"))) {
         std::fprintf(stderr, "bench_stop: the document could not be made\n");
@@ -255,10 +165,13 @@ int run(int edges) {
     machine.setSpeed(kSlow);
     bool good = true;
     std::thread hand([&] {
-        for (bool busy : {false, true}) {
-            for (Kind const& kind : kKinds)
-                good = measure(machine, kind, busy, edges) && good;
-        }
+        std::printf("bench_stop: %d edges of each of %zu kinds; the plant's own thread %s\n", options.edges,
+                    std::size(kKinds),
+                    Plant::aboveTheProgram() ? "has real-time priority" : "has no real-time priority");
+        if (options.idle)
+            good = Round(machine, options.edges, "idle").run() && good;
+        if (options.loaded)
+            good = loaded(machine, options.edges) && good;
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     });
     QApplication::exec();
@@ -267,12 +180,22 @@ int run(int edges) {
     return good ? 0 : 1;
 }
 
+bool read(int argc, char** argv, Options& options) {
+    if (argc > 1)
+        options.edges = std::atoi(argv[1]);
+    if (argc > 2) {
+        options.idle = std::strcmp(argv[2], "idle") == 0;
+        options.loaded = std::strcmp(argv[2], "loaded") == 0;
+    }
+    return argc <= 3 && options.edges > 0 && (options.idle || options.loaded);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    int const edges = argc > 1 ? std::atoi(argv[1]) : kDefaultEdges;
-    if (edges <= 0) {
-        std::fprintf(stderr, "bench_stop [EDGES]: a number above 0\n");
+    Options options;
+    if (!read(argc, argv, options)) {
+        std::fprintf(stderr, "bench_stop [EDGES [idle|loaded]]: a number above 0\n");
         return 2;
     }
     QTemporaryDir root;
@@ -280,7 +203,7 @@ int main(int argc, char** argv) {
     QDir::setCurrent(root.path());
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    int const code = run(edges);
+    int const code = run(options);
     MainWindow::ClearMainWnd();
     return code;
 }
