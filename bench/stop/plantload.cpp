@@ -143,7 +143,8 @@ void Repaint::move() {
     ++m_step;
     moved.panBy({m_step % 2 ? 7.0 : -7.0, m_step % 4 < 2 ? 3.0 : -3.0});
     m_canvas->setViewTransform(moved);
-    // A picture that takes long to draw is stretched while a finger moves it. As after a change of size it is drawn anew.
+    // A picture that takes long to draw is stretched while a finger moves it. As after a change of size it is drawn
+    // anew.
     QResizeEvent same(m_canvas->size(), m_canvas->size());
     QCoreApplication::sendEvent(m_canvas, &same);
 }

@@ -18,6 +18,7 @@
 #include "shell/delayedstop.h"
 #include "shell/laserfinding.h"
 #include "shell/safetycheck.h"
+#include "shell/updateinputthread.h"
 
 #include <QLabel>
 
@@ -27,12 +28,14 @@ void MainWindow::timerUpDate() {
 
 void MainWindow::OnTimerUpDate() {
     IMarkCardBase* card = MarkCardInstance::Instance();
-    if (!card->IsCardOpend())
-        return;
-    OnResetAlarmStatus();
-    CheckInput(card->GetInput());
-    CheckFilberLaserAlarm();
-    OnResetAlarmStatus();
+    if (card->IsCardOpend()) {
+        OnResetAlarmStatus();
+        CheckInput(card->GetInput());
+        CheckFilberLaserAlarm();
+        OnResetAlarmStatus();
+    }
+    if (m_pInputThread)
+        m_pInputThread->PollDone();
 }
 
 void MainWindow::OnResetAlarmStatus() {

@@ -11,6 +11,8 @@ namespace {
 constexpr int kPollMs = 30;
 /// Below the card's worker, above everything that is not timed.
 constexpr int kPollPriority = 5;
+/// Of the main thread while a poll is wanted: the beat must come through a frame that is being drawn.
+constexpr int kWindowPriority = 4;
 
 /// A door must be seen in time on a busy board too. Where the process may not ask for it the poll runs as it is.
 void askForRealTime() {
@@ -23,7 +25,8 @@ void askForRealTime() {
 
 UpdateInputThread::UpdateInputThread(MainWindow* window)
     : PeriodicThread(kPollMs)
-    , m_pWindow(window) {}
+    , m_pWindow(window)
+    , m_Priority(kWindowPriority) {}
 
 UpdateInputThread::~UpdateInputThread() {
     Finish();
@@ -41,5 +44,6 @@ void UpdateInputThread::run() {
 }
 
 void UpdateInputThread::Turn() {
+    m_Priority.Lend();
     m_pWindow->timerUpDate();
 }
