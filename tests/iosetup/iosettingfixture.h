@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
@@ -37,6 +38,13 @@ protected:
     QPushButton* button(QString const& name) { return part<QPushButton>(dialog(), name); }
     QLineEdit* edit(QString const& name) { return part<QLineEdit>(dialog(), name); }
     QByteArray namesFile() const { return root->read(QStringLiteral("/ini/IOName.ini")); }
+    /// What the program dresses its windows with.
+    static QString styleSheet() {
+        QFile style(sourcePath(QStringLiteral("resources/myQSS.qss")));
+        if (!style.open(QIODevice::ReadOnly))
+            qFatal("no style sheet");
+        return QString::fromUtf8(style.readAll());
+    }
     void restart() {
         delete IOSetting::Instance();
         IOSetting::Instance();

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "engine/glassparam.h"
 #include "engine/iooutputset.h"
+#include "engine/languagemanager.h"
 #include "tests/iosetup/iosettingfixture.h"
 
 #include <QDoubleSpinBox>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QTabWidget>
 
 using namespace tests;
 
@@ -24,6 +28,8 @@ private slots:
     void names_of_switches_follow_the_language_until_they_are_typed();
     void door_stops_or_pauses_data();
     void door_stops_or_pauses();
+    void the_page_is_seen_whole_on_a_small_screen_data();
+    void the_page_is_seen_whole_on_a_small_screen();
 };
 
 void IOOutputPageTest::clear_type_opens_its_fields_data() {
@@ -148,6 +154,26 @@ void IOOutputPageTest::door_stops_or_pauses() {
     button("pushButtonSaveOut")->click();
     QCOMPARE(int(GlassParam::Instance()->GetSafeTrigerType()), type);
     GlassParam::Instance()->SetSafeTrigerType(SafeTrigerStop);
+}
+
+void IOOutputPageTest::the_page_is_seen_whole_on_a_small_screen_data() {
+    QTest::addColumn<QString>("language");
+    for (char const* language : {"zh_CN", "en"})
+        QTest::newRow(language) << QString::fromLatin1(language);
+}
+
+void IOOutputPageTest::the_page_is_seen_whole_on_a_small_screen() {
+    QFETCH(QString, language);
+    QVERIFY(LanguageManager::SetCurrentLan(language));
+    dialog().setStyleSheet(styleSheet());
+    dialog().resize(1000, 560);
+    dialog().ShowWindow();
+    part<QTabWidget>(dialog(), "tabWidget")->setCurrentIndex(1);
+    QCOMPARE(dialog().size(), QSize(1000, 560));
+    auto const* area = part<QScrollArea>(dialog(), "scrollAreaOutputPage");
+    QTRY_COMPARE(area->verticalScrollBar()->maximum(), 0);
+    QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
+    QVERIFY(LanguageManager::SetCurrentLan(QStringLiteral("zh_CN")));
 }
 
 QTEST_MAIN(IOOutputPageTest)

@@ -226,9 +226,7 @@ void IOSettingTest::shown_again_the_page_is_what_is_in_force() {
 }
 
 void IOSettingTest::touch_targets_are_large_enough() {
-    QFile style(sourcePath(QStringLiteral("resources/myQSS.qss")));
-    QVERIFY(style.open(QIODevice::ReadOnly));
-    dialog().setStyleSheet(QString::fromUtf8(style.readAll()));
+    dialog().setStyleSheet(styleSheet());
     dialog().resize(1000, 560);
     dialog().ShowWindow();
     auto* pages = part<QTabWidget>(dialog(), "tabWidget");
