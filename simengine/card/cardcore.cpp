@@ -85,6 +85,8 @@ bool CardCore::runNow(Job job, bool loop, const JobRunner::Ticket& ticket) {
     setup.loop.loop = loop;
     setup.loop.delayMs = m_loopDelayMs.load();
     measureStrokes(job, setup.pens);
+    if (head().activity == Activity::Idle) // another job's time-out is not this one's to drop
+        m_faults.forget();
     return m_runner.run(job, setup, ticket) != Outcome::Refused;
 }
 
@@ -160,6 +162,9 @@ std::uint32_t CardCore::markInfo() const {
         return 0;
     std::uint32_t word = m_faults.infoBits() & ~markinfo::kWaitMask;
     word |= static_cast<std::uint32_t>(waitCode()) << markinfo::kWaitShift;
+    const int alarmMs = m_devices.alarmTime();
+    if (alarmMs > 0 && m_runner.longestInputWaitMs() >= alarmMs)
+        word |= markinfo::kTimeOut;
     const Activity activity = head().activity;
     if (activity == Activity::Idle) {
         if (m_runner.jobs() > m_clearedJob.load())
@@ -180,6 +185,8 @@ std::uint32_t CardCore::scanState() const {
     if (!isOpen())
         return 0;
     const std::uint32_t faults = m_faults.scanBits();
+    if (m_faults.isOn("scan_open_loop"))
+        return faults & ~scanstate::kLoopMask;
     const std::uint32_t loop = faults & scanstate::kLoopMask ? scanstate::kLoopBad : scanstate::kLoopGood;
     return (faults & ~scanstate::kLoopMask) | loop | scanstate::kClosedLoop;
 }
@@ -189,7 +196,9 @@ std::uint32_t CardCore::alarmWord() const {
 }
 
 void CardCore::clearAlarm() {
-    m_clearedJob.store(m_runner.jobs());
+    m_clearedJob.store(m_runner.endedJobs());
+    m_faults.forget();
+    m_runner.forgetWaits();
 }
 
 void CardCore::setErrorOutput(bool on) {
@@ -200,7 +209,8 @@ void CardCore::setErrorOutput(bool on) {
 bool CardCore::setFault(const std::string& name, bool on) {
     if (!m_faults.set(name, on))
         return false;
-    m_runner.setWaiting((m_faults.infoBits() & markinfo::kWaitMask) != 0);
+    const std::uint32_t wait = m_faults.infoBits() & markinfo::kWaitMask;
+    m_runner.setWaiting(wait != 0, wait == markinfo::kWaitInput);
     return true;
 }
 

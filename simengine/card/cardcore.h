@@ -92,7 +92,8 @@ public:
     std::uint32_t alarmWord() const;
     /// What the job on the card waits for: 0 nothing, 1 input, 2 motion module, 3 encoder, 4 mirrors.
     int waitCode() const;
-    /// Clears the results of the last job from the mark information word. An alarm whose cause lasts stays.
+    /// Clears the results of the last job, its time-out and its underrun from the mark information word. An alarm whose
+    /// cause lasts stays; a job that goes on waiting for its input is given the whole alarm time again.
     void clearAlarm();
 
     std::uint32_t inputs() const { return isOpen() ? m_io.inputs() : 0; }

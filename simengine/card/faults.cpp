@@ -20,6 +20,7 @@ constexpr CardFault kFaults[] = {
     {"wait_motion", 0, 0, markinfo::kWaitMotion},
     {"wait_encoder", 0, 0, markinfo::kWaitEncoder},
     {"wait_mirror", 0, 0, markinfo::kWaitMirror},
+    {"scan_open_loop", 0, 0, 0},
     {"scan_loop", 0, scanstate::kLoopBad, 0},
     {"scan_feedback_x", 0, scanstate::kFeedbackX, 0},
     {"scan_feedback_y", 0, scanstate::kFeedbackY, 0},
@@ -34,6 +35,15 @@ constexpr CardFault kFaults[] = {
     {"scan_position_y", 0, scanstate::kPositionY, 0},
     {"scan_link", 0, scanstate::kLink, 0},
 };
+
+/// What the card keeps of this fault.
+std::uint32_t keptBits(const std::string& name) {
+    for (const CardFault& fault : kFaults) {
+        if (name == fault.name)
+            return fault.infoBits & (markinfo::kTimeOut | markinfo::kUnderrun);
+    }
+    return 0;
+}
 
 } // namespace
 
@@ -53,6 +63,8 @@ bool FaultBank::set(const std::string& name, bool on) {
     if (fault == m_faults.end())
         return false;
     fault->second = on;
+    if (on)
+        m_kept |= keptBits(name);
     return true;
 }
 
@@ -74,6 +86,18 @@ void FaultBank::clear() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     for (auto& fault : m_faults)
         fault.second = false;
+    m_kept = 0;
+}
+
+void FaultBank::forget() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_kept = 0;
+}
+
+std::uint32_t FaultBank::infoBits() const {
+    const std::uint32_t now = bits(&CardFault::infoBits);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return now | m_kept;
 }
 
 std::uint32_t FaultBank::bits(std::uint32_t CardFault::*field) const {

@@ -17,7 +17,8 @@ struct CardFault {
     std::uint32_t infoBits;  ///< mark information word
 };
 
-/// Faults of the card and the head, switched by name from the panel, the automation port and tests.
+/// Faults of the card and the head, switched by name from the panel, the automation port and tests. What happened to a
+/// job, a time-out or an underrun, is kept when its fault is over, until it is forgotten.
 /// The other machine parts declare theirs in the same bank. All calls from any thread.
 class FaultBank {
 public:
@@ -31,16 +32,19 @@ public:
     std::vector<std::string> names() const;
     void clear();
 
-    /// Bits of all faults that are on.
+    /// Bits of all faults that are on; of the mark information word also those that are kept.
     std::uint32_t alarmBits() const { return bits(&CardFault::alarmBits); }
     std::uint32_t scanBits() const { return bits(&CardFault::scanBits); }
-    std::uint32_t infoBits() const { return bits(&CardFault::infoBits); }
+    std::uint32_t infoBits() const;
+    /// Drops what is kept. A fault that is still on goes on showing its bits.
+    void forget();
 
 private:
     std::uint32_t bits(std::uint32_t CardFault::*field) const;
 
     mutable std::mutex m_mutex;
     std::map<std::string, bool> m_faults;
+    std::uint32_t m_kept = 0; ///< bits of the mark information word that outlast their fault
 };
 
 } // namespace sim

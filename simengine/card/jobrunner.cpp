@@ -139,9 +139,22 @@ void JobRunner::release() {
     alert();
 }
 
-void JobRunner::setWaiting(bool on) {
+double JobRunner::longestInputWaitMs() const {
+    const Lock lock(m_mutex);
+    const Clock::duration now = m_inputWait ? Clock::now() - m_inputWaitAt : Clock::duration::zero();
+    return std::chrono::duration<double, std::milli>(std::max(now, m_longestInputWait)).count();
+}
+
+void JobRunner::forgetWaits() {
+    const Lock lock(m_mutex);
+    m_longestInputWait = {};
+    m_inputWaitAt = Clock::now();
+}
+
+void JobRunner::setWaiting(bool on, bool input) {
     Lock lock(m_mutex);
     m_waiting = on;
+    m_forInput = input;
     alert();
     if (on)
         awaitHold(lock);
@@ -230,6 +243,11 @@ Outcome JobRunner::lastOutcome() const {
 std::uint64_t JobRunner::jobs() const {
     const Lock lock(m_mutex);
     return m_jobs;
+}
+
+std::uint64_t JobRunner::endedJobs() const {
+    const Lock lock(m_mutex);
+    return m_jobs - (m_job ? 1 : 0);
 }
 
 Reaction JobRunner::lastReaction() const {

@@ -93,8 +93,12 @@ public:
     /// Holds the running job until release(), whatever the run state; nothing without a job.
     void hold();
     void release();
-    /// Lets jobs wait as for a signal from outside, on top of the other holds.
-    void setWaiting(bool on);
+    /// Lets jobs wait as for a signal from outside, on top of the other holds; `input` when that is an input.
+    void setWaiting(bool on, bool input = false);
+    /// Longest time in ms that the job on the card, or the last one, waited for an input without a break since
+    /// forgetWaits(). Time of the wall at any speed: what gives the input is no part of the simulation.
+    double longestInputWaitMs() const;
+    void forgetWaits();
     /// Waits until a stop is over. A stop comes as stop(), setState(Stop), stop(): the card has settled 10 ms after the
     /// last of the three, 0.5 s after a stop that is not followed up. False when that took longer than a second.
     bool waitSettled();
@@ -111,6 +115,8 @@ public:
     JobTime lastTime() const;
     Outcome lastOutcome() const;
     std::uint64_t jobs() const;
+    /// Jobs without the one that is on the card.
+    std::uint64_t endedJobs() const;
     Reaction lastReaction() const;
 
 private:
@@ -133,6 +139,7 @@ private:
     bool obey(Lock& lock, Executor& executor);
     void finish(Executor& executor);
     void holdLine(Lock& lock, Executor& executor);
+    void noteInputWait(bool waits);
     void publish(const Executor& executor);
     void schedule();
     bool held() const { return m_state == RunState::Pause || m_hold || m_waiting; }
@@ -155,6 +162,10 @@ private:
     RunState m_state = RunState::Stop;
     bool m_hold = false;
     bool m_waiting = false;
+    bool m_forInput = false;           ///< what jobs wait for is an input
+    bool m_inputWait = false;          ///< the job on the card waits for it now,
+    Clock::time_point m_inputWaitAt{}; ///< since then
+    Clock::duration m_longestInputWait{};
     bool m_stop = false;
     std::uint64_t m_stops = 0; ///< stops asked for so far
     Clock::time_point m_lastStop{};

@@ -43,6 +43,7 @@ void JobRunner::execute(Lock& lock) {
     m_motion = {start, start, 0.0, 0.0, false, 0};
     m_motionUs = 0.0;
     m_passStartUs = 0.0;
+    m_longestInputWait = {};
     m_clock.anchor(begin, 0.0, m_factor);
     m_activity = Activity::Running;
     const Job& job = *m_job;
@@ -130,11 +131,24 @@ void JobRunner::holdLine(Lock& lock, Executor& executor) {
     m_reaction.passMs = executor.passMs();
     while (held() && !m_stop) {
         m_activity = m_state == RunState::Pause || m_hold ? Activity::Paused : Activity::Waiting;
+        noteInputWait(m_activity == Activity::Waiting && m_forInput);
         m_changed.notify_all();
         m_wake.wait(lock, [this] { return m_attention.load(std::memory_order_relaxed); });
         m_attention.store(false, std::memory_order_relaxed);
     }
+    noteInputWait(false);
     m_activity = Activity::Running;
+}
+
+void JobRunner::noteInputWait(bool waits) {
+    if (waits == m_inputWait)
+        return;
+    const Clock::time_point now = Clock::now();
+    if (waits)
+        m_inputWaitAt = now;
+    else
+        m_longestInputWait = std::max(m_longestInputWait, now - m_inputWaitAt);
+    m_inputWait = waits;
 }
 
 void JobRunner::publish(const Executor& executor) {

@@ -21,7 +21,7 @@ constexpr FaultName kFaultNames[] = {
     {"scan_alarm_x", "X振镜报警"},     {"scan_alarm_y", "Y振镜报警"},      {"scan_no_feedback_x", "X无反馈"},
     {"scan_no_feedback_y", "Y无反馈"}, {"scan_init", "振镜初始化中"},      {"scan_overcurrent", "振镜过流"},
     {"scan_power", "振镜电源异常"},    {"scan_position_x", "X位置超差"},   {"scan_position_y", "Y位置超差"},
-    {"scan_link", "振镜通信断开"},
+    {"scan_link", "振镜通信断开"},     {"scan_open_loop", "开环振镜"},
 };
 
 const char* waitKey(int code) {

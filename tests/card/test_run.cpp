@@ -259,6 +259,127 @@ TEST_F(CardRun, status_words_tell_faults_and_results) {
     EXPECT_EQ(card.markInfo(), 0u);
 }
 
+TEST_F(CardRun, time_out_and_underrun_stay_until_the_alarm_is_cleared_or_the_next_job) {
+    const std::pair<const char*, std::uint32_t> rows[] = {{"io_timeout", markinfo::kTimeOut},
+                                                          {"data_underrun", markinfo::kUnderrun}};
+    for (const auto& [name, bit] : rows) {
+        card.setFault(name, true);
+        card.setFault(name, false);
+        EXPECT_EQ(card.markInfo(), bit) << name;
+        card.clearAlarm();
+        EXPECT_EQ(card.markInfo(), 0u) << name;
+        card.setFault(name, true);
+        card.clearAlarm();
+        EXPECT_EQ(card.markInfo(), bit) << "the cause lasts";
+        card.setFault(name, true);
+        card.setFault(name, false);
+        ASSERT_TRUE(card.run(jobOf({square(0, 0, 10)}), false));
+        EXPECT_EQ(card.markInfo(), markinfo::kSuccess) << name;
+        card.clearAlarm();
+    }
+}
+
+TEST_F(CardRun, a_job_that_is_refused_drops_no_alarm_of_the_running_one) {
+    card.setFault("wait_encoder", true);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitForActivity(Activity::Waiting));
+    card.setFault("data_underrun", true);
+    card.setFault("data_underrun", false);
+    EXPECT_FALSE(card.run(jobOf({square(0, 0, 10)}), false));
+    EXPECT_TRUE(card.markInfo() & markinfo::kUnderrun);
+    card.setFault("wait_encoder", false);
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.markInfo(), markinfo::kUnderrun | markinfo::kSuccess);
+}
+
+TEST_F(CardRun, waiting_for_an_input_longer_than_the_alarm_time_is_a_time_out) {
+    card.devices().setAlarmTime(30);
+    card.setFault("wait_input", true);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitForActivity(Activity::Waiting));
+    ASSERT_TRUE(waitFor([&] { return (card.markInfo() & markinfo::kTimeOut) != 0; }));
+    EXPECT_GE(card.runner().longestInputWaitMs(), 30.0);
+    EXPECT_EQ(card.head().activity, Activity::Waiting) << "it goes on waiting";
+    card.devices().setAlarmTime(3600000);
+    EXPECT_FALSE(card.markInfo() & markinfo::kTimeOut);
+    card.devices().setAlarmTime(30);
+    card.setFault("wait_input", false);
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.markInfo(), markinfo::kTimeOut | markinfo::kSuccess);
+    ASSERT_TRUE(card.run(jobOf({square(0, 0, 10)}), false));
+    EXPECT_EQ(card.markInfo(), markinfo::kSuccess);
+}
+
+TEST_F(CardRun, clearing_the_alarm_gives_a_waiting_job_its_alarm_time_again) {
+    card.devices().setAlarmTime(40);
+    card.setFault("wait_input", true);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitFor([&] { return (card.markInfo() & markinfo::kTimeOut) != 0; }));
+    const auto cleared = std::chrono::steady_clock::now();
+    card.clearAlarm();
+    const double longest = card.runner().longestInputWaitMs();
+    const std::chrono::duration<double, std::milli> since = std::chrono::steady_clock::now() - cleared;
+    EXPECT_LE(longest, since.count());
+    ASSERT_TRUE(waitFor([&] { return (card.markInfo() & markinfo::kTimeOut) != 0; }));
+    card.stop();
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.markInfo(), markinfo::kTimeOut | markinfo::kStopped);
+    card.clearAlarm();
+    EXPECT_EQ(card.markInfo(), 0u);
+}
+
+TEST_F(CardRun, clearing_the_alarm_during_a_job_leaves_its_result_to_come) {
+    card.setFault("wait_encoder", true);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitForActivity(Activity::Waiting));
+    card.clearAlarm();
+    card.setFault("wait_encoder", false);
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.markInfo(), markinfo::kSuccess);
+}
+
+TEST_F(CardRun, only_the_wait_for_an_input_is_timed) {
+    card.devices().setAlarmTime(1);
+    for (const char* name : {"wait_motion", "wait_encoder", "wait_mirror"}) {
+        card.setFault(name, true);
+        auto job = start(jobOf({square(0, 0, 10)}));
+        ASSERT_TRUE(waitForActivity(Activity::Waiting)) << name;
+        card.setFault(name, false);
+        EXPECT_TRUE(job.get());
+        EXPECT_EQ(card.runner().longestInputWaitMs(), 0.0) << name;
+    }
+    card.setFault("wait_input", true);
+    card.setState(RunState::Pause);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitForActivity(Activity::Paused));
+    EXPECT_EQ(card.runner().longestInputWaitMs(), 0.0) << "a pause is no wait";
+    card.setState(RunState::Run);
+    ASSERT_TRUE(waitForActivity(Activity::Waiting));
+    card.setFault("wait_input", false);
+    EXPECT_TRUE(job.get());
+    EXPECT_GT(card.runner().longestInputWaitMs(), 0.0);
+}
+
+TEST_F(CardRun, without_an_alarm_time_no_wait_is_too_long) {
+    card.devices().setAlarmTime(0);
+    card.setFault("wait_input", true);
+    auto job = start(jobOf({square(0, 0, 10)}));
+    ASSERT_TRUE(waitFor([&] { return card.runner().longestInputWaitMs() > 5.0; }));
+    EXPECT_FALSE(card.markInfo() & markinfo::kTimeOut);
+    card.setFault("wait_input", false);
+    EXPECT_TRUE(job.get());
+}
+
+TEST_F(CardRun, a_head_without_closed_loop_tells_no_loop) {
+    card.setFault("scan_open_loop", true);
+    EXPECT_EQ(card.scanState(), 0u);
+    card.setFault("scan_loop", true);
+    card.setFault("scan_power", true);
+    EXPECT_EQ(card.scanState(), scanstate::kPower);
+    card.clearFaults();
+    EXPECT_EQ(card.scanState(), 0x103u);
+}
+
 TEST_F(CardRun, ten_thousand_jobs_keep_one_trace) {
     const Job job = jobOf({square(0, 0, 10), polyline({{1, 1}})});
     const int jobs = 10000;
