@@ -27,7 +27,8 @@ private slots:
 
     void an_indicator_shows_its_colour_data();
     void an_indicator_shows_its_colour();
-    void an_indicator_is_clicked_only_when_clickable();
+    void an_indicator_without_the_clickable_flag_never_emits_clicked();
+    void a_clickable_indicator_is_clicked_on_release_on_lamp_and_text_too();
     void the_laser_indicator_follows_the_alarm_signal();
     void the_safety_indicator_is_not_clickable();
     void alarm_lines_replace_the_list();
@@ -36,7 +37,10 @@ private slots:
     void a_double_click_clears_the_list();
     void gas_switch_toggles_its_output();
     void red_light_switch_toggles_its_output();
-    void a_switch_that_is_not_fitted_is_disabled_and_stays();
+    void SetProtectGas_with_a_negative_bit_disables_the_image_and_leaves_it_as_it_was();
+    void SetRedLight_with_a_negative_bit_disables_the_image_and_leaves_it_as_it_was();
+    void the_red_light_label_takes_the_press_while_disabled();
+    void a_valid_bit_shows_the_state_of_the_output();
     void order_buttons_move_the_selected_object();
     void order_buttons_without_a_document_do_nothing();
     void right_panel_tells_its_size();
@@ -44,6 +48,10 @@ private slots:
 
 private:
     TemporaryRoot m_Root;
+    static QImage imageOf(QLabel const* label) { return label->pixmap(Qt::ReturnByValue).toImage(); }
+    static QImage switchImage(bool on) {
+        return QPixmap(QString::fromLatin1(on ? ":/Res/btncheckon2.png" : ":/Res/btncheckoff2.png")).toImage();
+    }
     QStringList lines(RunningWindow const& window) {
         const auto* list = window.statusList();
         QStringList all;
@@ -87,16 +95,40 @@ void StatusViewsTest::an_indicator_shows_its_colour() {
     QCOMPARE(indicator.findChild<QLabel*>(QStringLiteral("labelText"))->text(), QStringLiteral("text"));
 }
 
-void StatusViewsTest::an_indicator_is_clicked_only_when_clickable() {
+void StatusViewsTest::an_indicator_without_the_clickable_flag_never_emits_clicked() {
     AlarmCtrl indicator;
+    indicator.SetStatus(AlarmRed, QStringLiteral("text"));
+    indicator.show();
     QSignalSpy clicked(&indicator, &AlarmCtrl::clicked);
-    QTest::mouseClick(&indicator, Qt::LeftButton);
+    for (QWidget* part : {static_cast<QWidget*>(&indicator), indicator.findChild<QWidget*>(QStringLiteral("labelImg")),
+                          indicator.findChild<QWidget*>(QStringLiteral("labelText"))}) {
+        for (Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton})
+            QTest::mouseClick(part, button);
+        QTest::mouseDClick(part, Qt::LeftButton);
+    }
     QCOMPARE(clicked.count(), 0);
     indicator.SetClickable(true);
-    QTest::mousePress(&indicator, Qt::LeftButton);
-    QCOMPARE(clicked.count(), 0);
-    QTest::mouseRelease(&indicator, Qt::LeftButton);
+    QTest::mouseClick(&indicator, Qt::LeftButton);
     QCOMPARE(clicked.count(), 1);
+    indicator.SetClickable(false);
+    QTest::mouseClick(&indicator, Qt::LeftButton);
+    QCOMPARE(clicked.count(), 1);
+}
+
+void StatusViewsTest::a_clickable_indicator_is_clicked_on_release_on_lamp_and_text_too() {
+    AlarmCtrl indicator;
+    indicator.SetClickable(true);
+    indicator.SetStatus(AlarmGreen, QStringLiteral("text"));
+    indicator.show();
+    QSignalSpy clicked(&indicator, &AlarmCtrl::clicked);
+    int expected = 0;
+    for (QWidget* part : {static_cast<QWidget*>(&indicator), indicator.findChild<QWidget*>(QStringLiteral("labelImg")),
+                          indicator.findChild<QWidget*>(QStringLiteral("labelText"))}) {
+        QTest::mousePress(part, Qt::LeftButton);
+        QCOMPARE(clicked.count(), expected);
+        QTest::mouseRelease(part, Qt::LeftButton);
+        QCOMPARE(clicked.count(), ++expected);
+    }
 }
 
 void StatusViewsTest::the_laser_indicator_follows_the_alarm_signal() {
@@ -205,17 +237,74 @@ void StatusViewsTest::red_light_switch_toggles_its_output() {
     COMPARE_JOURNAL(machineJournal(), {call("SetOutputBit", 4, 1), call("SetOutputBit", 4, 0)});
 }
 
-void StatusViewsTest::a_switch_that_is_not_fitted_is_disabled_and_stays() {
+void StatusViewsTest::SetProtectGas_with_a_negative_bit_disables_the_image_and_leaves_it_as_it_was() {
     RunningWindow window;
     auto* view = window.child<StatuseView>("StatuseView");
-    view->SetProtectGas(3, QStringLiteral("gas"));
-    const QImage before = view->GasLabel()->pixmap(Qt::ReturnByValue).toImage();
-    view->SetProtectGas(-1, QStringLiteral("none"));
-    QVERIFY(!view->GasLabel()->isEnabled());
-    QCOMPARE(view->GasLabel()->pixmap(Qt::ReturnByValue).toImage(), before);
+    int bit = 3;
+    double delay = 20.0;
+    IOOutputSet::Instance()->SetProtectGas(bit, delay, QStringLiteral("gas"));
+    for (bool on : {true, false}) {
+        IOOutputSet::Instance()->SetProtectGas(MarkCardInstance::Instance(), on);
+        view->SetProtectGas(3, QStringLiteral("gas"));
+        QCOMPARE(imageOf(view->GasLabel()), switchImage(on));
+        IOOutputSet::Instance()->SetProtectGas(MarkCardInstance::Instance(), !on);
+        view->SetProtectGas(-1, QStringLiteral("none"));
+        QVERIFY(!view->GasLabel()->isEnabled());
+        QCOMPARE(imageOf(view->GasLabel()), switchImage(on));
+        QCOMPARE(window.child<QLabel>("labelExternSet")->text(), QStringLiteral("none"));
+        machine().clearJournal();
+        QTest::mousePress(view->GasLabel(), Qt::LeftButton);
+        QVERIFY(machineJournal().isEmpty());
+        QCOMPARE(imageOf(view->GasLabel()), switchImage(on));
+    }
+    view->SetProtectGas(0, QStringLiteral("gas"));
+    QVERIFY(view->GasLabel()->isEnabled());
+}
+
+void StatusViewsTest::SetRedLight_with_a_negative_bit_disables_the_image_and_leaves_it_as_it_was() {
+    RunningWindow window;
+    auto* view = window.child<StatuseView>("StatuseView");
+    int bit = 4;
+    IOOutputSet::Instance()->SetRedLight(bit, QStringLiteral("red"));
+    for (bool on : {true, false}) {
+        IOOutputSet::Instance()->SetRedLight(MarkCardInstance::Instance(), on);
+        view->SetRedLight(4, QStringLiteral("red"));
+        QCOMPARE(imageOf(view->RedLabel()), switchImage(on));
+        IOOutputSet::Instance()->SetRedLight(MarkCardInstance::Instance(), !on);
+        view->SetRedLight(-1, QStringLiteral("none"));
+        QVERIFY(!view->RedLabel()->isEnabled());
+        QCOMPARE(imageOf(view->RedLabel()), switchImage(on));
+        QCOMPARE(window.child<QLabel>("labelLaserRed")->text(), QStringLiteral("none"));
+    }
+}
+
+/// Only the gas asks whether it is fitted. With no red light set the press drives no output.
+void StatusViewsTest::the_red_light_label_takes_the_press_while_disabled() {
+    RunningWindow window;
+    auto* view = window.child<StatuseView>("StatuseView");
+    window->UpdateIOSetting();
+    QVERIFY(!view->RedLabel()->isEnabled());
     machine().clearJournal();
-    QTest::mousePress(view->GasLabel(), Qt::LeftButton);
+    QTest::mousePress(view->RedLabel(), Qt::LeftButton);
+    QCOMPARE(imageOf(view->RedLabel()), switchImage(true));
     QVERIFY(machineJournal().isEmpty());
+}
+
+void StatusViewsTest::a_valid_bit_shows_the_state_of_the_output() {
+    RunningWindow window;
+    auto* view = window.child<StatuseView>("StatuseView");
+    int gas = 0;
+    int red = 31;
+    double delay = 20.0;
+    IOOutputSet::Instance()->SetProtectGas(gas, delay, QStringLiteral("gas"));
+    IOOutputSet::Instance()->SetRedLight(red, QStringLiteral("red"));
+    for (bool on : {true, false}) {
+        MarkCardInstance::Instance()->SetOutputBit(gas, on ? 1 : 0);
+        MarkCardInstance::Instance()->SetOutputBit(red, on ? 0 : 1);
+        window->UpdateIOSetting();
+        QCOMPARE(imageOf(view->GasLabel()), switchImage(on));
+        QCOMPARE(imageOf(view->RedLabel()), switchImage(!on));
+    }
 }
 
 void StatusViewsTest::order_buttons_move_the_selected_object() {
