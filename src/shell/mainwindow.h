@@ -279,6 +279,8 @@ private:
     void HomeAxes();
     void ShowOptionalItems();
 
+    void ToggleCardStatus();
+
     // The input poll, on the main thread
     void CheckInput(unsigned int input);
     void CheckLaserAlarm();

@@ -11,6 +11,7 @@
 #include "engine/systemparam.h"
 #include "files/filelistview.h"
 #include "shell/alarmctrl.h"
+#include "shell/cardmirrorstatus.h"
 #include "shell/lamppixmap.h"
 #include "shell/lazyicon.h"
 #include "shell/leftpanel.h"
@@ -274,9 +275,28 @@ void MainWindow::countTime() {
     m_pTimeLabel->setText(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss")));
 }
 
-/// The status bar gets its height after the window has got its size; the clock follows.
+void MainWindow::ToggleCardStatus() {
+    CardMirrorStatus* status = CardMirrorStatus::Instance(this);
+    if (status->isVisible()) {
+        status->hide();
+        return;
+    }
+    status->setGeometry(tessera::CardStatusRect(geometry(), status->size().expandedTo(status->minimumSizeHint())));
+    status->show();
+}
+
+/// The status bar gets its height after the window has got its size; the clock follows. The card status window goes
+/// with the label: a kiosk's windows have no frame to close them by.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == ui->statusbar && event->type() == QEvent::Resize)
         m_pTimeLabel->setGeometry(tessera::TimeRect(ui->statusbar->size()));
+    if (watched == m_pCardStatusLabel && event->type() == QEvent::MouseButtonPress) {
+        ToggleCardStatus();
+        return true;
+    }
+    if (watched == m_pCardStatusLabel && event->type() == QEvent::Hide && !event->spontaneous()) {
+        if (CardMirrorStatus* status = CardMirrorStatus::Existing())
+            status->hide();
+    }
     return QMainWindow::eventFilter(watched, event);
 }

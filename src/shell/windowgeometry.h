@@ -22,6 +22,16 @@ inline QRect CentredRect(QRect const& area, QRect const& target) {
     return QRect(QPoint(left, top), target.size());
 }
 
+/// Place of the card status window of this size beside the lower right corner of the main window's rectangle: the
+/// status bar stays free as far as it is one row high.
+inline QRect CardStatusRect(QRect const& window, QSize const& size) {
+    constexpr int kRightGap = 10;
+    constexpr int kBottomGap = 35;
+    QRect place(QPoint(0, 0), size);
+    place.moveBottomRight(window.bottomRight() - QPoint(kRightGap, kBottomGap));
+    return place;
+}
+
 /// Place of the card-state label: from `fromRight` pixels left of the right edge of `bar` to one pixel left of it.
 inline QRect CardStateRect(QRect const& bar, int fromRight) {
     return QRect(QPoint(bar.right() - fromRight, bar.top()), QPoint(bar.right() - 1, bar.bottom()));
