@@ -84,12 +84,12 @@ void addAllLoops(HatchArea area, double pitch, PackedLines& lines) {
     }
 }
 
-PackedLines linesOf(std::vector<HatchContour> const& contours, FillParam const& fill) {
+PackedLines linesOf(HatchRows const& rows, FillParam const& fill) {
     const auto type = FillType(fill.FillType);
     if (type != FillType::Loops && fill.FillOffset == 0.0 && fill.EdgeCnt <= 0)
-        return hatchPaths(contours, rowGridFor(contours, fill.FillDist), type);
+        return hatchPaths(rows, type);
     PackedLines lines;
-    HatchArea area(contours);
+    HatchArea area(rows.contours());
     if (fill.FillOffset != 0.0)
         area = area.inset(fill.FillOffset);
     for (int i = 0; i < fill.EdgeCnt && !area.isEmpty(); ++i) {
@@ -99,7 +99,7 @@ PackedLines linesOf(std::vector<HatchContour> const& contours, FillParam const& 
     if (type == FillType::Loops)
         addAllLoops(area, fill.FillDist, lines);
     else
-        append(hatchPaths(area.contours(), rowGridFor(area.contours(), fill.FillDist), type), lines);
+        append(hatchPaths(HatchRows(area.contours(), fill.FillDist), type), lines);
     return lines;
 }
 
@@ -117,14 +117,13 @@ qint64 loopSegments(HatchArea const& area, double pitch, int edgeLoops, bool all
     return segments >= 9.0e18 ? qint64(9.0e18) : qint64(segments);
 }
 
-qint64 segmentsOf(std::vector<HatchContour> const& contours, FillParam const& fill) {
+qint64 segmentsOf(HatchRows const& rows, FillParam const& fill) {
     const auto type = FillType(fill.FillType);
-    const RowGrid grid = rowGridFor(contours, fill.FillDist);
-    qint64 segments = type == FillType::Loops ? 0 : countRowStretches(contours, grid);
+    qint64 segments = type == FillType::Loops ? 0 : rows.stretchCount();
     if (type == FillType::Serpentine || type == FillType::Sections)
         segments *= 2; // with the joints
     if (type == FillType::Loops || fill.EdgeCnt > 0)
-        segments += loopSegments(HatchArea(contours), fill.FillDist, fill.EdgeCnt, type == FillType::Loops);
+        segments += loopSegments(HatchArea(rows.contours()), fill.FillDist, fill.EdgeCnt, type == FillType::Loops);
     return segments;
 }
 
@@ -138,9 +137,10 @@ std::vector<HatchPart> hatchLines(std::vector<FlatLine> const& outline, std::vec
             continue;
         const Turn frame(fill.FillAngle + turn);
         const std::vector<HatchContour> contours = contoursInFrame(outline, frame);
-        if (segmentsOf(contours, fill) > kMaxHatchSegments)
+        const HatchRows rows(contours, fill.FillDist);
+        if (segmentsOf(rows, fill) > kMaxHatchSegments)
             continue;
-        HatchPart part{fill.FillLayer, linesOf(contours, fill)};
+        HatchPart part{fill.FillLayer, linesOf(rows, fill)};
         part.lines.mapPoints([&frame](QPointF const& p) { return frame.toField(p); });
         if (!part.lines.isEmpty())
             parts.push_back(std::move(part));
@@ -151,8 +151,10 @@ std::vector<HatchPart> hatchLines(std::vector<FlatLine> const& outline, std::vec
 qint64 hatchSegments(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills, double turn) {
     qint64 segments = 0;
     for (FillParam const& fill : fills) {
-        if (isUsable(fill))
-            segments += segmentsOf(contoursInFrame(outline, Turn(fill.FillAngle + turn)), fill);
+        if (!isUsable(fill))
+            continue;
+        const std::vector<HatchContour> contours = contoursInFrame(outline, Turn(fill.FillAngle + turn));
+        segments += segmentsOf(HatchRows(contours, fill.FillDist), fill);
     }
     return segments;
 }

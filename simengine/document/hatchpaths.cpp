@@ -2,13 +2,11 @@
 #include "simengine/document/hatchpaths.h"
 
 #include <algorithm>
-#include <cmath>
+#include <optional>
 
 namespace sim {
 
 namespace {
-
-const std::vector<HatchContour> kNoContours;
 
 /// Vertices of the outline between two rows that a joint may pass by.
 constexpr int kJointVertices = 256;
@@ -41,12 +39,13 @@ bool cross(QPointF const& a, QPointF const& b, QPointF const& c, QPointF const& 
 /// joint without a corner between the rows would have cut one of the stretches.
 class Joints {
 public:
-    Joints(std::vector<HatchContour> const& contours, RowGrid const& grid)
-        : m_contours(contours)
-        , m_grid(grid) {
-        for (std::size_t c = 0; c < contours.size(); ++c) {
-            for (std::size_t v = 0; v < contours[c].size(); ++v)
-                m_vertices.push_back({grid.rowAt(contours[c][v].y()), std::uint32_t(c), std::uint32_t(v)});
+    explicit Joints(HatchRows const& rows)
+        : m_rows(rows)
+        , m_contours(rows.contours())
+        , m_grid(rows.grid()) {
+        for (std::size_t c = 0; c < m_contours.size(); ++c) {
+            for (std::size_t v = 0; v < m_contours[c].size(); ++v)
+                m_vertices.push_back({rows.rowOf(c, v), std::uint32_t(c), std::uint32_t(v)});
         }
         std::sort(m_vertices.begin(), m_vertices.end(),
                   [](PlacedVertex const& a, PlacedVertex const& b) { return a.row < b.row; });
@@ -69,7 +68,7 @@ private:
         for (; edge != to.edge; ++passed) {
             // forwards the edge's end comes next, backwards its start
             const std::size_t vertex = step > 0 ? (edge + 1) % count : edge;
-            if (passed == kJointVertices || m_grid.rowAt(contour[vertex].y()) != row + 1 ||
+            if (passed == kJointVertices || m_rows.rowOf(from.contour, vertex) != row + 1 ||
                 dent(contour[vertex], from, to, row, rightSide))
                 return false;
             edge = step > 0 ? (edge + 1) % count : (edge + count - 1) % count;
@@ -101,6 +100,7 @@ private:
         });
     }
 
+    HatchRows const& m_rows;
     std::vector<HatchContour> const& m_contours;
     RowGrid const& m_grid;
     std::vector<PlacedVertex> m_vertices;
@@ -109,7 +109,8 @@ private:
 /// Lays stretches one behind the other into lines.
 class Pen {
 public:
-    Pen(RowGrid const& grid, Joints const& joints, PackedLines& lines)
+    /// Without `joints` nothing is joined.
+    Pen(RowGrid const& grid, Joints const* joints, PackedLines& lines)
         : m_grid(grid)
         , m_joints(joints)
         , m_lines(lines) {}
@@ -118,8 +119,8 @@ public:
         const double y = m_grid.y(stretch.row);
         RowEnd const& begin = backwards ? stretch.right : stretch.left;
         RowEnd const& end = backwards ? stretch.left : stretch.right;
-        if (m_open && !(join && stretch.row == m_row + 1 && m_backwards != backwards &&
-                        m_joints.follows(m_end, begin, m_row, backwards)))
+        if (m_open && !(join && m_joints && stretch.row == m_row + 1 && m_backwards != backwards &&
+                        m_joints->follows(m_end, begin, m_row, backwards)))
             finish();
         m_lines.addPoint({begin.x, y});
         m_lines.addPoint({end.x, y});
@@ -137,7 +138,7 @@ public:
 
 private:
     RowGrid const& m_grid;
-    Joints const& m_joints;
+    Joints const* m_joints;
     PackedLines& m_lines;
     bool m_open = false;
     bool m_backwards = false;
@@ -145,14 +146,12 @@ private:
     std::int64_t m_row = 0;
 };
 
-void drawRows(std::vector<HatchContour> const& contours, RowGrid const& grid, FillType type, Pen& pen) {
-    scanRows(contours, grid, [&](std::vector<RowStretch> const& row) {
-        const bool backwards = type != FillType::OneWay && row.front().row % 2 != 0;
-        const bool join = type == FillType::Serpentine;
-        if (backwards)
-            std::for_each(row.rbegin(), row.rend(), [&](RowStretch const& s) { pen.draw(s, true, join); });
+void drawRows(HatchRows const& rows, FillType type, Pen& pen) {
+    rows.scan([&](std::vector<RowStretch> const& row) {
+        if (type != FillType::OneWay && row.front().row % 2 != 0)
+            std::for_each(row.rbegin(), row.rend(), [&](RowStretch const& s) { pen.draw(s, true, true); });
         else
-            std::for_each(row.begin(), row.end(), [&](RowStretch const& s) { pen.draw(s, false, join); });
+            std::for_each(row.begin(), row.end(), [&](RowStretch const& s) { pen.draw(s, false, true); });
     });
     pen.finish();
 }
@@ -200,9 +199,9 @@ private:
     std::vector<std::size_t> m_numbers; ///< sections of m_last
 };
 
-void drawSections(std::vector<HatchContour> const& contours, RowGrid const& grid, Pen& pen) {
+void drawSections(HatchRows const& rows, Pen& pen) {
     Sections sections;
-    scanRows(contours, grid, [&](std::vector<RowStretch> const& row) { sections.add(row); });
+    rows.scan([&](std::vector<RowStretch> const& row) { sections.add(row); });
     for (std::vector<RowStretch> const& section : sections.all()) {
         for (std::size_t i = 0; i < section.size(); ++i)
             pen.draw(section[i], i % 2 != 0, i > 0);
@@ -212,17 +211,18 @@ void drawSections(std::vector<HatchContour> const& contours, RowGrid const& grid
 
 } // namespace
 
-PackedLines hatchPaths(std::vector<HatchContour> const& contours, RowGrid const& grid, FillType type) {
+PackedLines hatchPaths(HatchRows const& rows, FillType type) {
     PackedLines lines;
-    const auto stretches = std::size_t(countRowStretches(contours, grid));
+    const auto stretches = std::size_t(rows.stretchCount());
     lines.reserve(stretches, 2 * stretches);
-    const bool joined = type == FillType::Serpentine || type == FillType::Sections;
-    const Joints joints(joined ? contours : kNoContours, grid);
-    Pen pen(grid, joints, lines);
+    std::optional<Joints> joints;
+    if (type == FillType::Serpentine || type == FillType::Sections)
+        joints.emplace(rows);
+    Pen pen(rows.grid(), joints ? &*joints : nullptr, lines);
     if (type == FillType::Sections)
-        drawSections(contours, grid, pen);
+        drawSections(rows, pen);
     else
-        drawRows(contours, grid, type, pen);
+        drawRows(rows, type, pen);
     return lines;
 }
 

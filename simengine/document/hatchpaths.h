@@ -15,8 +15,8 @@ enum class FillType {
     Loops = 4       ///< loops along the outline, from outside to inside
 };
 
-/// The rows of `contours` as lines in marking order, in the frame of the hatch. Two stretches are joined only where the
-/// way between them follows the outline, so that nothing outside the area is marked. Not for FillType::Loops.
-PackedLines hatchPaths(std::vector<HatchContour> const& contours, RowGrid const& grid, FillType type);
+/// The rows as lines in marking order, in the frame of the hatch. Two stretches are joined only where the way between
+/// them follows the outline, so that nothing outside the area is marked. Not for FillType::Loops.
+PackedLines hatchPaths(HatchRows const& rows, FillType type);
 
 } // namespace sim

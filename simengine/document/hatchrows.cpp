@@ -22,9 +22,33 @@ constexpr double kRowSlack = 1.0e-9;
 /// Rows that are counted; so many are never made.
 constexpr double kMostRows = 1.0e15;
 
-/// An edge that crosses rows, lower end first.
+RowGrid rowGridFor(std::vector<HatchContour> const& contours, double pitch) {
+    double low = std::numeric_limits<double>::infinity();
+    double high = -low;
+    for (HatchContour const& contour : contours) {
+        for (QPointF const& p : contour) {
+            low = std::min(low, p.y());
+            high = std::max(high, p.y());
+        }
+    }
+    RowGrid grid;
+    grid.pitch = pitch;
+    if (!(high > low) || !(pitch > 0.0))
+        return grid;
+    const double rows = std::min(std::floor((high - low) / pitch + kRowSlack), kMostRows);
+    grid.count = std::max<std::int64_t>(1, std::int64_t(rows));
+    grid.first = (low + high - pitch * double(grid.count - 1)) / 2.0;
+    return grid;
+}
+
+/// An edge and the row in which it begins.
+struct Start {
+    std::int64_t row = 0;
+    std::uint32_t edge = 0;
+};
+
+/// An edge that crosses rows, from its lower end.
 struct Edge {
-    std::int64_t firstRow = 0;
     std::int64_t endRow = 0; ///< behind the last
     QPointF low;
     double slope = 0.0; ///< dx/dy
@@ -34,61 +58,19 @@ struct Edge {
     std::uint32_t index = 0;
 };
 
-/// Each vertex is put to its row once, so that the edges that meet in it agree and every row has an even number of
-/// crossings.
-std::vector<Edge> crossingEdges(std::vector<HatchContour> const& contours, RowGrid const& grid) {
-    std::vector<Edge> edges;
-    std::vector<std::int64_t> rows;
-    for (std::size_t c = 0; c < contours.size(); ++c) {
-        HatchContour const& contour = contours[c];
-        if (contour.size() < 3)
-            continue;
-        rows.resize(contour.size());
-        std::transform(contour.begin(), contour.end(), rows.begin(),
-                       [&grid](QPointF const& p) { return grid.rowAt(p.y()); });
-        for (std::size_t i = 0; i < contour.size(); ++i) {
-            const std::size_t next = i + 1 == contour.size() ? 0 : i + 1;
-            if (rows[i] == rows[next])
-                continue;
-            const bool up = rows[i] < rows[next];
-            QPointF const& low = contour[up ? i : next];
-            QPointF const& high = contour[up ? next : i];
-            Edge edge;
-            edge.firstRow = std::min(rows[i], rows[next]);
-            edge.endRow = std::max(rows[i], rows[next]);
-            edge.low = low;
-            edge.slope = (high.x() - low.x()) / (high.y() - low.y());
-            edge.minX = std::min(low.x(), high.x());
-            edge.maxX = std::max(low.x(), high.x());
-            edge.contour = std::uint32_t(c);
-            edge.index = std::uint32_t(i);
-            edges.push_back(edge);
-        }
-    }
-    return edges;
-}
-
-struct Start {
-    std::int64_t row = 0;
-    std::uint32_t edge = 0;
-};
-
-/// The edges by the row in which they begin.
-std::vector<Start> startsOf(std::vector<Edge> const& edges) {
-    std::vector<Start> starts(edges.size());
-    for (std::size_t i = 0; i < edges.size(); ++i)
-        starts[i] = {edges[i].firstRow, std::uint32_t(i)};
-    std::sort(starts.begin(), starts.end(), [](Start const& a, Start const& b) { return a.row < b.row; });
-    return starts;
-}
-
 /// The edges that cross the current row, ordered by where they cross it. From one row to the next that order hardly
 /// changes, so that putting it right again costs next to nothing.
 class Sweep {
 public:
-    explicit Sweep(std::vector<Edge> const& edges)
-        : m_edges(edges)
-        , m_starts(startsOf(edges)) {}
+    explicit Sweep(HatchRows const& rows) {
+        m_edges.reserve(rows.edgeCount());
+        m_starts.reserve(rows.edgeCount());
+        for (std::size_t c = 0; c < rows.contours().size(); ++c)
+            addContour(rows, c);
+        // Where edges begin in one place, their order here decides which of them ends a stretch, and so where stretches
+        // are joined: another way of sorting gives other joints.
+        std::sort(m_starts.begin(), m_starts.end(), [](Start const& a, Start const& b) { return a.row < b.row; });
+    }
 
     bool isDone() const { return m_active.empty() && m_next == m_starts.size(); }
     /// The next row that something crosses, from `row` on.
@@ -129,6 +111,33 @@ private:
         std::uint32_t edge = 0;
     };
 
+    /// The row of a vertex is the same for both edges that meet in it, so that every row has an even number of
+    /// crossings.
+    void addContour(HatchRows const& rows, std::size_t c) {
+        HatchContour const& contour = rows.contours()[c];
+        if (contour.size() < 3)
+            return;
+        for (std::size_t i = 0; i < contour.size(); ++i) {
+            const std::size_t next = i + 1 == contour.size() ? 0 : i + 1;
+            const std::int64_t row = rows.rowOf(c, i);
+            const std::int64_t nextRow = rows.rowOf(c, next);
+            if (row == nextRow)
+                continue;
+            QPointF const& low = contour[row < nextRow ? i : next];
+            QPointF const& high = contour[row < nextRow ? next : i];
+            Edge edge;
+            edge.endRow = std::max(row, nextRow);
+            edge.low = low;
+            edge.slope = (high.x() - low.x()) / (high.y() - low.y());
+            edge.minX = std::min(low.x(), high.x());
+            edge.maxX = std::max(low.x(), high.x());
+            edge.contour = std::uint32_t(c);
+            edge.index = std::uint32_t(i);
+            m_starts.push_back({std::min(row, nextRow), std::uint32_t(m_edges.size())});
+            m_edges.push_back(edge);
+        }
+    }
+
     RowEnd end(Crossing const& crossing) const {
         Edge const& edge = m_edges[crossing.edge];
         return {crossing.x, edge.contour, edge.index};
@@ -144,7 +153,7 @@ private:
         }
     }
 
-    std::vector<Edge> const& m_edges;
+    std::vector<Edge> m_edges;
     std::vector<Start> m_starts;
     std::size_t m_next = 0;
     std::vector<Crossing> m_active;
@@ -157,50 +166,43 @@ std::int64_t RowGrid::rowAt(double y) const {
     return row <= 0.0 ? 0 : row >= double(count) ? count : std::int64_t(row);
 }
 
-RowGrid rowGridFor(std::vector<HatchContour> const& contours, double pitch) {
-    double low = std::numeric_limits<double>::infinity();
-    double high = -low;
-    for (HatchContour const& contour : contours) {
-        for (QPointF const& p : contour) {
-            low = std::min(low, p.y());
-            high = std::max(high, p.y());
-        }
-    }
-    RowGrid grid;
-    grid.pitch = pitch;
-    if (!(high > low) || !(pitch > 0.0))
-        return grid;
-    const double rows = std::min(std::floor((high - low) / pitch + kRowSlack), kMostRows);
-    grid.count = std::max<std::int64_t>(1, std::int64_t(rows));
-    grid.first = (low + high - pitch * double(grid.count - 1)) / 2.0;
-    return grid;
+HatchRows::HatchRows(std::vector<HatchContour> const& contours, double pitch)
+    : m_contours(contours)
+    , m_grid(rowGridFor(contours, pitch)) {
+    placeVertices();
 }
 
-std::int64_t countRowStretches(std::vector<HatchContour> const& contours, RowGrid const& grid) {
-    std::int64_t crossings = 0;
-    for (HatchContour const& contour : contours) {
+void HatchRows::placeVertices() {
+    std::size_t vertices = 0;
+    m_firsts.reserve(m_contours.size());
+    for (HatchContour const& contour : m_contours) {
+        m_firsts.push_back(vertices);
+        vertices += contour.size();
+    }
+    m_rows.reserve(vertices);
+    for (HatchContour const& contour : m_contours) {
+        const std::size_t first = m_rows.size();
+        for (QPointF const& p : contour)
+            m_rows.push_back(m_grid.rowAt(p.y()));
         if (contour.size() < 3)
             continue;
-        std::int64_t last = grid.rowAt(contour.back().y());
-        for (QPointF const& p : contour) {
-            const std::int64_t row = grid.rowAt(p.y());
-            crossings += std::abs(row - last);
-            last = row;
+        std::int64_t last = m_rows.back();
+        for (std::size_t i = first; i < m_rows.size(); ++i) {
+            m_crossings += std::abs(m_rows[i] - last);
+            m_edges += m_rows[i] != last ? 1 : 0;
+            last = m_rows[i];
         }
     }
-    return crossings / 2;
 }
 
-void scanRows(std::vector<HatchContour> const& contours, RowGrid const& grid,
-              std::function<void(std::vector<RowStretch> const&)> const& take) {
-    if (grid.count <= 0)
+void HatchRows::scan(std::function<void(std::vector<RowStretch> const&)> const& take) const {
+    if (m_grid.count <= 0)
         return;
-    const std::vector<Edge> edges = crossingEdges(contours, grid);
-    Sweep sweep(edges);
+    Sweep sweep(*this);
     std::vector<RowStretch> stretches;
-    for (std::int64_t row = 0; row < grid.count && !sweep.isDone(); ++row) {
+    for (std::int64_t row = 0; row < m_grid.count && !sweep.isDone(); ++row) {
         row = sweep.nextRow(row);
-        sweep.moveTo(row, grid.y(row));
+        sweep.moveTo(row, m_grid.y(row));
         sweep.stretches(row, stretches);
         if (!stretches.empty())
             take(stretches);

@@ -22,9 +22,6 @@ struct RowGrid {
     std::int64_t rowAt(double y) const;
 };
 
-/// Rows in the middle of the contours' height: as many as fit, one at least; none for contours without height.
-RowGrid rowGridFor(std::vector<HatchContour> const& contours, double pitch);
-
 /// Where a row enters or leaves the area: on edge `edge` of contour `contour`, from its vertex `edge` to the next.
 struct RowEnd {
     double x = 0.0;
@@ -39,12 +36,34 @@ struct RowStretch {
     RowEnd right;
 };
 
-/// Number of the stretches of all rows, those without length included. Exact, and as quick as one look at every edge.
-std::int64_t countRowStretches(std::vector<HatchContour> const& contours, RowGrid const& grid);
+/// Contours under rows in the middle of their height: as many as fit, one at least; none for contours without height.
+/// Which row a vertex belongs to is found once, for all that is asked about the rows. The contours must outlive it.
+class HatchRows {
+public:
+    HatchRows(std::vector<HatchContour> const& contours, double pitch);
+    HatchRows(std::vector<HatchContour>&& contours, double pitch) = delete;
 
-/// Gives the stretches of each row that has some, from left to right, the rows upwards. Inside is what an odd number of
-/// contours encloses.
-void scanRows(std::vector<HatchContour> const& contours, RowGrid const& grid,
-              std::function<void(std::vector<RowStretch> const&)> const& take);
+    std::vector<HatchContour> const& contours() const { return m_contours; }
+    RowGrid const& grid() const { return m_grid; }
+    /// The lowest row that is not below a vertex, 0 to the number of rows.
+    std::int64_t rowOf(std::size_t contour, std::size_t vertex) const { return m_rows[m_firsts[contour] + vertex]; }
+    /// Number of the stretches of all rows, those without length included.
+    std::int64_t stretchCount() const { return m_crossings / 2; }
+    /// Number of the edges that cross rows.
+    std::size_t edgeCount() const { return m_edges; }
+    /// Gives the stretches of each row that has some, from left to right, the rows upwards. Inside is what an odd
+    /// number of contours encloses.
+    void scan(std::function<void(std::vector<RowStretch> const&)> const& take) const;
+
+private:
+    void placeVertices();
+
+    std::vector<HatchContour> const& m_contours;
+    RowGrid m_grid;
+    std::vector<std::int64_t> m_rows;  ///< of the vertices, one contour behind the other
+    std::vector<std::size_t> m_firsts; ///< where in m_rows a contour begins
+    std::size_t m_edges = 0;
+    std::int64_t m_crossings = 0; ///< of the edges and the rows
+};
 
 } // namespace sim
