@@ -1005,6 +1005,7 @@
     <message><source>振镜电源异常</source><translation>Scan power bad</translation></message>
     <message><source>X位置超差</source><translation>X position off</translation></message>
     <message><source>Y位置超差</source><translation>Y position off</translation></message>
+    <message><source>输出卡死</source><translation>Outputs stuck</translation></message>
     <message><source>激光器不就绪</source><translation>Laser not ready</translation></message>
     <message><source>激光器不出光</source><translation>No laser emission</translation></message>
     <message><source>振镜通信断开</source><translation>Scan link down</translation></message>

@@ -98,8 +98,8 @@ public:
 
     std::uint32_t inputs() const { return isOpen() ? m_io.inputs() : 0; }
     std::uint32_t outputs() const { return isOpen() ? m_io.outputs() : 0; }
-    /// False when closed or there is no such output.
-    bool setOutput(int bit, bool on) { return isOpen() && m_io.setOutput(bit, on); }
+    /// False when closed, when there is no such output, and with the fault "outputs_stuck", which keeps the levels.
+    bool setOutput(int bit, bool on) { return isOpen() && !m_faults.isOn("outputs_stuck") && m_io.setOutput(bit, on); }
     /// The error line, apart from the 32 outputs.
     void setErrorOutput(bool on);
     bool errorOutput() const { return m_errorOutput.load(); }

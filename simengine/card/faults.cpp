@@ -12,6 +12,7 @@ constexpr CardFault kFaults[] = {
     {"job_fails", 0, 0, 0},
     {"flash_fails", 0, 0, 0},
     {"card_alarm", alarmword::kLaser, 0, 0},
+    {"outputs_stuck", 0, 0, 0},
     {"laser_no_ready", 0, 0, 0},
     {"laser_no_emission", 0, 0, 0},
     {"io_timeout", 0, 0, markinfo::kTimeOut},

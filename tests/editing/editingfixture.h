@@ -7,11 +7,11 @@
 #include "engine/vzlistviewex.h"
 #include "support/approot.h"
 #include "tests/support/dialoganswerer.h"
+#include "tests/support/logtexts.h"
 #include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
 #include <QComboBox>
-#include <QDate>
 #include <QDoubleSpinBox>
 #include <QFile>
 #include <QItemSelectionModel>
@@ -39,20 +39,6 @@ T* part(QWidget& widget, char const* name) {
     if (!found)
         qFatal("no %s in the panel", name);
     return found;
-}
-
-/// Texts of today's log entries of a kind ("param", "operator"), in order.
-inline QStringList logTexts(char const* kind) {
-    QFile file(tessera::rootPath(QStringLiteral("/日志文件/") + QDate::currentDate().toString("yyyy-MM-dd") + ".log"));
-    QStringList texts;
-    if (!file.open(QIODevice::ReadOnly))
-        return texts;
-    for (QString const& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
-        const QStringList columns = line.split(QLatin1Char('\t'));
-        if (columns.value(1) == QLatin1String(kind))
-            texts.append(columns.value(2));
-    }
-    return texts;
 }
 
 /// A document in a fresh root, without a main window.

@@ -5,6 +5,7 @@
 #include "engine/markshapecontainer.h"
 #include "engine/qrulerview.h"
 #include "tests/iosetup/iosetupfixture.h"
+#include "tests/support/logtexts.h"
 
 #include <future>
 
@@ -41,6 +42,9 @@ private slots:
     void a_stopped_job_gives_it_only_when_asked_data();
     void a_stopped_job_gives_it_only_when_asked();
     void an_output_that_is_not_there_is_not_written();
+    void a_signal_that_does_not_read_back_is_logged_when_it_is_checked_data();
+    void a_signal_that_does_not_read_back_is_logged_when_it_is_checked();
+    void a_signal_without_its_acknowledge_is_logged();
 
 private:
     void set(int clearType, int duration = 0, int timeout = 0, int level = 1, int ackLevel = 1) {
@@ -84,6 +88,7 @@ void EndSignalTest::init() {
 }
 
 void EndSignalTest::cleanup() {
+    OpenCard::control().clearFaults();
     m_view.reset();
     IOOutputSet::Instance()->SetEndSignal(false, kOutput, 1, 0, 100, kAckInput, 1, 1000, false);
     IOOutputSet::Instance()->m_bStopHasEndSig = false;
@@ -234,6 +239,32 @@ void EndSignalTest::an_output_that_is_not_there_is_not_written() {
         QVERIFY(run());
     }
     QCOMPARE(signalCalls().size(), 0);
+}
+
+void EndSignalTest::a_signal_that_does_not_read_back_is_logged_when_it_is_checked_data() {
+    QTest::addColumn<bool>("stuck");
+    QTest::addColumn<bool>("check");
+    QTest::addColumn<QStringList>("log");
+    const QStringList failed(QStringLiteral("end signal: output 13 does not read back as written"));
+    QTest::newRow("stuck and checked") << true << true << failed;
+    QTest::newRow("stuck, not checked") << true << false << QStringList();
+    QTest::newRow("good and checked") << false << true << QStringList();
+}
+
+void EndSignalTest::a_signal_that_does_not_read_back_is_logged_when_it_is_checked() {
+    QFETCH(bool, stuck);
+    QFETCH(bool, check);
+    IOOutputSet::Instance()->SetEndSignal(true, kOutput, 1, 0, 5, kAckInput, 1, 0, check);
+    QVERIFY(OpenCard::control().setFault("outputs_stuck", stuck));
+    QVERIFY(run());
+    COMPARE_JOURNAL(signalCalls(), {call("SetOutputBit", kOutput, 1), call("SetOutputBit", kOutput, 0)});
+    QTEST(logTexts("error"), "log");
+}
+
+void EndSignalTest::a_signal_without_its_acknowledge_is_logged() {
+    set(2, 0, 30);
+    QVERIFY(run());
+    QCOMPARE(logTexts("error"), QStringList(QStringLiteral("end signal: no acknowledge at input 16 within 30 ms")));
 }
 
 QTEST_MAIN(EndSignalTest)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/updateinputthread.h"
 #include "tests/shell/supervisionfixture.h"
+#include "tests/support/logtexts.h"
 
 using namespace tests;
 
@@ -21,6 +22,7 @@ private slots:
     void a_preview_edge_opens_the_dialog_and_then_previews();
     void stop_and_run_in_one_poll_stop_and_the_run_comes_with_the_next();
     void a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost();
+    void a_start_by_input_is_logged_once_the_dialog_is_there();
     void the_poll_beats_anew_when_its_thread_is_started_again();
     void the_active_document_is_told_to_the_run_data();
 };
@@ -123,6 +125,19 @@ void RunInputsTest::a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost() {
     machine().setInputs(0);
     window().timerUpDate();
     QVERIFY(!dialog().IsRunning());
+}
+
+void RunInputsTest::a_start_by_input_is_logged_once_the_dialog_is_there() {
+    const auto starts = [] { return logTexts("run").count(QStringLiteral("Normal Mark Start")); };
+    start(false);
+    m_Window->newDocument();
+    const int before = starts();
+    window().IOStartRun();
+    QCOMPARE(starts(), before);
+    QVERIFY(!dialog().IsRunning());
+    window().ShowNormalMarkWindow();
+    window().IOStartRun();
+    QCOMPARE(starts(), before + 1);
 }
 
 /// The window is not shown and so has no thread of its own.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/shell/supervisionfixture.h"
+#include "tests/support/logtexts.h"
 
 #include <random>
 
@@ -28,18 +29,6 @@ private slots:
     void with_a_closed_card_the_alarms_stay_as_they_were();
     void alarms_that_come_and_go_are_logged();
     void in_a_storm_of_inputs_alarms_lamp_and_job_stay_in_step();
-
-private:
-    static QStringList logLines() {
-        QStringList all;
-        const QDir folder(tessera::rootPath(QStringLiteral("/日志文件")));
-        for (QString const& name : folder.entryList({QStringLiteral("*.log")}, QDir::Files, QDir::Name)) {
-            QFile file(folder.filePath(name));
-            if (file.open(QIODevice::ReadOnly))
-                all += QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        }
-        return all;
-    }
 };
 
 void SupervisionTest::initTestCase() {
@@ -221,15 +210,13 @@ void SupervisionTest::with_a_closed_card_the_alarms_stay_as_they_were() {
 void SupervisionTest::alarms_that_come_and_go_are_logged() {
     start(false);
     window().timerUpDate();
-    const QStringList before = logLines();
+    const int before = logTexts("run").size();
     for (unsigned int word : {1U << InDoor5, 1U << InDoor5, 0U}) {
         machine().setInputs(word);
         window().timerUpDate();
     }
-    QStringList lines = logLines().mid(before.size());
-    QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines.at(0).endsWith(QStringLiteral("\t机台安全门5:1")), qPrintable(lines.at(0)));
-    QVERIFY2(lines.at(1).endsWith(QStringLiteral("\t机台安全门5:0")), qPrintable(lines.at(1)));
+    QCOMPARE(logTexts("run").mid(before),
+             (QStringList{QStringLiteral("机台安全门5:1"), QStringLiteral("机台安全门5:0")}));
 }
 
 /// Every input at random, poll by poll, into jobs that do not end by themselves. A preview by input would wait for its
