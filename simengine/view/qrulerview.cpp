@@ -2,6 +2,8 @@
 #include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "simengine/document/mkfcodec.h"
+#include "simengine/servers/pusheddocument.h"
+#include "simengine/servers/stationmessage.h"
 #include "simengine/view/marktoolaccess.h"
 #include "simengine/view/qrulerview_p.h"
 #include "simengine/view/qrulerviewaccess.h"
@@ -176,15 +178,18 @@ bool QRulerView::ReadDoc() {
 }
 
 bool QRulerView::ReadDoc(QString const& first, QString const& second) {
-    sim::Document& document = d->session.document();
-    const QString path = document.fileName();
-    document.setFileName(pathOf(first));
-    const bool done = d->read();
-    if (done)
-        d->setName(second);
-    else
-        document.setFileName(path);
-    return done;
+    d->canvas->cancelGesture();
+    QString error;
+    const std::optional<QString> path = sim::pushedPath(second, error);
+    const std::optional<sim::DocumentContent> content = path ? sim::pushedContent(first, error) : std::nullopt;
+    if (!content) {
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("pushed document %1: %2").arg(sim::loggable(second), error));
+        return false;
+    }
+    d->session.document().setContent(*content);
+    d->canvas->fitField();
+    d->setName(second);
+    return true;
 }
 
 bool QRulerView::SaveDoc() {

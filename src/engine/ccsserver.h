@@ -24,6 +24,7 @@ signals:
 private:
     CCSServer();
     ~CCSServer() override;
+    friend struct CCSServerAccess;
     struct Private;
     std::unique_ptr<Private> d;
 };

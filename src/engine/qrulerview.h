@@ -42,8 +42,11 @@ public:
     QString GetFileName() const;
     /// Reads the set file; false when it is missing, damaged or of a newer format, and the document stays as it was.
     bool ReadDoc();
-    /// Takes a document pushed by a controlling station: reads the file `first` and gives the document the name
-    /// `second`, both as in SetFileName. False as above, and the name too stays as it was.
+    /// Takes a document pushed by a controlling station. `first` tells its content: "data:" and the base64 of the
+    /// file's bytes, "upload:" and the name under which the station has put it, or a document of this machine. `second`
+    /// is its name, by which SetFileName is called. Both names are as in SetFileName and lie in the documents folder.
+    /// False when there is no such content, when it is damaged or of a newer format, or when a name leads out of the
+    /// folder: the document and its name then stay as they were. Nothing is written.
     bool ReadDoc(QString const& first, QString const& second);
     /// Writes the set file: after a power cut it is the old or the new one. False when it could not be written.
     bool SaveDoc();

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 #include "engine/ccdserver.h"
-#include "engine/ccsserver.h"
 #include "engine/imodbuslaser.h"
 #include "engine/manualresetevent.h"
 #include "engine/rundatagather.h"
@@ -10,7 +9,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <atomic>
@@ -51,18 +49,6 @@ private slots:
     void initTestCase() {
         QVERIFY(m_root.isValid());
         tessera::setApplicationRoot(m_root.path());
-    }
-
-    void the_command_server_says_that_it_is_not_there() {
-        QVERIFY(!InitServer());
-        QVERIFY(logText().contains("command server: not available"));
-        QSignalSpy commands(CCSServer::Instance(), &CCSServer::SendSignals);
-        CCSCmd command;
-        command.Name = "SetCurDoc";
-        CCSServer::Instance()->WriteTcpMsg(command, 3);
-        QVERIFY(logText().contains("SetCurDoc"));
-        QCOMPARE(commands.count(), 0);
-        CloseServer();
     }
 
     void the_camera_link_has_no_client_and_says_so() {

@@ -46,15 +46,15 @@ private slots:
     void pushed_documents_are_read_and_renamed() {
         ViewFixture f;
         f.addRect(1, 2, 3, 4);
-        f.view.SetFileName(f.root.path("/pushed.mkf"));
+        f.view.SetFileName(f.root.path("/MarkFile/pushed.mkf"));
         QVERIFY(f.view.SaveDoc());
         QRulerView other(nullptr);
-        QVERIFY(other.ReadDoc(f.root.path("/pushed.mkf"), "kept"));
+        QVERIFY(other.ReadDoc(f.root.path("/MarkFile/pushed.mkf"), "kept"));
         QCOMPARE(other.GetFileName(), QString("kept"));
         QCOMPARE(QRulerViewAccess::session(other).state()->count(), 1);
         QVERIFY(other.SaveDoc());
         QVERIFY(f.root.exists("/MarkFile/kept.mkf"));
-        QVERIFY(!other.ReadDoc(f.root.path("/missing.mkf"), "lost"));
+        QVERIFY(!other.ReadDoc(f.root.path("/MarkFile/missing.mkf"), "lost"));
         QCOMPARE(other.GetFileName(), QString("kept"));
         QCOMPARE(QRulerViewAccess::session(other).state()->count(), 1);
     }
