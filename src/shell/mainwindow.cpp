@@ -16,6 +16,7 @@
 #include "engine/systemparam.h"
 #include "laser/runlaserstart.h"
 #include "remote/externalresponse.h"
+#include "remote/hostresponsetcp.h"
 #include "run/form_marking.h"
 #include "shell/delayedstop.h"
 #include "shell/updateinputthread.h"
@@ -49,6 +50,7 @@ void MainWindow::InitMainWnd() {
     auto* window = new MainWindow;
     m_pInstance = window;
     CCDServer::InitCCDServer();
+    HostResponseTcp::InitHostResponseTcp();
     // nothing of it is on the screen yet: setWindowFlags() would style every widget anew
     window->overrideWindowFlags(window->windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
     Form_Marking::InitWindow(window);
@@ -66,6 +68,7 @@ void MainWindow::InitMainWnd() {
 void MainWindow::ClearMainWnd() {
     if (commandServerWanted())
         CloseServer();
+    HostResponseTcp::EndHostResponseTcp();
     if (IMarkCardBase* card = MarkCardInstance::Instance())
         card->CloseCard();
     RunLaserStart::Instance()->RunLaser_End();
