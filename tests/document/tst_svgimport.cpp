@@ -1,74 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "samples.h"
-#include "simengine/document/textmaker.h"
-#include "simengine/importers/svgimport.h"
 #include "simengine/importers/svglength.h"
-#include "simengine/importers/svgsource.h"
+#include "svgfixture.h"
 
-#include <QFile>
 #include <QPainterPath>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QXmlStreamReader>
 #include <cmath>
 
 using namespace sim;
+using namespace svg;
 
-namespace {
-
-double lengthOf(const MarkObject& object) {
-    double length = 0.0;
-    for (const FlatLine& line : object.flattened())
-        length += polylineLength(line.points);
-    return length;
-}
-
-double lengthOf(const ImportResult& result) {
-    double length = 0.0;
-    for (const ObjectPtr& object : result.objects)
-        length += lengthOf(*object);
-    return length;
-}
-
-Box boundsOf(const ImportResult& result) {
-    Box box;
-    for (const ObjectPtr& object : result.objects)
-        box.add(object->bounds());
-    return box;
-}
-
-/// A page of 100 x 80 mm whose user units are millimetres.
-ImportResult importBody(const QByteArray& body, ImportPlacement placement = ImportPlacement::CenterPage) {
-    ImportOptions options;
-    options.placement = placement;
-    options.center = {50, -40}; // so that page places are (x, -y)
-    return importSvgData("<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
-                         "width='100mm' height='80mm' viewBox='0 0 100 80'>" +
-                             body + "</svg>",
-                         options);
-}
-
-bool near(const QPointF& a, const QPointF& b, double within = 1e-6) {
-    return std::hypot(a.x() - b.x(), a.y() - b.y()) <= within;
-}
-
-QStringList classes(const ImportResult& result) {
-    QStringList names;
-    for (const ObjectPtr& object : result.objects)
-        names.append(object->className());
-    return names;
-}
-
-int skippedCount(const ImportResult& result, const QString& kind) {
-    for (const ImportSkip& skip : result.skipped) {
-        if (skip.kind == kind)
-            return skip.count;
-    }
-    return 0;
-}
-
-} // namespace
-
+/// Shapes, places, sizes and colours of SVG drawings.
 class SvgImportTest : public QObject {
     Q_OBJECT
 
@@ -94,22 +35,9 @@ private slots:
     void filled_shape_comes_as_its_outline();
     void shapes_without_colour_are_told();
     void skipped_elements_are_told();
-    void texts_become_outlines_in_their_place_data();
-    void texts_become_outlines_in_their_place();
-    void texts_lie_between_the_shapes_in_painting_order();
-    void what_is_not_applied_to_a_text_is_told_data();
-    void what_is_not_applied_to_a_text_is_told();
-    void deep_spans_are_refused();
     void placement();
     void aspect_ratio_data();
     void aspect_ratio();
-    void unusable_files_give_an_error_and_nothing_else_data();
-    void unusable_files_give_an_error_and_nothing_else();
-    void missing_file();
-    void doubling_references_are_refused();
-    void sloppy_prefixes_are_read();
-    void samples_come_whole_data();
-    void samples_come_whole();
     void outlines_without_area_are_not_told_as_left_out();
 };
 
@@ -388,117 +316,6 @@ void SvgImportTest::skipped_elements_are_told() {
         QVERIFY(!skip.reason.isEmpty());
 }
 
-void SvgImportTest::texts_become_outlines_in_their_place_data() {
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QVector<QPointF>>("places"); // of the base lines' beginnings
-    QTest::addColumn<double>("size");             // of the font
-    const auto row = [](const char* name, const QByteArray& body, const QVector<QPointF>& places, double size = 20) {
-        QTest::newRow(name) << body << places << size;
-    };
-    row("attributes", "<text x='10' y='50' font-size='20'>H</text>", {{10, 50}});
-    row("style", "<text x='10' y='50' style='fill:red;font-size:20px'>H</text>", {{10, 50}});
-    row("around", "<g font-size='20' transform='translate(5 7)'><text x='10' y='50'>H</text></g>", {{15, 57}});
-    row("units", "<text x='10mm' y='1in' font-size='15pt'>H</text>", {{37.795275590551, 96}});
-    row("units in the style", "<text x='10' y='50' style='font-size: 15pt'>H</text>", {{10, 50}});
-    row("shifted", "<text x='10' y='50' dx='3' dy='-2' font-size='20'>H</text>", {{13, 48}});
-    row("lines of a drawing program",
-        "<text x='10' y='50' font-size='20'>\n <tspan x='10' y='50'>H</tspan>\n <tspan x='12' y='80'>H</tspan></text>",
-        {{10, 50}, {12, 80}});
-    row("lines by shifts", "<text font-size='20' y='30'><tspan x='10'>H</tspan><tspan x='10' dy='25'>H</tspan></text>",
-        {{10, 30}, {10, 55}});
-    row("nested spans",
-        "<text x='10' y='50' font-size='9'><tspan x='20' y='60' font-size='20'><tspan "
-        "fill='red'>H</tspan></tspan></text>",
-        {{20, 60}});
-    row("scaled", "<text transform='scale(2)' x='10' y='50' font-size='10'>H</text>", {{20, 100}});
-    row("link", "<a xlink:href='#x'><text x='10' y='50' font-size='20'><a>H</a></text></a>", {{10, 50}});
-}
-
-void SvgImportTest::texts_become_outlines_in_their_place() {
-    QFETCH(QByteArray, body);
-    QFETCH(QVector<QPointF>, places);
-    QFETCH(double, size);
-    const ImportResult result = importBody("<g font-family='WenQuanYi Micro Hei'>" + body + "</g>");
-    QVERIFY2(result.ok(), qPrintable(result.error));
-    QVERIFY(result.skipped.isEmpty());
-    QCOMPARE(int(result.objects.size()), places.size());
-    // the letter as the font has it, a text object of the same font serves for the measure
-    TextSpec spec;
-    spec.text = "H";
-    spec.family = "WenQuanYi Micro Hei";
-    spec.singleLine = false;
-    spec.height = 1.0;
-    const Box letter = shapeBounds(makeText(spec).shape, QTransform());
-    for (int i = 0; i < places.size(); ++i) {
-        const Box box = result.objects[size_t(i)]->bounds();
-        const double scale = box.height();
-        const QPointF expected(places[i].x() + letter.minX * scale, -places[i].y());
-        QVERIFY2(QLineF(expected, QPointF(box.minX, box.minY)).length() < 0.02,
-                 qPrintable(
-                     QString("%1 %2, expected %3 %4").arg(box.minX).arg(box.minY).arg(expected.x()).arg(expected.y())));
-        QVERIFY(box.height() > 0.6 * size && box.height() < 0.85 * size);
-        QVERIFY(result.objects[size_t(i)]->kind() == ObjectKind::Polyline ||
-                result.objects[size_t(i)]->kind() == ObjectKind::Path);
-    }
-}
-
-void SvgImportTest::texts_lie_between_the_shapes_in_painting_order() {
-    const ImportResult result = importBody("<g font-family='WenQuanYi Micro Hei' font-size='20'><rect width='5' "
-                                           "height='5' fill='red'/><text x='10' y='50' fill='red'>O</text>"
-                                           "<circle r='3' stroke='red'/><text x='10' y='80' fill='red'>OO</text></g>");
-    QCOMPARE(result.objects.size(), size_t(4));
-    QCOMPARE(result.objects[0]->className(), QString("MarkToolRect"));
-    QCOMPARE(result.objects[1]->className(), QString("MarkToolPath"));
-    QCOMPARE(std::get<PathShape>(result.objects[1]->shape()).contourCount(), 2);
-    QCOMPARE(result.objects[2]->className(), QString("MarkToolCircle"));
-    QCOMPARE(result.objects[3]->className(), QString("MarkToolPath"));
-    for (const ObjectPtr& object : result.objects)
-        QCOMPARE(object->pen(), 0);
-}
-
-void SvgImportTest::what_is_not_applied_to_a_text_is_told_data() {
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("letters") << QByteArray("<text x='1 2 3' y='9'>ABC</text>")
-                             << "places of single letters are not applied";
-    QTest::newRow("turned") << QByteArray("<text x='1' y='9' rotate='45'>ABC</text>")
-                            << "turned letters and set lengths are not applied";
-    QTest::newRow("length") << QByteArray("<text x='1' y='9' textLength='45'>ABC</text>")
-                            << "turned letters and set lengths are not applied";
-    QTest::newRow("shift") << QByteArray("<text x='1' y='9'>A<tspan dy='-3'>2</tspan></text>")
-                           << "a shift within a line is not applied";
-    QTest::newRow("ems") << QByteArray("<text x='1' y='9' dy='1.2em'>A</text>")
-                         << "shifts in letter sizes are counted with 16 pixels";
-    QTest::newRow("relative size") << QByteArray("<text x='1' y='9' font-size='120%'>A</text>")
-                                   << "a font size in parts of another one is not applied";
-    QTest::newRow("relative size around") << QByteArray("<g font-size='1.2em'><text x='1' y='9'>A</text></g>")
-                                          << "a font size in parts of another one is not applied";
-    QTest::newRow("after a line") << QByteArray("<text x='1' y='9'><tspan x='1'>A</tspan>B</text>")
-                                  << "what follows a placed line is not imported";
-}
-
-void SvgImportTest::what_is_not_applied_to_a_text_is_told() {
-    QFETCH(QByteArray, body);
-    QFETCH(QString, reason);
-    const ImportResult result = importBody(body);
-    QVERIFY(result.ok());
-    QVERIFY(!result.objects.empty());
-    QStringList reasons;
-    for (const ImportSkip& skip : result.skipped)
-        reasons << skip.reason;
-    QVERIFY2(reasons.contains(reason), qPrintable(reasons.join("; ")));
-}
-
-void SvgImportTest::deep_spans_are_refused() {
-    QByteArray body = "<text x='1' y='1'>";
-    for (int i = 0; i < 100000; ++i)
-        body += "<tspan>";
-    body += "A";
-    for (int i = 0; i < 100000; ++i)
-        body += "</tspan>";
-    QVERIFY(!importBody(body + "</text>").ok());
-}
-
 void SvgImportTest::placement() {
     const QByteArray body = "<rect x='70' y='10' width='10' height='20' stroke='red'/><circle cx='20' cy='60' r='5'/>";
     const Box drawing = boundsOf(importBody(body, ImportPlacement::CenterDrawing));
@@ -533,92 +350,6 @@ void SvgImportTest::aspect_ratio() {
                                               options);
     const Box bounds = boundsOf(result);
     QVERIFY(near({bounds.minX, bounds.maxY}, {box[0], -box[1]}) && near({bounds.maxX, bounds.minY}, {box[2], -box[3]}));
-}
-
-void SvgImportTest::unusable_files_give_an_error_and_nothing_else_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("no markup") << QByteArray("hello");
-    QTest::newRow("binary") << QByteArray(1000, '\x9f');
-    QTest::newRow("another format") << QByteArray("<html><rect width='1' height='1'/></html>");
-    QTest::newRow("cut off") << QByteArray("<svg><rect width='10' height='10'/>");
-    QTest::newRow("wrong nesting") << QByteArray("<svg><g><rect width='10' height='10'/></svg>");
-    QTest::newRow("viewBox without area") << QByteArray("<svg viewBox='0 0 0 10'><rect width='10' height='10'/></svg>");
-    QTest::newRow("viewBox that is none") << QByteArray("<svg viewBox='a b'><rect width='10' height='10'/></svg>");
-    QTest::newRow("no width") << QByteArray("<svg width='0' height='10'><rect width='10' height='10'/></svg>");
-    QTest::newRow("deep") << "<svg>" + QByteArray("<g>").repeated(100000);
-    QTest::newRow("refers to itself") << QByteArray("<svg><g id='a'><use href='#a'/></g></svg>");
-    QTest::newRow("refers in a circle") << QByteArray(
-        "<svg><g id='a'><use href='#b'/></g><g id='b'><use href='#a'/></g></svg>");
-}
-
-void SvgImportTest::unusable_files_give_an_error_and_nothing_else() {
-    QFETCH(QByteArray, bytes);
-    const ImportResult result = importSvgData(bytes);
-    QVERIFY(!result.ok());
-    QVERIFY(result.objects.empty());
-}
-
-void SvgImportTest::missing_file() {
-    QTemporaryDir dir;
-    const ImportResult result = importSvg(dir.filePath("nothing.svg"));
-    QVERIFY(result.error.contains("nothing.svg"));
-    QVERIFY(result.objects.empty());
-}
-
-void SvgImportTest::doubling_references_are_refused() {
-    QByteArray body = "<svg><defs><rect id='r0' width='1' height='1'/>";
-    for (int i = 1; i <= 40; ++i) {
-        const QByteArray before = "#r" + QByteArray::number(i - 1);
-        body += "<g id='r" + QByteArray::number(i) + "'><use href='" + before + "'/><use href='" + before + "'/></g>";
-    }
-    const ImportResult result = importSvgData(body + "</defs><use href='#r40'/></svg>");
-    QVERIFY(result.error.contains("elements"));
-}
-
-void SvgImportTest::sloppy_prefixes_are_read() {
-    const ImportResult prefixed =
-        importSvgData("<svg:svg xmlns:svg='http://www.w3.org/2000/svg' width='10' height='10'>"
-                      "<svg:rect width='5' height='5'/><rect width='5' height='5'/></svg:svg>");
-    QCOMPARE(prefixed.objects.size(), size_t(1));
-    const ImportResult undeclared =
-        importSvgData("<svg width='10' height='10'><defs><rect id='r' width='5' height='5'/></defs>"
-                      "<tool:view tool:zoom='3'><rect width='5' height='5'/></tool:view>"
-                      "<use xlink:href='#r'/></svg>");
-    QVERIFY2(undeclared.ok(), qPrintable(undeclared.error));
-    QCOMPARE(undeclared.objects.size(), size_t(1));
-}
-
-void SvgImportTest::samples_come_whole_data() {
-    QTest::addColumn<QString>("file");
-    const QDir dir(qEnvironmentVariable("TESSERA_SOURCE_DIR") + "/samples");
-    for (const QString& name : dir.entryList({"*.svg"}))
-        QTest::newRow(qPrintable(name)) << dir.filePath(name);
-}
-
-void SvgImportTest::samples_come_whole() {
-    QFETCH(QString, file);
-    QFile source(file);
-    QVERIFY(source.open(QIODevice::ReadOnly));
-    QXmlStreamReader reader(&source);
-    int shapes = 0;
-    int references = 0;
-    while (!reader.atEnd()) {
-        if (reader.readNext() == QXmlStreamReader::StartElement) {
-            static const QStringList drawn = {"path", "rect", "circle", "ellipse", "line", "polyline", "polygon"};
-            shapes += drawn.contains(reader.name().toString());
-            references += reader.name() == QLatin1String("use");
-        }
-    }
-    QVERIFY(shapes > 0);
-    const ImportResult result = importSvg(file);
-    QVERIFY2(result.ok(), qPrintable(result.error));
-    if (references == 0)
-        QCOMPARE(int(result.objects.size()), shapes);
-    else
-        QVERIFY(int(result.objects.size()) >= shapes - references);
-    QVERIFY(near(boundsOf(result).center(), {0, 0}));
-    QCOMPARE(skippedCount(result, "path"), 0);
 }
 
 void SvgImportTest::outlines_without_area_are_not_told_as_left_out() {
