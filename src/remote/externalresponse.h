@@ -112,5 +112,5 @@ private:
 
     tessera::RemoteOrderLog m_Log;
     tessera::MainThreadCalls m_Calls{this};
-    ExternalMarkingThread m_Thread{m_Log};
+    ExternalMarkingThread m_Thread{m_Log, this};
 };

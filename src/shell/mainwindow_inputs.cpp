@@ -5,6 +5,7 @@
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
+#include "remote/externalresponse.h"
 #include "run/form_marking.h"
 #include "shell/statuseview.h"
 
@@ -49,9 +50,11 @@ void MainWindow::IOPauseRun() {
         Form_Marking::Instance()->PauseMark();
 }
 
+/// A remote run goes on without a run dialog; whoever asks for a stop at the machine means it too.
 void MainWindow::IOStopRun() {
     if (MarkWindowIsVisible() == 1)
         Form_Marking::Instance()->StopMark();
+    ExternalResponse::Instance()->StopRun();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

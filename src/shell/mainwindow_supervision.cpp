@@ -14,6 +14,7 @@
 #include "engine/systemparam.h"
 #include "iosetup/laseralarmpara.h"
 #include "laser/runlaserstart.h"
+#include "remote/externalresponse.h"
 #include "shell/alarmctrl.h"
 #include "shell/delayedstop.h"
 #include "shell/laserfinding.h"
@@ -115,6 +116,8 @@ void MainWindow::TakeSafetyStep(tessera::SafetyStep const& step) {
         break;
     case tessera::SafetyAct::Pause:
         IOPauseRun();
+        // Nobody could let a remote run go on again.
+        ExternalResponse::Instance()->StopRun();
         break;
     }
 }

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "tests/remote/remotefixture.h"
+
+using namespace tests;
+
+/// A station that is not of the server kind: what is there all the same. What is listened to is decided when the first
+/// window is made.
+class ExternalLocalTest : public QObject, private RemoteFixture {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        resetMachine();
+        machine().setSpeed(0.0);
+    }
+    void cleanup() {
+        machine().setSpeed(0.0);
+        m_Window.reset();
+    }
+
+    void the_server_is_not_started_in_other_modes_data();
+    void the_server_is_not_started_in_other_modes();
+    void a_host_runs_and_stops_documents();
+};
+
+void ExternalLocalTest::the_server_is_not_started_in_other_modes_data() {
+    QTest::addColumn<bool>("console");
+    QTest::addColumn<int>("mode");
+    QTest::newRow("normal") << false << 0;
+    QTest::newRow("mode 2") << false << 2;
+    QTest::newRow("mode 4") << false << 4;
+    QTest::newRow("console in the server's mode") << true << 3;
+}
+
+void ExternalLocalTest::the_server_is_not_started_in_other_modes() {
+    QFETCH(bool, console);
+    QFETCH(int, mode);
+    SystemParam::Instance()->SetSysMode(console);
+    SystemParam::Instance()->SetWorkMode(mode);
+    m_Window = std::make_unique<RunningWindow>();
+    order(QStringLiteral("RunManualStop"));
+    m_Window.reset();
+    QCOMPARE(only(machineJournal(), {"InitServer", "CloseServer", "WriteTcpMsg"}).size(), 0);
+}
+
+void ExternalLocalTest::a_host_runs_and_stops_documents() {
+    m_Window = std::make_unique<RunningWindow>();
+    m_Window->newDocument();
+    QCOMPARE(hostOrder(0), std::make_pair(true, QStringLiteral("文档执行成功")));
+    machine().setSpeed(kSlowRun);
+    auto reply = hostOrderLater(0);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    response().VZMarkStop();
+    QTRY_VERIFY(isReady(reply));
+    QCOMPARE(machine().state().status, 2);
+}
+
+QTEST_MAIN(ExternalLocalTest)
+#include "tst_externallocal.moc"
