@@ -5,9 +5,7 @@
 #include "simengine/document/mkfcodec.h"
 
 #include <QCryptographicHash>
-#include <QFile>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
 #include <QTest>
 #include <limits>
 
@@ -58,8 +56,19 @@ QString faultOf(const QByteArray& bytes) {
     return decodeMkf(bytes, &error) ? QStringLiteral("taken") : error;
 }
 
+enum class Reading { Refused, AsItSays, Otherwise };
+
+/// What is taken of a file has to be a whole document, and the one that the bytes say.
+Reading readingOf(const QByteArray& bytes) {
+    const auto decoded = decodeMkf(bytes, nullptr);
+    if (!decoded)
+        return Reading::Refused;
+    return *encodeMkf(*decoded) == bytes ? Reading::AsItSays : Reading::Otherwise;
+}
+
 } // namespace
 
+/// The bytes of a document's file: every field, damage of every kind, other versions.
 class MkfTest : public QObject {
     Q_OBJECT
 
@@ -82,12 +91,6 @@ private slots:
     void hostile_counts_are_refused_without_reserving();
     void resealed_damage_never_loads_half();
     void deep_groups_are_refused();
-    void failed_load_leaves_the_document();
-    void save_and_load_through_a_file();
-    void save_without_a_name_fails();
-    void save_into_a_file_as_folder_fails();
-    void modified_follows_saving_and_undo();
-    void modified_follows_the_pens();
     void default_pen_file();
 };
 
@@ -316,12 +319,9 @@ void MkfTest::every_changed_byte_of_a_text_is_refused_or_taken_as_it_says() {
         for (const int change : {1, 0x80, 0xff}) {
             QByteArray damaged = bytes;
             damaged[place] = char(damaged[place] ^ change);
-            damaged = resealed(damaged);
-            const auto decoded = decodeMkf(damaged, nullptr);
-            if (decoded)
-                QCOMPARE(*encodeMkf(*decoded), damaged);
-            else
-                ++refused;
+            const Reading reading = readingOf(resealed(damaged));
+            QVERIFY(reading != Reading::Otherwise);
+            refused += reading == Reading::Refused ? 1 : 0;
         }
     }
     QVERIFY(refused > 100);
@@ -370,13 +370,9 @@ void MkfTest::resealed_damage_never_loads_half() {
         const int from = round % 2 ? objectsOffset(bytes) : 8;
         for (int i = 0; i < 3; ++i)
             damaged[from + int(random.bounded(bytes.size() - 32 - from))] = char(random.bounded(256));
-        damaged = resealed(damaged);
-        const auto decoded = decodeMkf(damaged, nullptr);
-        // what is taken is a whole document, and the one that the bytes say
-        if (decoded)
-            QCOMPARE(*encodeMkf(*decoded), damaged);
-        else
-            ++refused;
+        const Reading reading = readingOf(resealed(damaged));
+        QVERIFY(reading != Reading::Otherwise);
+        refused += reading == Reading::Refused ? 1 : 0;
     }
     QVERIFY(refused > 100);
 }
@@ -402,98 +398,6 @@ void MkfTest::deep_groups_are_refused() {
     put(hostile, 16, quint64(quint64(hostile.size())));
     put(hostile, 24 + 2 * 24 + 16, quint64(quint64(section.size())));
     QCOMPARE(faultOf(resealed(hostile)), QStringLiteral("groups are nested too deeply"));
-}
-
-void MkfTest::failed_load_leaves_the_document() {
-    QTemporaryDir dir;
-    Document document;
-    document.setContent(samples::fullContent());
-    const QByteArray before = samples::bytesOf(document);
-    document.setFileName(dir.filePath("missing.mkf"));
-    QString error;
-    QVERIFY(!loadDocument(document, &error));
-    QVERIFY(error.contains("missing.mkf"));
-
-    QFile file(dir.filePath("damaged.mkf"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(small().chopped(1));
-    file.close();
-    document.setFileName(file.fileName());
-    QVERIFY(!loadDocument(document, &error));
-    QVERIFY2(error.contains("damaged.mkf") && error.contains("cut off"), qPrintable(error));
-    QCOMPARE(samples::bytesOf(document), before);
-}
-
-void MkfTest::save_and_load_through_a_file() {
-    QTemporaryDir dir;
-    Document document;
-    document.setContent(samples::fullContent());
-    document.setFileName(dir.filePath("图形.mkf"));
-    QString error;
-    QVERIFY2(saveDocument(document, &error), qPrintable(error));
-    Document other;
-    other.setFileName(document.fileName());
-    other.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
-    QVERIFY2(loadDocument(other, &error), qPrintable(error));
-    QCOMPARE(samples::bytesOf(other), samples::bytesOf(document));
-    QVERIFY(!other.canUndo());
-    QVERIFY(other.state()->selection.isEmpty());
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"图形.mkf"});
-}
-
-void MkfTest::save_without_a_name_fails() {
-    Document document;
-    QString error;
-    QVERIFY(!saveDocument(document, &error));
-    QCOMPARE(error, QStringLiteral("the document has no file name"));
-}
-
-void MkfTest::save_into_a_file_as_folder_fails() {
-    QTemporaryDir dir;
-    QFile file(dir.filePath("file"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    Document document;
-    document.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
-    document.setFileName(dir.filePath("file/a.mkf"));
-    QString error;
-    QVERIFY(!saveDocument(document, &error));
-    QVERIFY(!error.isEmpty());
-    QVERIFY(document.isModified());
-}
-
-void MkfTest::modified_follows_saving_and_undo() {
-    QTemporaryDir dir;
-    Document document;
-    QVERIFY(!document.isModified());
-    document.edit([](const DocumentState& s) { return edits::add(s, {samples::point(0, 0)}); });
-    QVERIFY(document.isModified());
-    document.setFileName(dir.filePath("a.mkf"));
-    QVERIFY(saveDocument(document, nullptr));
-    QVERIFY(!document.isModified());
-    document.undo();
-    QVERIFY(document.isModified());
-    document.redo();
-    QVERIFY(!document.isModified());
-    document.select({});
-    QVERIFY(!document.isModified());
-}
-
-void MkfTest::modified_follows_the_pens() {
-    Document document;
-    LayerData* pen = nullptr;
-    document.pens()->GetLayerData(19, pen);
-    pen->Power += 1.0;
-    QVERIFY(document.isModified());
-    pen->Power -= 1.0;
-    QVERIFY(!document.isModified());
-    document.pens()->GetQCWWaves()[15].peak = 7.0;
-    QVERIFY(document.isModified());
-    // what is written through an address is not in a copy taken before
-    const DocumentContent copy = document.content();
-    pen->Power = 12.0;
-    LayerData copied;
-    copy.pens.GetLayerData(19, copied);
-    QVERIFY(copied.Power != 12.0);
 }
 
 void MkfTest::default_pen_file() {
