@@ -86,9 +86,10 @@ QString LaserAlarmPara::DetectAlarm(bool& alarm) {
     const int cardType = MarkingMParam_VZ::Instance()->GetMarkCardType();
     const tessera::LaserAlarmResult result =
         tessera::detectLaserAlarm(rule, cardType, MarkCardInstance::Instance()->GetInput(), alarm);
+    const bool held = m_bHeld && m_Alarm && m_LaserType == tessera::kLaserTypeCustom;
     alarm = result.alarm;
-    m_Alarm = result.alarm;
-    VZ_OutputError(result.alarm ? 1 : 0);
+    m_Alarm = result.alarm || held;
+    VZ_OutputError(m_Alarm ? 1 : 0);
     return *result.textKey ? LanguageManager::GetLanText(result.textKey) : QString();
 }
 

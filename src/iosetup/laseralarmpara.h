@@ -19,6 +19,10 @@ public:
     /// The text is empty or tells the cause in the operator's language.
     QString DetectAlarm(bool& alarm);
 
+    /// While it is held, as by the dialog on the screen, a custom fault that was seen stays in m_Alarm and on the error
+    /// output until ResetAlarm(), though other looks with a flag of their own go on following the input.
+    void Hold(bool on) { m_bHeld = on; }
+
     /// Clears the alarm and pulses the reset output for 200 ms. The event loop runs meanwhile, so a detection may raise
     /// the alarm anew before this returns.
     void ResetAlarm();
@@ -33,4 +37,6 @@ public:
 
 private:
     LaserAlarmPara();
+
+    bool m_bHeld = false;
 };

@@ -47,7 +47,9 @@ LaserAlarmSet::LaserAlarmSet(QWidget* parent)
     ShowState(false);
 }
 
-LaserAlarmSet::~LaserAlarmSet() = default;
+LaserAlarmSet::~LaserAlarmSet() {
+    StopLooking();
+}
 
 template<typename T>
 T* LaserAlarmSet::Channel(char const* name, int channel) const {
@@ -91,13 +93,20 @@ void LaserAlarmSet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (m_TimerId < 0)
         m_TimerId = startTimer(kLookMs);
+    LaserAlarmPara::Instance()->Hold(true);
 }
 
 void LaserAlarmSet::closeEvent(QCloseEvent* event) {
-    if (m_TimerId >= 0)
-        killTimer(m_TimerId);
-    m_TimerId = -1;
+    StopLooking();
     QDialog::closeEvent(event);
+}
+
+void LaserAlarmSet::StopLooking() {
+    if (m_TimerId < 0)
+        return;
+    killTimer(m_TimerId);
+    m_TimerId = -1;
+    LaserAlarmPara::Instance()->Hold(false);
 }
 
 void LaserAlarmSet::timerEvent(QTimerEvent* event) {

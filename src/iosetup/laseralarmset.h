@@ -33,6 +33,7 @@ private:
     void SetUIText();
     void FillControls();
     void ShowState(bool alarmed);
+    void StopLooking();
     template<typename T>
     T* Channel(char const* name, int channel) const;
 

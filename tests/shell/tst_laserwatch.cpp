@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "iosetup/laseralarmset.h"
 #include "laser/runlaserstart.h"
 #include "tests/shell/supervisionfixture.h"
 
+#include <QPointer>
 #include <QSignalSpy>
 
 using namespace tests;
@@ -18,6 +20,7 @@ private slots:
     void without_response_to_inputs_the_laser_is_watched_alone();
     void the_laser_watch_sets_run_status_and_indicator();
     void a_custom_laser_alarm_is_not_latched_by_the_poll();
+    void a_custom_laser_alarm_stays_in_the_open_dialog_until_it_is_cleared();
     void switching_the_laser_watch_off_takes_the_alarm_back();
     void the_fibre_alarm_is_raised_once();
     void the_fibre_alarm_needs_its_option_and_its_laser_data();
@@ -72,6 +75,40 @@ void LaserWatchTest::a_custom_laser_alarm_is_not_latched_by_the_poll() {
     QVERIFY(polled());
     QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
     para->m_CheckIn[0] = para->m_CheckMask[0] = false;
+}
+
+void LaserWatchTest::a_custom_laser_alarm_stays_in_the_open_dialog_until_it_is_cleared() {
+    QVERIFY(startWithDialog());
+    dialog().close();
+    watchLaser();
+    LaserAlarmPara* para = LaserAlarmPara::Instance();
+    para->m_LaserType = 0;
+    para->m_CheckIn[0] = para->m_CheckMask[0] = true;
+    para->SavePara();
+    QTest::mouseClick(m_Window->child<AlarmCtrl>("alarmLaser"), Qt::LeftButton);
+    QPointer<LaserAlarmSet> open = m_Window->child<LaserAlarmSet>("LaserAlarmSet");
+    auto const* state = open->findChild<QLabel*>(QStringLiteral("labelAlarmState"));
+    machine().setInputs(1U << 22);
+    QTRY_COMPARE(state->text(), QStringLiteral("激光器报警"));
+    machine().setInputs(0);
+    QSignalSpy looks(open, &LaserAlarmSet::AlarmChanged);
+    QTRY_VERIFY(looks.size() >= 3);
+    QCOMPARE(state->text(), QStringLiteral("激光器报警"));
+    QVERIFY(machine().state().errorOutput);
+    QCOMPARE(RunDataGather::Instance()->GetRunStatus(), RunStatusNormal);
+    open->on_pushButtonReset_clicked();
+    QTRY_VERIFY(looks.size() >= 7);
+    QCOMPARE(state->text(), QStringLiteral("激光器正常"));
+    QVERIFY(!machine().state().errorOutput);
+    machine().setInputs(1U << 22);
+    QTRY_COMPARE(state->text(), QStringLiteral("激光器报警"));
+    machine().setInputs(0);
+    open->close();
+    QTRY_VERIFY(!open);
+    QVERIFY(polled());
+    QVERIFY(!para->m_Alarm && !machine().state().errorOutput);
+    para->m_CheckIn[0] = para->m_CheckMask[0] = para->m_EnableLaserAlarm = false;
+    para->SavePara();
 }
 
 void LaserWatchTest::switching_the_laser_watch_off_takes_the_alarm_back() {
