@@ -1,19 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "engine/languagemanager.h"
-#include "files/filemanager.h"
-#include "tests/shell/windowfixture.h"
-#include "tests/support/dialoganswerer.h"
+#include "tests/files/managerfixture.h"
 
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
+#include <QtTest>
 
 using namespace tests;
 
-Q_DECLARE_METATYPE(FileManagerType)
-Q_DECLARE_METATYPE(MarkFileType)
-
-/// How the dialog names, chooses and deletes files.
+/// How the dialog lists, names and chooses files.
 class FileManagerTest : public QObject {
     Q_OBJECT
 
@@ -42,38 +35,22 @@ private slots:
     void manage_mode_just_accepts();
     void cancel_rejects();
     void double_click_copies_the_name();
-    void delete_without_a_row_asks_nothing();
-    void delete_asks_and_removes_data();
-    void delete_asks_and_removes();
-    void delete_question_has_no_first_and_yes_second_data();
-    void delete_question_has_no_first_and_yes_second();
     void targets_are_large_enough_for_a_finger_data();
     void targets_are_large_enough_for_a_finger();
-    void delete_of_an_open_document_closes_it_data();
-    void delete_of_an_open_document_closes_it();
-    void failed_deletion_is_told_and_the_row_stays();
-    void deletion_means_the_file_in_small_letters();
     void texts_are_there_in_english();
 
 private:
-    template<typename Widget>
-    static Widget* child(FileManager& dialog, char const* name) {
-        Widget* found = dialog.findChild<Widget*>(QString::fromLatin1(name));
-        if (!found)
-            qFatal("no %s in the dialog", name);
-        return found;
-    }
-    static void press(FileManager& dialog, char const* name) { child<QPushButton>(dialog, name)->click(); }
     static void type(FileManager& dialog, QString const& name) {
         child<QLineEdit>(dialog, "lineEditAddFileName")->setText(name);
     }
-    static QStringList listed(FileManager& dialog) {
-        QStringList names;
-        auto const* list = child<QListWidget>(dialog, "listWidget");
-        for (int row = 0; row < list->count(); ++row)
-            names.append(list->item(row)->text());
-        return names;
+    /// Title and text with which a press of OK is refused; none when the dialog has closed.
+    static QStringList refusal(FileManager& dialog) {
+        DialogAnswerer answerer;
+        answerer.press(QMessageBox::Ok);
+        press(dialog, "pushButtonOK");
+        return dialog.isVisible() ? answerer.titles() + answerer.texts() : QStringList();
     }
+
     std::unique_ptr<TemporaryRoot> m_Root;
 };
 
@@ -210,12 +187,7 @@ void FileManagerTest::empty_name_is_refused_and_the_dialog_stays() {
         FileManager dialog(nullptr, mode, MarkFileDocument);
         dialog.show();
         type(dialog, typed);
-        DialogAnswerer answerer;
-        answerer.press(QMessageBox::Ok);
-        press(dialog, "pushButtonOK");
-        QCOMPARE(answerer.titles(), QStringList("错误"));
-        QCOMPARE(answerer.texts(), QStringList("请输入文档名字"));
-        QVERIFY(dialog.isVisible());
+        QCOMPARE(refusal(dialog), QStringList({"错误", "请输入文档名字"}));
     }
 }
 
@@ -236,12 +208,7 @@ void FileManagerTest::names_that_are_no_file_names_are_refused() {
     FileManager dialog(nullptr, FileManagerNew, MarkFileDocument);
     dialog.show();
     type(dialog, typed);
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Ok);
-    press(dialog, "pushButtonOK");
-    QCOMPARE(answerer.titles(), QStringList("错误"));
-    QCOMPARE(answerer.texts(), QStringList(text));
-    QVERIFY(dialog.isVisible());
+    QCOMPARE(refusal(dialog), QStringList({"错误", text}));
     QCOMPARE(dialog.GetFileName(), QString());
 }
 
@@ -279,12 +246,7 @@ void FileManagerTest::open_mode_needs_a_selection() {
     QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
     FileManager dialog(nullptr, FileManagerOpen, MarkFileDocument);
     dialog.show();
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Ok);
-    press(dialog, "pushButtonOK");
-    QCOMPARE(answerer.titles(), QStringList("错误"));
-    QCOMPARE(answerer.texts(), QStringList("请选择要打开的文件"));
-    QVERIFY(dialog.isVisible());
+    QCOMPARE(refusal(dialog), QStringList({"错误", "请选择要打开的文件"}));
 }
 
 void FileManagerTest::open_mode_takes_the_selected_name() {
@@ -326,87 +288,6 @@ void FileManagerTest::double_click_copies_the_name() {
     QVERIFY(dialog.isVisible());
 }
 
-void FileManagerTest::delete_without_a_row_asks_nothing() {
-    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
-    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    DialogAnswerer answerer;
-    press(dialog, "pushButtonDeleteSelectFile");
-    QCOMPARE(answerer.seen().size(), 0);
-    QVERIFY(m_Root->exists("/MarkFile/plate.mkf"));
-}
-
-void FileManagerTest::delete_asks_and_removes_data() {
-    QTest::addColumn<MarkFileType>("kind");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("question");
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("document, yes") << MarkFileDocument << "/MarkFile/b.mkf"
-                                   << "是否删除文件" << true;
-    QTest::newRow("document, no") << MarkFileDocument << "/MarkFile/b.mkf"
-                                  << "是否删除文件" << false;
-    const QString project = "/MarkFile/MultiDocMarkFile/b.mdf";
-    QTest::newRow("project, yes") << MarkFileProject << project << "是否删除多文档文件" << true;
-    QTest::newRow("project, no") << MarkFileProject << project << "是否删除多文档文件" << false;
-}
-
-void FileManagerTest::delete_asks_and_removes() {
-    QFETCH(MarkFileType, kind);
-    QFETCH(QString, file);
-    QFETCH(QString, question);
-    QFETCH(bool, yes);
-    for (char const* name :
-         {"/MarkFile/a.mkf", "/MarkFile/b.mkf", "/MarkFile/MultiDocMarkFile/a.mdf", "/MarkFile/MultiDocMarkFile/b.mdf"})
-        QVERIFY(m_Root->write(name, "x"));
-    FileManager dialog(nullptr, FileManagerManage, kind);
-    child<QListWidget>(dialog, "listWidget")->setCurrentRow(1);
-    DialogAnswerer answerer;
-    answerer.press(yes ? QMessageBox::Yes : QMessageBox::No);
-    press(dialog, "pushButtonDeleteSelectFile");
-    QCOMPARE(answerer.titles(), QStringList("是否删除"));
-    QCOMPARE(answerer.texts(), QStringList(question));
-    QCOMPARE(m_Root->exists(file), !yes);
-    QCOMPARE(listed(dialog), yes ? QStringList("a") : QStringList({"a", "b"}));
-    int left = 0;
-    for (char const* name :
-         {"/MarkFile/a.mkf", "/MarkFile/b.mkf", "/MarkFile/MultiDocMarkFile/a.mdf", "/MarkFile/MultiDocMarkFile/b.mdf"})
-        left += m_Root->exists(name);
-    QCOMPARE(left, yes ? 3 : 4);
-}
-
-void FileManagerTest::delete_question_has_no_first_and_yes_second_data() {
-    QTest::addColumn<QString>("sheet");
-    QTest::newRow("plain") << QString();
-    QFile file(":/myQSS.qss");
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QTest::newRow("the program's style") << QString::fromUtf8(file.readAll());
-}
-
-void FileManagerTest::delete_question_has_no_first_and_yes_second() {
-    QFETCH(QString, sheet);
-    qApp->setStyleSheet(sheet);
-    QVERIFY(m_Root->write("/MarkFile/a.mkf", "x"));
-    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
-    DialogAnswerer answerer;
-    int no = -1;
-    int yes = -1;
-    bool noIsDefault = false;
-    answerer.fillAndPress(
-        [&](QWidget& shown) {
-            auto& box = dynamic_cast<QMessageBox&>(shown);
-            no = box.button(QMessageBox::No)->x();
-            yes = box.button(QMessageBox::Yes)->x();
-            noIsDefault = box.defaultButton() == box.button(QMessageBox::No);
-            QCOMPARE(box.buttons().size(), 2);
-        },
-        QStringLiteral("No"));
-    press(dialog, "pushButtonDeleteSelectFile");
-    QVERIFY2(0 <= no && no < yes, qPrintable(QString("no at %1, yes at %2").arg(no).arg(yes)));
-    qApp->setStyleSheet(QString());
-    QVERIFY(noIsDefault);
-    QVERIFY(m_Root->exists("/MarkFile/a.mkf"));
-}
-
 void FileManagerTest::targets_are_large_enough_for_a_finger_data() {
     QTest::addColumn<FileManagerType>("mode");
     QTest::addColumn<QString>("language");
@@ -441,67 +322,6 @@ void FileManagerTest::targets_are_large_enough_for_a_finger() {
     QCOMPARE(small, QStringList());
     QVERIFY2(row >= 40, qPrintable(QString::number(row)));
     QVERIFY(size.width() <= 1024 && size.height() <= 600);
-}
-
-void FileManagerTest::delete_of_an_open_document_closes_it_data() {
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<bool>("byPath");
-    QTest::newRow("yes") << true << false;
-    QTest::newRow("no") << false << false;
-    QTest::newRow("opened by its path, yes") << true << true;
-    QTest::newRow("opened by its path, no") << false << true;
-}
-
-void FileManagerTest::delete_of_an_open_document_closes_it() {
-    QFETCH(bool, yes);
-    QFETCH(bool, byPath);
-    resetMachine();
-    RunningWindow window;
-    const QString plate = byPath ? m_Root->path("/MarkFile/plate.mkf") : "plate";
-    window.newDocument(1, plate);
-    window.newDocument(1, "other");
-    QVERIFY(window->IsFileOpened(plate));
-    FileManager dialog(&*window, FileManagerManage, MarkFileDocument);
-    QCOMPARE(listed(dialog), QStringList({"other", "plate"}));
-    child<QListWidget>(dialog, "listWidget")->setCurrentRow(1);
-    DialogAnswerer answerer;
-    answerer.press(yes ? QMessageBox::Yes : QMessageBox::No);
-    press(dialog, "pushButtonDeleteSelectFile");
-    QCOMPARE(answerer.titles(), QStringList("是否删除"));
-    QCOMPARE(answerer.texts(), QStringList("文件已打开,是否关闭文件并删除"));
-    QCOMPARE(window->IsFileOpened(plate), !yes);
-    QCOMPARE(m_Root->exists("/MarkFile/plate.mkf"), !yes);
-    QVERIFY(window->IsFileOpened("other"));
-}
-
-void FileManagerTest::failed_deletion_is_told_and_the_row_stays() {
-    QVERIFY(m_Root->write("/MarkFile/plate.mkf", "x"));
-    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    // What cannot be removed as a file: a folder that took its place since the list was made.
-    QVERIFY(QFile::remove(m_Root->path("/MarkFile/plate.mkf")));
-    QVERIFY(QDir().mkpath(m_Root->path("/MarkFile/plate.mkf")));
-    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Yes).press(QMessageBox::Ok);
-    press(dialog, "pushButtonDeleteSelectFile");
-    QCOMPARE(answerer.texts(), QStringList({"是否删除文件", "删除失败"}));
-    QCOMPARE(listed(dialog), QStringList("plate"));
-}
-
-/// Names are known in small letters only: a file in capitals leaves the list and stays on the disk.
-void FileManagerTest::deletion_means_the_file_in_small_letters() {
-    QVERIFY(m_Root->write("/MarkFile/Plate.mkf", "x"));
-    FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    QCOMPARE(listed(dialog), QStringList("plate"));
-    child<QListWidget>(dialog, "listWidget")->setCurrentRow(0);
-    DialogAnswerer answerer;
-    answerer.press(QMessageBox::Yes);
-    press(dialog, "pushButtonDeleteSelectFile");
-    QCOMPARE(answerer.texts(), QStringList("是否删除文件"));
-    QCOMPARE(listed(dialog), QStringList());
-    QVERIFY(m_Root->exists("/MarkFile/Plate.mkf"));
-    dialog.LoadFiles();
-    QCOMPARE(listed(dialog), QStringList("plate"));
 }
 
 void FileManagerTest::texts_are_there_in_english() {

@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "engine/authoritymanager.h"
 #include "engine/languagemanager.h"
-#include "files/filemanager.h"
 #include "files/markfilebackup.h"
 #include "support/workcontrol.h"
+#include "tests/files/managerfixture.h"
 #include "tests/files/stickfixture.h"
 #include "tests/shell/windowfixture.h"
-#include "tests/support/dialoganswerer.h"
 
 #include <QAction>
 #include <QCheckBox>
-#include <QLineEdit>
-#include <QListWidget>
 #include <QMap>
 #include <QProcess>
-#include <QPushButton>
 #include <QRandomGenerator>
 
 using namespace tests;
@@ -58,11 +54,14 @@ private slots:
     void file_manager_needs_the_right_to_delete();
 
 private:
-    static void press(FileManager& dialog, char const* button) {
-        auto* found = dialog.findChild<QPushButton*>(QString::fromLatin1(button));
-        if (!found)
-            qFatal("no %s", button);
-        found->click();
+    /// Answers the dialog that asks for the name of a backup with "set" once `done` has been done.
+    static void nameAfter(DialogAnswerer& answerer, std::function<void()> const& done) {
+        answerer.fillAndPress(
+            [done](QWidget& dialog) {
+                dialog.findChild<QLineEdit*>("lineEditFileName")->setText("set");
+                done();
+            },
+            "pushButtonOK");
     }
     /// Answers the dialog that asks for the name of a backup.
     static void name(DialogAnswerer& answerer, QString const& text, bool withLists = false) {
@@ -78,6 +77,14 @@ private:
     static void overwriteAll(DialogAnswerer& answerer) {
         answerer.fillAndPress(
             [](QWidget& dialog) { dialog.findChild<QCheckBox*>("checkBoxApplyAll")->setChecked(true); }, "确定");
+    }
+    /// Imports a backup, which replaces what is there already.
+    static void importBackup(FileManager& dialog, QString const& text, bool withLists = false) {
+        DialogAnswerer answerer;
+        answerer.leave("WorkProgress");
+        name(answerer, text, withLists);
+        overwriteAll(answerer);
+        press(dialog, kImport);
     }
     void writeBackup(QString const& text) {
         FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
@@ -220,11 +227,7 @@ void MarkFileBackupTest::lists_of_open_files_come_only_when_asked_for() {
     writeBackup("b");
     QVERIFY(put("a.mkf", "later") && put("RecentFile.of", "0\n") && put("MultiDocMarkFile/recent", "now"));
     FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    DialogAnswerer answerer;
-    answerer.leave("WorkProgress");
-    name(answerer, "b", asked);
-    overwriteAll(answerer);
-    press(dialog, kImport);
+    importBackup(dialog, "b", asked);
     QCOMPARE(markFiles(), (Files{{"a.mkf", "a"},
                                  {"RecentFile.of", asked ? "1\na\n" : "0\n"},
                                  {"MultiDocMarkFile/recent", asked ? "then" : "now"}}));
@@ -243,11 +246,7 @@ void MarkFileBackupTest::import_opens_the_documents_of_the_imported_list() {
     QVERIFY(QFile::remove(m_Root->path("/MarkFile/two.mkf")));
     QVERIFY(!window->IsFileOpened("two") && window->IsFileOpened("three"));
     FileManager dialog(&*window, FileManagerManage, MarkFileDocument);
-    DialogAnswerer answerer;
-    answerer.leave("WorkProgress");
-    name(answerer, "set", true);
-    overwriteAll(answerer);
-    press(dialog, kImport);
+    importBackup(dialog, "set", true);
     QVERIFY(window->IsFileOpened("one") && window->IsFileOpened("two") && !window->IsFileOpened("three"));
     QVERIFY(m_Root->exists("/MarkFile/three.mkf"));
     QCOMPARE(dialog.findChild<QListWidget*>("listWidget")->count(), 3);
@@ -258,12 +257,7 @@ void MarkFileBackupTest::backup_that_is_gone_is_told() {
     FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
     DialogAnswerer answerer;
     answerer.leave("WorkProgress");
-    answerer.fillAndPress(
-        [this](QWidget& shown) {
-            shown.findChild<QLineEdit*>("lineEditFileName")->setText("set");
-            QVERIFY(QFile::remove(backup("set")));
-        },
-        "pushButtonOK");
+    nameAfter(answerer, [this] { QVERIFY(QFile::remove(backup("set"))); });
     answerer.press(QMessageBox::Ok);
     press(dialog, kImport);
     QCOMPARE(answerer.titles().last(), "错误");
@@ -290,12 +284,7 @@ void MarkFileBackupTest::stick_that_is_pulled_out_is_told_and_nothing_is_left() 
     FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
     DialogAnswerer answerer;
     answerer.leave("WorkProgress");
-    answerer.fillAndPress(
-        [this](QWidget& shown) {
-            shown.findChild<QLineEdit*>("lineEditFileName")->setText("set");
-            QVERIFY(m_Stick->pullOut());
-        },
-        "pushButtonOK");
+    nameAfter(answerer, [this] { QVERIFY(m_Stick->pullOut()); });
     answerer.press(QMessageBox::Ok);
     press(dialog, kBackUp);
     QCOMPARE(answerer.texts().last(), "备份失败\n文件写入失败,请检查磁盘空间");
@@ -391,11 +380,7 @@ void MarkFileBackupTest::names_cannot_reach_out_of_the_temporary_folder() {
     QVERIFY(temporary.mkpath("set") && QFile::link(m_Root->path("/elsewhere"), temporary.filePath("set.zip")));
     writeBackup("set");
     FileManager dialog(nullptr, FileManagerManage, MarkFileDocument);
-    DialogAnswerer answerer;
-    answerer.leave("WorkProgress");
-    name(answerer, "set");
-    overwriteAll(answerer);
-    press(dialog, kImport);
+    importBackup(dialog, "set");
     QVERIFY(!m_Root->exists("/elsewhere"));
     QCOMPARE(m_Stick->temporaries().size(), 2);
     QVERIFY(QFile::remove(temporary.filePath("set.zip")) && temporary.rmdir("set"));
