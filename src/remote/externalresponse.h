@@ -11,8 +11,10 @@
 #include <QObject>
 #include <QString>
 #include <QVector>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class MainWindow;
@@ -39,6 +41,11 @@ public:
     bool VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message);
     /// The same for the open document of this file name.
     bool VZSetOffset(QString name, QVector<CCDBufdata> offsets, QString& message);
+    /// By number, for an order that came when Stops() was `stops`: a stop since then has ended it before it began, and it
+    /// fails. Any thread.
+    bool VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message, unsigned int stops);
+    /// How often VZMarkStop was called. Any thread.
+    unsigned int Stops() const { return m_nStops; }
     /// Starts such a run and returns; a refusal is told by MarkFinish(false, text), the end of the run is not told. Any
     /// thread.
     void VZSetOffset(int doc, QVector<CCDBufdata> offsets);
@@ -105,11 +112,12 @@ private:
     QString CheckStart(CCSCmd const& cmd) const;
     QString StartOffsetRun(Activate const& activate, QString const& unknown, QVector<CCDBufdata> const& offsets);
     bool RunWithOffsets(Activate const& activate, QString const& unknown, QVector<CCDBufdata> const& offsets,
-                        QString& message);
+                        QString& message, std::optional<unsigned int> stops = {});
     void RunWithOffsets(Activate const& activate, QString const& unknown, QVector<CCDBufdata> const& offsets);
 
     static ExternalResponse* m_pInstance;
 
+    std::atomic<unsigned int> m_nStops{0};
     tessera::RemoteOrderLog m_Log;
     tessera::MainThreadCalls m_Calls{this};
     ExternalMarkingThread m_Thread{m_Log, this};

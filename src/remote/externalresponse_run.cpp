@@ -65,6 +65,7 @@ void ExternalResponse::OnRunManualStart(CCSCmd cmd, int tag) {
 }
 
 void ExternalResponse::VZMarkStop() {
+    ++m_nStops;
     IMarkCardBase* card = MarkCardInstance::Instance();
     card->SetMarkStaus(MarkStatusStop);
     card->StopMark();
@@ -115,11 +116,14 @@ QString ExternalResponse::StartOffsetRun(Activate const& activate, QString const
 
 /// The run is told apart from one that may begin before this thread looks at the result.
 bool ExternalResponse::RunWithOffsets(Activate const& activate, QString const& unknown,
-                                      QVector<CCDBufdata> const& offsets, QString& message) {
+                                      QVector<CCDBufdata> const& offsets, QString& message,
+                                      std::optional<unsigned int> stops) {
     std::shared_ptr<tessera::RemoteRun> run;
-    // The program ends when nobody on the main thread will look at the order.
+    // So it stays when the program ends before anybody on the main thread looks at the order, and after a stop.
     message = QStringLiteral("文档执行失败");
     const bool handled = m_Calls.Run([&] {
+        if (stops && *stops != m_nStops)
+            return;
         message = StartOffsetRun(activate, unknown, offsets);
         if (message.isEmpty())
             run = m_Thread.Run();
@@ -142,6 +146,11 @@ void ExternalResponse::RunWithOffsets(Activate const& activate, QString const& u
 bool ExternalResponse::VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message) {
     return RunWithOffsets([doc](MainWindow& window) { return window.SetCurDoc(doc); }, QStringLiteral("文档号超出范围"),
                           offsets, message);
+}
+
+bool ExternalResponse::VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message, unsigned int stops) {
+    return RunWithOffsets([doc](MainWindow& window) { return window.SetCurDoc(doc); }, QStringLiteral("文档号超出范围"),
+                          offsets, message, stops);
 }
 
 bool ExternalResponse::VZSetOffset(QString name, QVector<CCDBufdata> offsets, QString& message) {

@@ -82,7 +82,7 @@ private:
     bool TakeRead();
     void HandleFrame(QString const& frame);
     void DropOverlong();
-    void RunOffset(QString const& sender, QString const& frame);
+    void RunOffset(QString const& sender, QString const& frame, unsigned int stops);
 
     static std::atomic<HostResponseTcp*> m_pHostTcp;
 

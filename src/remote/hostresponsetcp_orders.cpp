@@ -29,13 +29,13 @@ void record(QString const& sender, QString const& order, QString const& reply) {
 }
 
 /// Runs the order and returns the answer when the run has ended. Any thread.
-QString runOrder(HostOffsets const& wanted) {
+QString runOrder(HostOffsets const& wanted, unsigned int stops) {
     if (wanted.fault)
         return HostReply(HostOrder::SetOffset, false, wanted.fault);
     // Orders that come meanwhile must be refused at once, on a machine of one core too.
     QThreadPool::globalInstance()->releaseThread();
     QString message;
-    const bool good = ExternalResponse::Instance()->VZSetOffset(wanted.document, wanted.records, message);
+    const bool good = ExternalResponse::Instance()->VZSetOffset(wanted.document, wanted.records, message, stops);
     QThreadPool::globalInstance()->reserveThread();
     return HostReply(HostOrder::SetOffset, good, message);
 }
@@ -68,16 +68,18 @@ void HostResponseTcp::OnVZSetOffset(QString frame) {
         record(m_Sender, frame, reply);
         return;
     }
-    QtConcurrent::run([this, runs = m_Runs, sender = m_Sender, frame] {
-        RunOffset(sender, frame);
+    // A stop that the host sends behind this order must not pass it on the way to the machine.
+    const unsigned int stops = ExternalResponse::Instance()->Stops();
+    QtConcurrent::run([this, runs = m_Runs, sender = m_Sender, frame, stops] {
+        RunOffset(sender, frame, stops);
         runs->End();
     });
 }
 
 /// The card is asked before the arguments are looked at: a host that sends nonsense during a run is told of the run.
-void HostResponseTcp::RunOffset(QString const& sender, QString const& frame) {
+void HostResponseTcp::RunOffset(QString const& sender, QString const& frame, unsigned int stops) {
     const QString reply =
-        isCardIdle() ? runOrder(ReadHostOffsets(frame)) : HostReply(HostOrder::SetOffset, false, kHostBusy);
+        isCardIdle() ? runOrder(ReadHostOffsets(frame), stops) : HostReply(HostOrder::SetOffset, false, kHostBusy);
     Send(reply);
     record(sender, frame, reply);
 }
