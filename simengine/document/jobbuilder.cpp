@@ -56,17 +56,37 @@ void appendStrokes(const std::vector<JobLine>& lines, const QTransform& transfor
     }
 }
 
+std::size_t vertexCount(const std::vector<std::vector<JobLine>>& objects) {
+    std::size_t count = 0;
+    for (const std::vector<JobLine>& object : objects) {
+        for (const JobLine& line : object)
+            count += size_t(line.points.size());
+    }
+    return count;
+}
+
+void tell(QString* fault, const QString& text) {
+    if (fault)
+        *fault = text;
+}
+
 } // namespace
 
-Job buildJob(const DocumentState& state, const JobOptions& options) {
+Job buildJob(const DocumentState& state, const JobOptions& options, QString* fault) {
     Job job;
     const std::vector<QTransform> transforms = passes(options);
-    if (transforms.empty())
+    if (transforms.empty()) {
+        tell(fault, QStringLiteral("no valid record, or a number that is not finite"));
         return job;
+    }
     std::vector<std::vector<JobLine>> lines;
     for (int i = 0; i < state.count(); ++i) {
         if (!options.selectedOnly || state.selection.contains(i))
             lines.push_back(jobLines(*state.at(i)));
+    }
+    if (transforms.size() > 1 && vertexCount(lines) > kMaxRepeatedVertices / transforms.size()) {
+        tell(fault, QStringLiteral("%1 records repeat too large a drawing").arg(transforms.size()));
+        return job;
     }
     int number = 0;
     for (const QTransform& transform : transforms) {

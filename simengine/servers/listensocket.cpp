@@ -103,13 +103,17 @@ int acceptConnection(int listener, std::string& address, bool& exhausted) {
         return -1;
     }
     address = addressText(from);
+    watchConnection(socket);
+    return socket;
+}
+
+void watchConnection(int socket) {
     setOption(socket, IPPROTO_TCP, TCP_NODELAY, 1);
     setOption(socket, SOL_SOCKET, SO_KEEPALIVE, 1);
     setOption(socket, IPPROTO_TCP, TCP_KEEPIDLE, kKeepIdleSeconds);
     setOption(socket, IPPROTO_TCP, TCP_KEEPINTVL, kKeepIntervalSeconds);
     setOption(socket, IPPROTO_TCP, TCP_KEEPCNT, kKeepProbes);
     setOption(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, kUnackedMs);
-    return socket;
 }
 
 } // namespace sim

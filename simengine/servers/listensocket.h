@@ -14,4 +14,8 @@ int openListener(QString const& address, quint16 port, quint16& bound, QString& 
 /// may be one that the process has no means to take now.
 int acceptConnection(int listener, std::string& address, bool& exhausted);
 
+/// Lets the system find out within a minute that the other side's power or cable is gone, and sends small lines at
+/// once.
+void watchConnection(int socket);
+
 } // namespace sim

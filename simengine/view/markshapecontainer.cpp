@@ -78,7 +78,10 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
         const std::lock_guard<std::mutex> lock(d->mutex);
         options.offsets = d->offsets;
     }
-    sim::Job job = sim::buildJob(*d->document.state(), options);
+    QString fault;
+    sim::Job job = sim::buildJob(*d->document.state(), options, &fault);
+    if (!fault.isEmpty())
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("offset records: ") + fault);
     if (job.strokes.empty())
         return sim::RunRecord::refused();
     sim::RunRecord const record(job, layers);

@@ -33,7 +33,12 @@ public:
     /// Null outside the list.
     MarkTool* operator[](int index) const;
 
-    /// Appends an offset record; every following run marks the job once for each record until they are cleared.
+    /// Appends an offset record. Every following run, of whatever kind, marks what it marks once for each valid record,
+    /// in their order: turned by the record's angle, counter-clockwise about the field centre, and then shifted by its
+    /// dx and dy. An empty buffer means once, as drawn. The records stay until ClearCCDBuf; those that come while a run
+    /// goes on are for the next one. A point that they move out of the field is treated as one that is drawn there.
+    /// StartMark is false when no record is valid, when a number of a valid record is not finite, or when the records
+    /// repeat more than the engine can hold.
     void AddCCDBuf(CCDBufdata const& data);
     void ClearCCDBuf();
 

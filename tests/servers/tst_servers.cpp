@@ -3,9 +3,11 @@
 #include "engine/imodbuslaser.h"
 #include "engine/manualresetevent.h"
 #include "engine/rundatagather.h"
+#include "engine/systemparam.h"
 #include "simengine/servers/rundatagatheraccess.h"
 #include "simengine/servers/runrecord.h"
 #include "support/approot.h"
+#include "support/socketclient.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,22 +47,91 @@ class TestServers : public QObject {
 private:
     QTemporaryDir m_root;
 
+    /// The link, made on the first call, at another address than before.
+    CCDServer* cameraLink(QString const& address) {
+        SystemParam::Instance()->SetStaticIP("nowhere");
+        if (!CCDServer::Instance())
+            CCDServer::InitCCDServer();
+        CCDServer* const server = CCDServer::Instance();
+        server->SetStaticIP();
+        SystemParam::Instance()->SetStaticIP(address);
+        server->SetStaticIP();
+        CCDServer::InitCCDServer();
+        return CCDServer::Instance() == server ? server : nullptr;
+    }
+    /// Where the link listens, as the log tells.
+    static quint16 cameraPort() {
+        QByteArray const log = logText();
+        QByteArray const mark = "camera link: listens at 127.0.0.1 port ";
+        return log.mid(log.lastIndexOf(mark) + mark.size()).split('\n').first().toUShort();
+    }
+
 private slots:
     void initTestCase() {
         QVERIFY(m_root.isValid());
         tessera::setApplicationRoot(m_root.path());
     }
 
-    void the_camera_link_has_no_client_and_says_so() {
-        QVERIFY(!CCDServer::Instance());
-        CCDServer::InitCCDServer();
-        CCDServer* server = CCDServer::Instance();
-        QVERIFY(server);
-        CCDServer::InitCCDServer();
-        QCOMPARE(CCDServer::Instance(), server);
+    void there_is_no_camera_link_before_it_is_made() { QVERIFY(!CCDServer::Instance()); }
+
+    void an_address_that_the_machine_has_not_is_told_data() {
+        QTest::addColumn<QString>("address");
+        QTest::addColumn<QByteArray>("logged");
+        QTest::newRow("elsewhere") << "192.0.2.1" << QByteArray("camera link: 192.0.2.1 port 7661: ");
+        QTest::newRow("a name") << "localhost" << QByteArray("camera link: \"localhost\" is no address");
+        QTest::newRow("empty") << "" << QByteArray("camera link: \"\" is no address");
+        QTest::newRow("bad port") << "127.0.0.1:65536" << QByteArray("is no address");
+        QTest::newRow("IPv6") << "::1" << QByteArray("is no address");
+    }
+    void an_address_that_the_machine_has_not_is_told() {
+        QFETCH(QString, address);
+        QFETCH(QByteArray, logged);
+        CCDServer* const server = cameraLink(address);
         QVERIFY(!server->HasClient());
+        QVERIFY2(logText().contains(logged), logText());
+    }
+
+    void a_camera_is_seen_while_it_is_connected() {
+        CCDServer* const server = cameraLink("127.0.0.1:0");
+        QVERIFY(!server->HasClient());
+        tests::SocketClient camera;
+        QVERIFY(camera.connectTcp(cameraPort()));
+        QTRY_VERIFY(server->HasClient());
+        QVERIFY(logText().contains("camera link: camera at 127.0.0.1"));
+        QVERIFY(camera.write(QByteArray(1 << 20, 'x'))); // far more than the buffers hold: it is taken
+        QVERIFY(server->HasClient());
+        camera.close();
+        QTRY_VERIFY(!server->HasClient());
+        QVERIFY(logText().contains("camera link: the camera has gone"));
+    }
+
+    void the_newest_camera_is_the_camera() {
+        CCDServer* const server = cameraLink("127.0.0.1:0");
+        tests::SocketClient older;
+        QVERIFY(older.connectTcp(cameraPort()));
+        QTRY_VERIFY(server->HasClient());
+        tests::SocketClient newer;
+        QVERIFY(newer.connectTcp(cameraPort()));
+        QVERIFY(older.waitForEnd());
+        QVERIFY(server->HasClient());
+        newer.abort();
+        QTRY_VERIFY(!server->HasClient());
+    }
+
+    void a_changed_address_is_taken_over_and_the_same_one_disturbs_nothing() {
+        CCDServer* const server = cameraLink("127.0.0.1:0");
+        quint16 const port = cameraPort();
+        tests::SocketClient camera;
+        QVERIFY(camera.connectTcp(port));
+        QTRY_VERIFY(server->HasClient());
         server->SetStaticIP();
-        QCOMPARE(logText().count("camera link: not available"), 2);
+        QVERIFY(server->HasClient());
+        QCOMPARE(cameraPort(), port);
+        SystemParam::Instance()->SetStaticIP("127.0.0.2:0");
+        server->SetStaticIP();
+        QVERIFY(!server->HasClient());
+        QVERIFY(camera.waitForEnd());
+        QVERIFY(!camera.connectTcp(port, 100));
     }
 
     void run_figures_are_kept_from_any_thread() {
