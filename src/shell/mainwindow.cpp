@@ -85,7 +85,6 @@ void MainWindow::ClearMainWnd() {
 
 MainWindow::MainWindow()
     : m_pDelayedStop(std::make_shared<tessera::DelayedStop>([this] { IOStopRun(); })) {
-    tessera::DelayedStop::SetCurrent(m_pDelayedStop);
     DressApplication();
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
@@ -146,6 +145,8 @@ void MainWindow::InitMainWindow() {
         setGeometry(tessera::WindowRect(screen->geometry()));
     AuthorityManager::StartAutoLoginOut();
     m_KeyThread.Start();
+    // not before the run dialog is there, which a stop from another thread asks for
+    tessera::DelayedStop::SetCurrent(m_pDelayedStop);
 }
 
 void MainWindow::StartUp() {
