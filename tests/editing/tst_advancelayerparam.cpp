@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "editing/advancelayerparam.h"
 #include "editing/editpower.h"
-#include "editing/marklayerparamform.h"
 #include "editing/powercurve.h"
-#include "engine/systemparam.h"
-#include "tests/editing/editingfixture.h"
+#include "tests/editing/penpanel.h"
 
-#include <QCheckBox>
 #include <QLabel>
-#include <QPushButton>
 #include <QScreen>
 #include <QSpinBox>
 #include <QTabWidget>
@@ -48,6 +44,8 @@ private slots:
 
 private:
     void confirm(AdvanceLayerParam& dialog) { part<QPushButton>(dialog, "pushButtonConfirm")->click(); }
+    static void changeMarkDelay(PenPanel& panel, QString const& button);
+
     TemporaryRoot root;
 };
 
@@ -308,31 +306,26 @@ void AdvanceLayerParamTest::the_buttons_stand_at_the_bottom() {
     }
 }
 
-void AdvanceLayerParamTest::the_panel_stores_a_confirmed_pen() {
-    DocumentFixture document;
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(6);
+/// Pen 6 is changed in the dialog of its panel.
+void AdvanceLayerParamTest::changeMarkDelay(PenPanel& panel, QString const& button) {
+    panel.show(6);
     DialogAnswerer answerer;
-    answerer.fillAndPress([](QWidget& dialog) { part<QSpinBox>(dialog, "spinBoxMarkDelay")->setValue(789); },
-                          QStringLiteral("pushButtonConfirm"));
-    part<QPushButton>(form, "pushButtonAdvance")->click();
+    answerer.fillAndPress([](QWidget& dialog) { part<QSpinBox>(dialog, "spinBoxMarkDelay")->setValue(789); }, button);
+    panel.press("pushButtonAdvance");
     QVERIFY(answerer.allAnswered());
-    QCOMPARE(document.pen(6).MarkDelay, 789);
-    QCOMPARE(document.pen(5).MarkDelay, LayerData().MarkDelay);
+}
+
+void AdvanceLayerParamTest::the_panel_stores_a_confirmed_pen() {
+    PenPanel panel;
+    changeMarkDelay(panel, QStringLiteral("pushButtonConfirm"));
+    QCOMPARE(panel.document.pen(6).MarkDelay, 789);
+    QCOMPARE(panel.document.pen(5).MarkDelay, LayerData().MarkDelay);
 }
 
 void AdvanceLayerParamTest::the_panel_drops_a_cancelled_pen() {
-    DocumentFixture document;
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(6);
-    DialogAnswerer answerer;
-    answerer.fillAndPress([](QWidget& dialog) { part<QSpinBox>(dialog, "spinBoxMarkDelay")->setValue(789); },
-                          QStringLiteral("pushButtonCancel"));
-    part<QPushButton>(form, "pushButtonAdvance")->click();
-    QVERIFY(answerer.allAnswered());
-    QCOMPARE(document.pen(6).MarkDelay, LayerData().MarkDelay);
+    PenPanel panel;
+    changeMarkDelay(panel, QStringLiteral("pushButtonCancel"));
+    QCOMPARE(panel.document.pen(6).MarkDelay, LayerData().MarkDelay);
 }
 
 QTEST_MAIN(AdvanceLayerParamTest)

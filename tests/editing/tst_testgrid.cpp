@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "editing/marklayerparamform.h"
 #include "editing/testgrid.h"
 #include "engine/marktool.h"
-#include "engine/systemparam.h"
-#include "tests/editing/editingfixture.h"
+#include "tests/editing/penpanel.h"
 
 #include <QLabel>
-#include <QPushButton>
 #include <QSpinBox>
 
 using namespace tests;
@@ -141,69 +138,61 @@ void TestGridTest::squares_and_labels_keep_apart_and_inside() {
 }
 
 void TestGridTest::the_button_draws_it_in_one_step() {
-    DocumentFixture document;
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(2);
-    form.ResetLayerData();
-    const LayerData labelPen = document.pen(2);
+    PenPanel panel;
+    panel.show(2);
+    const LayerData labelPen = panel.document.pen(2);
     DialogAnswerer answerer;
     answerer.press(QStringLiteral("pushButtonDraw"));
-    part<QPushButton>(form, "pushButtonTestGrid")->click();
+    panel.press("pushButtonTestGrid");
     QCOMPARE(answerer.titles(), QStringList(QStringLiteral("测试网格")));
-    QVector<MarkTool*> tools = document.view.GetMarkTools()->GetMarkTools();
+    QVector<MarkTool*> tools = panel.document.view.GetMarkTools()->GetMarkTools();
     QCOMPARE(tools.size(), 24);
     QSet<int> layers;
     for (int i = 0; i < 16; ++i) {
-        const int layer = document.view.GetToolLayer(i);
+        const int layer = panel.document.view.GetToolLayer(i);
         layers.insert(layer);
         QCOMPARE(tools[i]->GetTool()->GetToolClassName(), QStringLiteral("MarkToolRect"));
-        QCOMPARE(document.pen(layer).Power, 20.0 + 20.0 * (i % 4));
-        QCOMPARE(document.pen(layer).MarkSpeed, 200.0 + 200.0 * (i / 4));
+        QCOMPARE(panel.document.pen(layer).Power, 20.0 + 20.0 * (i % 4));
+        QCOMPARE(panel.document.pen(layer).MarkSpeed, 200.0 + 200.0 * (i / 4));
     }
     QCOMPARE(layers.size(), 16);
     QVERIFY(!layers.contains(2));
     for (int i = 16; i < 24; ++i)
-        QCOMPARE(document.view.GetToolLayer(i), 2);
-    QCOMPARE(document.pen(2).Power, labelPen.Power);
+        QCOMPARE(panel.document.view.GetToolLayer(i), 2);
+    QCOMPARE(panel.document.pen(2).Power, labelPen.Power);
     double x = 0.0, y = 0.0, width = 0.0, height = 0.0, angle = 0.0;
-    QCOMPARE(document.view.GetSelectedToolCnt(), 24);
-    QVERIFY(document.view.GetSelectObjPos(x, y, width, height, angle));
+    QCOMPARE(panel.document.view.GetSelectedToolCnt(), 24);
+    QVERIFY(panel.document.view.GetSelectObjPos(x, y, width, height, angle));
     const QRectF field = SystemParam::Instance()->GetCanvasRect();
     QVERIFY(width < field.width() && height < field.height());
-    document.view.Undo();
-    QCOMPARE(document.view.GetMarkTools()->GetMarkTools().size(), 0);
+    panel.document.view.Undo();
+    QCOMPARE(panel.document.view.GetMarkTools()->GetMarkTools().size(), 0);
     bool redo = false, undo = true;
-    document.view.RedoUndoStatus(redo, undo);
+    panel.document.view.RedoUndoStatus(redo, undo);
     QVERIFY(redo && !undo);
 }
 
 void TestGridTest::pens_in_use_are_left_alone() {
-    DocumentFixture document;
-    document.addRects({{10, 10, 5, 5}});
-    document.view.SetCurrentLayer(1);
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(0);
-    form.ResetLayerData();
-    const LayerData before = document.pen(1);
+    PenPanel panel;
+    panel.document.addRects({{10, 10, 5, 5}});
+    panel.document.view.SetCurrentLayer(1);
+    panel.show(0);
+    const LayerData before = panel.document.pen(1);
     DialogAnswerer answerer;
     answerer.press(QStringLiteral("pushButtonDraw"));
-    part<QPushButton>(form, "pushButtonTestGrid")->click();
+    panel.press("pushButtonTestGrid");
     QVERIFY(answerer.allAnswered());
-    QCOMPARE(document.pen(1).Power, before.Power);
-    QCOMPARE(document.pen(1).MarkSpeed, before.MarkSpeed);
+    QCOMPARE(panel.document.pen(1).Power, before.Power);
+    QCOMPARE(panel.document.pen(1).MarkSpeed, before.MarkSpeed);
     int onPen = 0;
-    for (int i = 0; i < document.view.GetMarkTools()->GetMarkTools().size(); ++i)
-        onPen += document.view.GetToolLayer(i) == 1 ? 1 : 0;
+    for (int i = 0; i < panel.document.view.GetMarkTools()->GetMarkTools().size(); ++i)
+        onPen += panel.document.view.GetToolLayer(i) == 1 ? 1 : 0;
     QCOMPARE(onPen, 1);
 }
 
 void TestGridTest::the_dialog_tells_too_few_pens_and_draws_nothing() {
-    DocumentFixture document;
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(0);
+    PenPanel panel;
+    panel.show(0);
     QString told;
     bool enabled = true;
     DialogAnswerer answerer;
@@ -214,26 +203,24 @@ void TestGridTest::the_dialog_tells_too_few_pens_and_draws_nothing() {
             enabled = part<QPushButton>(dialog, "pushButtonDraw")->isEnabled();
         },
         QStringLiteral("pushButtonCancel"));
-    part<QPushButton>(form, "pushButtonTestGrid")->click();
+    panel.press("pushButtonTestGrid");
     QVERIFY(answerer.allAnswered());
     QCOMPARE(told, QStringLiteral("笔不够,需要/空闲: 20 / 19"));
     QVERIFY(!enabled);
-    QCOMPARE(document.view.GetMarkTools()->GetMarkTools().size(), 0);
+    QCOMPARE(panel.document.view.GetMarkTools()->GetMarkTools().size(), 0);
 }
 
 void TestGridTest::a_read_only_document_keeps_its_pens() {
-    DocumentFixture document;
-    document.view.SetReadOnly(true);
-    MarkLayerParamForm form;
-    form.DocChange(&document.view);
-    form.SetLayerIndex(0);
-    const LayerData before = document.pen(1);
+    PenPanel panel;
+    panel.document.view.SetReadOnly(true);
+    panel.show(0);
+    const LayerData before = panel.document.pen(1);
     DialogAnswerer answerer;
     answerer.press(QStringLiteral("pushButtonDraw"));
-    part<QPushButton>(form, "pushButtonTestGrid")->click();
+    panel.press("pushButtonTestGrid");
     QVERIFY(answerer.allAnswered());
-    QCOMPARE(document.view.GetMarkTools()->GetMarkTools().size(), 0);
-    QCOMPARE(document.pen(1).Power, before.Power);
+    QCOMPARE(panel.document.view.GetMarkTools()->GetMarkTools().size(), 0);
+    QCOMPARE(panel.document.pen(1).Power, before.Power);
     QCOMPARE(logTexts("operator").size(), 1);
 }
 
