@@ -59,8 +59,6 @@ private slots:
     void a_move_distance_sets_the_steps();
     void another_document_brings_its_own_move_distance();
     void the_base_point_follows_its_buttons();
-    void base_point_buttons_lie_in_their_grid();
-    void a_press_beside_a_base_point_takes_the_nearest();
     void the_working_state_is_set();
     void a_mixed_working_state_shows_none_and_changes_nothing();
     void fill_is_off_for_groups_and_without_a_selection();
@@ -410,38 +408,6 @@ void MarkToolPropertyTest::the_base_point_follows_its_buttons() {
     QVERIFY(logTexts("param").isEmpty());
     part<QRadioButton>(*points, "radioButton6")->click();
     QVERIFY2(part<QRadioButton>(*points, "radioButton6")->isChecked(), "one is always on");
-}
-
-void MarkToolPropertyTest::base_point_buttons_lie_in_their_grid() {
-    CenterType points;
-    QVector<int> changed;
-    connect(&points, &CenterType::BasePointChangedSignal, this, [&](BasePoint point) { changed.append(point); });
-    for (int i = 0; i < 9; ++i) {
-        auto* button = part<QRadioButton>(points, qPrintable(QStringLiteral("radioButton%1").arg(i)));
-        QCOMPARE(button->geometry(), QRect(1 + i % 3 * 14, 1 + i / 3 * 14, 13, 13));
-        points.setCheck(static_cast<BasePoint>(i));
-        QCOMPARE(changed.size(), i + 1);
-        QCOMPARE(changed.last(), i);
-        int on = 0;
-        for (auto* each : points.findChildren<QRadioButton*>())
-            on += each->isChecked() ? 1 : 0;
-        QCOMPARE(on, 1);
-    }
-    for (int outside : {9, -1}) {
-        points.setCheck(static_cast<BasePoint>(outside));
-        for (auto* each : points.findChildren<QRadioButton*>())
-            QVERIFY(!each->isChecked());
-    }
-    QCOMPARE(changed.size(), 9);
-}
-
-void MarkToolPropertyTest::a_press_beside_a_base_point_takes_the_nearest() {
-    CenterType points;
-    points.resize(60, 60);
-    QTest::mouseClick(&points, Qt::LeftButton, Qt::NoModifier, QPoint(58, 57));
-    QVERIFY(part<QRadioButton>(points, "radioButton8")->isChecked());
-    QTest::mouseClick(&points, Qt::LeftButton, Qt::NoModifier, QPoint(0, 20));
-    QVERIFY(part<QRadioButton>(points, "radioButton3")->isChecked());
 }
 
 void MarkToolPropertyTest::the_working_state_is_set() {
