@@ -70,6 +70,13 @@ private:
     QPointer<TextDialog> m_dialog;
 };
 
+/// The dialog that a press on the drawing shows for a new text.
+Dialog dialogForText(ViewFixture& f, double x = 0.0, double y = 0.0) {
+    f.view.SetOperatorOnView(OperatorAddText);
+    f.click(x, y);
+    return Dialog(f);
+}
+
 const TextShape& textAt(ViewFixture& f, int index) {
     return std::get<TextShape>(f.state()->at(index)->shape());
 }
@@ -108,9 +115,7 @@ private slots:
     void a_press_asks_and_places_the_text_there() {
         ViewFixture f;
         f.view.SetCurrentLayerWithOutChangeLayer(3);
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(-20, 10);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f, -20, 10);
         QVERIFY(dialog.isOpen());
         QVERIFY(dialog->isModal());
         QVERIFY(!dialog.ok()->isEnabled());
@@ -145,9 +150,7 @@ private slots:
 
     void cancel_and_a_dragged_second_press_add_nothing() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         dialog.type("A");
         dialog.cancel();
         QTRY_VERIFY(!Dialog(f).isOpen());
@@ -161,9 +164,7 @@ private slots:
         ViewFixture f;
         addText(f, "H");
         f.view.SetReadOnly(true);
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(20, 20);
-        QVERIFY(!Dialog(f).isOpen());
+        QVERIFY(!dialogForText(f, 20, 20).isOpen());
         const QString today = QDate::currentDate().toString("yyyy-MM-dd");
         QVERIFY(QString::fromUtf8(f.root.read("/日志文件/" + today + ".log")).contains("文档只读"));
         f.view.SetOperatorOnView(OperatorSelect);
@@ -188,9 +189,7 @@ private slots:
         QFETCH(bool, outline);
         QFETCH(QString, message);
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         if (outline)
             dialog.choose("WenQuanYi Micro Hei", false);
         else
@@ -209,9 +208,7 @@ private slots:
 
     void fonts_are_listed_with_the_single_line_ones_marked() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         FontListModel* fonts = dialog.fonts();
         const int all = fonts->rowCount();
         QCOMPARE(fonts->index(0).data().toString(), QString("罗马体"));
@@ -233,9 +230,7 @@ private slots:
 
     void bold_is_for_outline_fonts() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         dialog.type("B");
         dialog.choose("WenQuanYi Micro Hei", false);
         auto* bold = dialog.field<QCheckBox>("checkBoxBold");
@@ -252,10 +247,8 @@ private slots:
 
     void the_next_text_begins_with_the_last_style() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
         {
-            Dialog dialog(f);
+            Dialog dialog = dialogForText(f);
             dialog.type("A");
             dialog.choose("futural", true);
             dialog.height()->setValue(2.75);
@@ -275,9 +268,7 @@ private slots:
 
     void the_preview_tells_the_size() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         dialog.choose("rowmans", true);
         dialog.height()->setValue(21.0);
         dialog.type("H");
@@ -386,8 +377,7 @@ private slots:
 
     void closing_the_view_closes_the_dialog() {
         auto f = std::make_unique<ViewFixture>();
-        f->view.SetOperatorOnView(OperatorAddText);
-        f->click(0, 0);
+        dialogForText(*f);
         QPointer<TextDialog> dialog = f->canvas().findChild<TextDialog*>();
         QVERIFY(dialog);
         f.reset();
@@ -428,9 +418,7 @@ private slots:
         registerNewFonts(folder.path());
         QVERIFY(QFontDatabase().families().contains(family));
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         dialog.type("H中");
         dialog.choose(family, false);
         QTRY_VERIFY(dialog.ok()->isEnabled());
@@ -445,9 +433,7 @@ private slots:
 
     void the_dialog_is_for_fingers_and_fits_the_small_screen() {
         ViewFixture f;
-        f.view.SetOperatorOnView(OperatorAddText);
-        f.click(0, 0);
-        Dialog dialog(f);
+        Dialog dialog = dialogForText(f);
         QVERIFY(dialog->width() <= 1024 && dialog->height() <= 600);
         QVERIFY(dialog->minimumSizeHint().width() <= 1024 && dialog->minimumSizeHint().height() <= 560);
         int looked = 0;
