@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "shell/alarmmask.h"
-#include "shell/safetycheck.h"
-#include "tests/shell/edgemodel.h"
+#include "tests/shell/safetymodel.h"
 
-#include <QMap>
 #include <QStringList>
 #include <QtTest>
 #include <random>
@@ -14,68 +12,6 @@ using namespace tests;
 namespace {
 
 constexpr int kRandomWords = 1'000'000;
-
-/// What an input does when it becomes active: S the job is stopped, P it is paused, + the alarm is noted.
-struct SafetyModelRow {
-    char const* name;
-    unsigned int bit;
-    char const* stopping; ///< doors end a job
-    char const* pausing;  ///< doors hold a job
-    char const* withoutJob;
-};
-
-constexpr SafetyModelRow kSafetyModel[] = {
-    {"机台就绪", 1, "+S", "+S", "+"},      {"机台安全门1", 2, "S+", "P+", "+"},  {"机台安全门2", 4, "S+", "P+", "+"},
-    {"机台安全门3", 8, "S+", "P+", "+"},   {"机台安全门4", 16, "S+", "P+", "+"}, {"机台安全门5", 32, "S+", "P+", "+"},
-    {"安全光栅", 64, "S+", "P+", "+"},     {"急停按钮", 128, "S+", "S+", "S+"},  {"激光器报警", 256, "S+", "S+", "S+"},
-    {"水冷机报警", 512, "S+", "S+", "S+"},
-};
-
-/// What an edge on an operating input asks for, by the dialog on the screen: none, single, several documents.
-struct RunModelRow {
-    char const* name;
-    RunOrder orders[3];
-    bool wantsNoAlarm;
-};
-
-constexpr RunModelRow kRunModel[] = {
-    {"终止", {RunOrder::Stop, RunOrder::Stop, RunOrder::Stop}, false},
-    {"运行", {RunOrder::OpenDialog, RunOrder::Start, RunOrder::Nothing}, true},
-    {"暂停", {RunOrder::Nothing, RunOrder::Pause, RunOrder::Nothing}, false},
-    {"红光预览", {RunOrder::OpenDialog, RunOrder::Preview, RunOrder::Nothing}, false},
-};
-
-/// A machine whose functions are wired one to an input.
-class Machine {
-public:
-    Machine() {
-        for (SafetyModelRow const& row : kSafetyModel)
-            wire(row.name);
-        for (RunModelRow const& row : kRunModel)
-            wire(row.name);
-        wire("手动");
-        wire("自动");
-    }
-    IOFuncList& operator[](char const* name) { return m_functions[QByteArray(name)]; }
-    QMap<QByteArray, IOFuncList>& functions() { return m_functions; }
-
-private:
-    void wire(char const* name) {
-        IOFuncList function;
-        function.Name = QString::fromUtf8(name);
-        function.InputEnable = true;
-        function.InputMask = function.InputValue = 1U << m_functions.size();
-        m_functions.insert(name, function);
-    }
-
-    QMap<QByteArray, IOFuncList> m_functions;
-};
-
-/// All that a poll decides, as a line of text.
-struct Poll {
-    QString text;
-    unsigned int mask = 0;
-};
 
 QString lampText(StackLight light) {
     return light == StackLight::Red ? "red" : light == StackLight::Yellow ? "yellow" : "keep";
@@ -92,7 +28,8 @@ QString planText(SafetyPlan const& plan) {
 /// The decisions under test.
 class Ours {
 public:
-    Poll poll(unsigned int input, SafetySettings const& settings, unsigned int before, int visible, bool alarmFree) {
+    PollResult poll(unsigned int input, SafetySettings const& settings, unsigned int before, int visible,
+                    bool alarmFree) {
         const AskInput ask = [&](char const* name) { return m_edges.Ask(&machine[name], input); };
         const SafetyPlan plan = CheckSafe(ask, settings, before);
         const RunOrder order = CheckRunStop(ask, visible, [alarmFree] { return alarmFree; });
@@ -101,50 +38,10 @@ public:
                     QString::number(int(order)),
                 plan.mask};
     }
-    Machine machine;
+    WiredMachine machine;
 
 private:
     InputEdges m_edges;
-};
-
-/// The same read from the tables.
-class Model {
-public:
-    Poll poll(unsigned int input, SafetySettings const& settings, unsigned int before, int visible, bool alarmFree) {
-        Poll result{QString(), before};
-        for (SafetyModelRow const& row : kSafetyModel) {
-            const int edge = m_edges.ask(machine[row.name], input);
-            QString steps;
-            if (edge == 1)
-                steps = !settings.runActive ? row.withoutJob : settings.doorPauses ? row.pausing : row.stopping;
-            if ((edge == 0 || edge == -2) && result.mask % (2 * row.bit) >= row.bit)
-                steps = "-";
-            for (QChar step : qAsConst(steps)) {
-                result.text += step + QString::number(row.bit) + ' ';
-                if (step == '+')
-                    result.mask |= row.bit;
-                if (step == '-')
-                    result.mask -= row.bit;
-            }
-        }
-        result.text += result.mask != 0 && result.mask != 256 ? "bad " : "good ";
-        result.text += result.mask > 0 ? "red " : before > 0 ? "yellow " : "keep ";
-        result.text += QString::number(int(order(input, visible, alarmFree)));
-        m_edges.ask(machine["手动"], input);
-        m_edges.ask(machine["自动"], input);
-        return result;
-    }
-    Machine machine;
-
-private:
-    RunOrder order(unsigned int input, int visible, bool alarmFree) {
-        for (RunModelRow const& row : kRunModel) {
-            if (m_edges.ask(machine[row.name], input) == 1)
-                return row.wantsNoAlarm && !alarmFree ? RunOrder::Nothing : row.orders[visible];
-        }
-        return RunOrder::Nothing;
-    }
-    EdgeModel m_edges;
 };
 
 /// How a machine may be wired: the watched inputs of its function number `at`, their levels when it is active, and
@@ -189,8 +86,8 @@ class Pair {
 public:
     /// Empty when both decided the same and keep the same states.
     QString poll(unsigned int input, SafetySettings const& settings = {}, int visible = 1, bool alarmFree = true) {
-        const Poll mine = m_ours.poll(input, settings, m_mask, visible, alarmFree);
-        const Poll expected = m_model.poll(input, settings, m_mask, visible, alarmFree);
+        const PollResult mine = m_ours.poll(input, settings, m_mask, visible, alarmFree);
+        const PollResult expected = m_model.poll(input, settings, m_mask, visible, alarmFree);
         m_mask = expected.mask;
         m_text = mine.text;
         if (mine.text != expected.text || mine.mask != expected.mask)
@@ -221,7 +118,7 @@ public:
 
 private:
     Ours m_ours;
-    Model m_model;
+    SafetyModel m_model;
     unsigned int m_mask = 0;
     QString m_text;
 };
@@ -471,7 +368,7 @@ void SafetyCheckTest::every_pair_of_inputs_follows_the_tables() {
 void SafetyCheckTest::a_million_random_words_follow_the_tables() {
     std::mt19937 random(77);
     Pair pair;
-    const QList<QByteArray> names = Machine().functions().keys();
+    const QList<QByteArray> names = WiredMachine().functions().keys();
     QMap<QString, int> seen;
     for (int i = 0; i < kRandomWords; ++i) {
         // Now and then few inputs, so that single edges come as well as crowds of them.
