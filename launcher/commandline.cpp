@@ -32,6 +32,10 @@ void readSimSpeed(Reading& reading, QString const& given) {
         reading.error = QStringLiteral("--sim-speed needs a number of 0 or above, not \"%1\".").arg(given);
 }
 
+void readFault(Reading& reading, QString const& given) {
+    reading.value.faults.append(given);
+}
+
 void readOpen(Reading& reading, QString const& given) {
     // A bare name is that of a document below the root, which is not known yet.
     bool const bare = !given.contains(QLatin1Char('/')) && !QFileInfo::exists(reading.path(given));
@@ -119,6 +123,8 @@ constexpr Option kOptions[] = {
      "current directory. Default: $TESSERA_ROOT, else the program's own directory."},
     {"sim-speed", "X", false, readSimSpeed, nullptr,
      "Let the simulated machine's time run X times as fast; 1 is real time, 0 as fast as\npossible."},
+    {"fault", "NAME", true, readFault, nullptr,
+     "Switch a fault of the simulated machine on before anything starts:\nlaser_no_ready, outputs_stuck and others."},
     {"open", "FILE", true, readOpen, nullptr, "Open a mark document, by path or by its name below MarkFile/."},
     {"import", "FILE", true, readImport, nullptr,
      "Import an SVG drawing into a new document below MarkFile/ and open it."},

@@ -16,6 +16,7 @@ struct CommandLine {
     Action action = Action::Run;
     QString root;                   ///< empty: the default application root
     std::optional<double> simSpeed; ///< factor on the simulated machine's time, 0 as fast as possible
+    QStringList faults;             ///< of the simulated machine, on from the start
     QStringList open;
     QStringList import;
     int mark = 0; ///< passes to run, 0 none

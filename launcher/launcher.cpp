@@ -89,17 +89,24 @@ bool Launcher::prepare() {
         return false;
     }
     m_machine = std::make_unique<MachineControl>();
-    bool const needed = m_commandLine.simSpeed || m_commandLine.panel || !m_commandLine.traces.isEmpty();
+    bool const needed = m_commandLine.simSpeed || m_commandLine.panel || !m_commandLine.traces.isEmpty() ||
+                        !m_commandLine.faults.isEmpty();
     if (needed && !m_machine->isSimulated()) {
         Console::complain(
-            QStringLiteral("--sim-speed, --panel and --trace need a simulated machine, and the engine that "
-                           "this program is linked with is none."));
+            QStringLiteral("--sim-speed, --fault, --panel and --trace need a simulated machine, and the engine "
+                           "that this program is linked with is none."));
         return false;
     }
     // Only a client of the automation port can read it.
     m_machine->setJournal(!m_commandLine.automation.isEmpty());
     if (m_commandLine.simSpeed)
         m_machine->setSpeed(*m_commandLine.simSpeed);
+    for (QString const& fault : qAsConst(m_commandLine.faults)) {
+        if (!m_machine->setFault(fault, error)) {
+            Console::complain(error);
+            return false;
+        }
+    }
     return true;
 }
 

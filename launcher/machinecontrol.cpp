@@ -27,6 +27,20 @@ bool MachineControl::setSpeed(double factor) {
     return m_sim && m_sim->setSpeed(factor);
 }
 
+bool MachineControl::setFault(QString const& name, QString& error) {
+    if (!m_sim) {
+        error = noSimulator();
+        return false;
+    }
+    if (m_sim->setFault(name.toStdString(), true))
+        return true;
+    QStringList names;
+    for (std::string const& known : m_sim->faultNames())
+        names.append(QString::fromStdString(known));
+    error = QStringLiteral("The machine has no fault \"%1\"; it has %2.").arg(name, names.join(QStringLiteral(", ")));
+    return false;
+}
+
 void MachineControl::setJournal(bool on) {
     if (m_sim)
         m_sim->setJournalEnabled(on);

@@ -21,6 +21,8 @@ public:
 
     // Without a simulated machine these do nothing and fail.
     bool setSpeed(double factor);
+    /// Switches a fault on. With another name the error tells those that there are.
+    bool setFault(QString const& name, QString& error);
     /// Whether the machine writes down the calls that reach it.
     void setJournal(bool on);
     bool showPanel(QString& error);

@@ -68,6 +68,23 @@ private slots:
         QVERIFY(QFileInfo(m_root->path()).isDir());
     }
 
+    void a_fault_is_on_before_anything_is_driven() {
+        TesseraProgram program(*m_root);
+        QVERIFY(program.startAutomated({"--fault", "outputs_stuck", "--fault", "card_alarm"}));
+        QJsonObject const state = program.call("card.state").toObject();
+        QVERIFY(state.value("open").toBool());
+        QCOMPARE(state.value("outputs").toInt(-1), 0); // not even the lamp
+    }
+
+    void an_unknown_fault_is_told_with_those_that_there_are() {
+        TesseraProgram program(*m_root);
+        program.start({"--fault", "laser_sulks", "--quit"});
+        QVERIFY(program.waitEnd());
+        QCOMPARE(program.exitCode(), 1);
+        QVERIFY2(program.errors().contains("The machine has no fault \"laser_sulks\"; it has card_alarm, "),
+                 program.errors().constData());
+    }
+
     void root_is_for_one_instance() {
         TesseraProgram first(*m_root);
         QVERIFY(first.startAutomated({}));

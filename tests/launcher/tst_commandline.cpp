@@ -45,6 +45,12 @@ private slots:
         QVERIFY(value.quit && value.panel && value.report);
     }
 
+    void faults_are_taken_in_their_order() {
+        auto const result = parseCommandLine({"--fault", "laser_no_ready", "--fault=card_alarm"}, "/");
+        QCOMPARE(result.error, QString());
+        QCOMPARE(result.value.faults, QStringList({"laser_no_ready", "card_alarm"}));
+    }
+
     void bare_name_of_a_file_that_is_there_is_that_file() {
         QTemporaryDir directory;
         QFile file(directory.filePath("Plate"));
@@ -142,9 +148,9 @@ private slots:
     void help_names_every_option() {
         QString const help = tessera::commandLineHelp();
         for (char const* option :
-             {"--root DIR", "--sim-speed X", "--open FILE...", "--import FILE...", "--mark N", "--trace FILE...",
-              "--screenshot FILE", "--report", "--quit", "--panel", "--automation SOCKET", "--language LANG",
-              "--size WxH", "--keyboard MODE", "--version", "--help"})
+             {"--root DIR", "--sim-speed X", "--fault NAME...", "--open FILE...", "--import FILE...", "--mark N",
+              "--trace FILE...", "--screenshot FILE", "--report", "--quit", "--panel", "--automation SOCKET",
+              "--language LANG", "--size WxH", "--keyboard MODE", "--version", "--help"})
             QVERIFY2(help.contains(QLatin1String(option)), option);
         for (QString const& line : help.split('\n'))
             QVERIFY2(line.size() <= 110, qPrintable(line));
