@@ -5,6 +5,12 @@
 
 namespace tessera {
 
+namespace {
+
+constexpr int kClearTypes = 4;
+
+} // namespace
+
 void setBitValue(unsigned int& word, unsigned int bit, unsigned int value) {
     if (bit > 31)
         return;
@@ -24,6 +30,10 @@ EndSignalFields endSignalFields(int clearType) {
     default:
         return {false, false};
     }
+}
+
+int knownClearType(int stored) {
+    return stored >= 0 && stored < kClearTypes ? stored : 0;
 }
 
 QVector<IOFuncList> withLiveInputs(QVector<IOFuncList> edited, QVector<IOFuncList> const& live) {

@@ -16,6 +16,8 @@ struct EndSignalFields {
     bool acknowledge = false; ///< input, level and time-out
 };
 EndSignalFields endSignalFields(int clearType);
+/// A way of clearing that a file holds; the engine takes a number that it does not know as 0, which blocks for a time.
+int knownClearType(int stored);
 
 /// The edited functions with the last input words of the running ones, by name: what the edge detection has seen
 /// belongs to the supervision, and an older state would be taken for a new edge.

@@ -85,7 +85,7 @@ void IOSetting::InitOutput() {
     ui->checkBoxEndSignal->setChecked(enable);
     ui->spinBoxEndOutput->setValue(output);
     ui->comboBoxEndLevel->setCurrentIndex(level != 0 ? 1 : 0);
-    ui->comboBoxClearType->setCurrentIndex(qBound(0, clearType, ui->comboBoxClearType->count() - 1));
+    ui->comboBoxClearType->setCurrentIndex(tessera::knownClearType(clearType));
     ui->spinBoxDuration->setValue(duration);
     ui->spinBoxAckInput->setValue(ackInput);
     ui->comboBoxAckLevel->setCurrentIndex(ackLevel != 0 ? 1 : 0);

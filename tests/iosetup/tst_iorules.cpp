@@ -22,6 +22,7 @@ private slots:
     void bits_are_set_and_cleared();
     void fields_of_the_end_signal_by_clear_type_data();
     void fields_of_the_end_signal_by_clear_type();
+    void a_clear_type_that_nobody_knows_blocks_for_a_time();
     void saved_functions_keep_the_running_input_state();
     void channels_by_card_type();
     void custom_type_compares_enabled_channels_with_their_levels();
@@ -124,6 +125,13 @@ void IORulesTest::fields_of_the_end_signal_by_clear_type() {
     const EndSignalFields fields = endSignalFields(clearType);
     QTEST(fields.duration, "duration");
     QTEST(fields.acknowledge, "acknowledge");
+}
+
+void IORulesTest::a_clear_type_that_nobody_knows_blocks_for_a_time() {
+    for (int type = 0; type < 4; ++type)
+        QCOMPARE(knownClearType(type), type);
+    for (int type : {-1, 4, 9, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()})
+        QCOMPARE(knownClearType(type), 0);
 }
 
 void IORulesTest::saved_functions_keep_the_running_input_state() {
