@@ -12,11 +12,13 @@
 #include <QHostAddress>
 #include <QSocketNotifier>
 #include <shared_mutex>
+#include <utility>
 
 struct CCSServer::Private {
     std::unique_ptr<QSocketNotifier> notifier;
     std::shared_mutex mutex; ///< the link stays while it is held for reading; written on the main thread
     std::unique_ptr<sim::StationLink> link;
+    QString sender; ///< of the command that is being told; main thread
 
     bool send(QByteArray const& lines) {
         std::shared_lock<std::shared_mutex> const lock(mutex);
@@ -88,6 +90,10 @@ void CCSServer::WriteTcpMsg(CCSCmd cmd, int tag) {
         note(QStringLiteral("no station to answer ") + answerText(cmd, tag));
 }
 
+QString CCSServer::CommandSender() const {
+    return d->sender;
+}
+
 bool CCSServerAccess::start(CCSServer& server, sim::LinkLimits const& limits) {
     if (server.d->link)
         return true;
@@ -126,6 +132,13 @@ quint16 CCSServerAccess::port(CCSServer const& server) {
     return server.d->link ? server.d->link->port() : quint16(0);
 }
 
+/// A command whose handling runs an event loop may be overtaken by the next one.
+void CCSServerAccess::tell(CCSServer& server, sim::StationOrder const& order) {
+    QString const outer = std::exchange(server.d->sender, order.from);
+    emit server.SendSignals(order.command, order.tag);
+    server.d->sender = outer;
+}
+
 /// One order a turn of the event loop, so that a row of them does not keep the input poll waiting.
 void CCSServerAccess::handleOne(CCSServer& server) {
     std::optional<sim::StationOrder> const order = server.d->link ? server.d->link->takeOrder() : std::nullopt;
@@ -137,7 +150,7 @@ void CCSServerAccess::handleOne(CCSServer& server) {
                  .arg(order->from, order->command.Name)
                  .arg(order->tag)
                  .arg(order->command.Args.size()));
-        emit server.SendSignals(order->command, order->tag);
+        tell(server, *order);
         break;
     case sim::OrderKind::Put:
         server.d->send(putDocument(*order));

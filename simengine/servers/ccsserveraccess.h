@@ -4,6 +4,10 @@
 #include "engine/ccsserver.h"
 #include "simengine/servers/linklimits.h"
 
+namespace sim {
+struct StationOrder;
+}
+
 /// How InitServer and CloseServer reach the server, and tests with shorter times. Main thread.
 struct CCSServerAccess {
     /// True when it listens, also when it did so before. Not from within a command.
@@ -15,4 +19,5 @@ struct CCSServerAccess {
 
 private:
     static void handleOne(CCSServer& server);
+    static void tell(CCSServer& server, sim::StationOrder const& order);
 };

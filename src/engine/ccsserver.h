@@ -16,6 +16,9 @@ public:
     static CCSServer* Instance();
     /// Sends one answer; `tag` is what came with the command. Nothing without a station.
     void WriteTcpMsg(CCSCmd cmd, int tag);
+    /// Who sent the command that SendSignals tells of just now, for records: address and name of the station. Empty
+    /// when no command is told. Main thread.
+    QString CommandSender() const;
 
 signals:
     /// A command has come in; `tag` goes back unchanged with its answer.

@@ -51,7 +51,7 @@ void ExternalMarkingThread::RunTrigger() {
     if (IsActive())
         return;
     wait();
-    m_Order = {m_bOption, m_nMarkType, m_bNotify, m_Cmd, m_nTag, std::make_shared<tessera::RemoteRun>()};
+    m_Order = {m_bOption, m_nMarkType, m_bNotify, m_Cmd, m_nTag, m_Sender, std::make_shared<tessera::RemoteRun>()};
     {
         const std::lock_guard<std::mutex> lock(m_RunLock);
         m_pRun = m_Order.run;
@@ -105,7 +105,7 @@ void ExternalMarkingThread::run() {
     emit MarkFinish();
     order.run->End(ok);
     if (order.notify)
-        tessera::AnswerStation(m_Log, order.cmd, order.tag, ok,
+        tessera::AnswerStation(m_Log, order.sender, order.cmd, order.tag, ok,
                                ok ? QStringLiteral("文档执行成功") : QStringLiteral("文档执行失败"));
     order.run->Leave();
 }

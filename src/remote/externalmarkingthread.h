@@ -49,6 +49,7 @@ public:
     bool m_bNotify = false; ///< the end of the run is answered to the command server
     CCSCmd m_Cmd;           ///< the command to answer
     int m_nTag = 5000;      ///< and its tag
+    QString m_Sender;       ///< who sent it, for the log
 
 signals:
     void MarkStart();
@@ -66,6 +67,7 @@ private:
         bool notify = false;
         CCSCmd cmd;
         int tag = 0;
+        QString sender;
         std::shared_ptr<tessera::RemoteRun> run;
     };
 

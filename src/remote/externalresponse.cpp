@@ -33,17 +33,17 @@ ExternalResponse::Command const ExternalResponse::kCommands[7] = {
     // The missing "a" is part of the command's name.
     {"StandrdBoxCalib",
      [](ExternalResponse& response, CCSCmd const& cmd, int tag) {
-         response.LogUnanswered(cmd, tag);
+         response.LogUnanswered(cmd);
          emit response.StandardBoxCalib(cmd, tag);
      }},
     {"ManualBoxCalib",
      [](ExternalResponse& response, CCSCmd const& cmd, int tag) {
-         response.LogUnanswered(cmd, tag);
+         response.LogUnanswered(cmd);
          emit response.ManualBoxCalib(cmd, tag);
      }},
     {"ManualHighBoxCalib",
      [](ExternalResponse& response, CCSCmd const& cmd, int tag) {
-         response.LogUnanswered(cmd, tag);
+         response.LogUnanswered(cmd);
          emit response.ManualHighBoxCalib(cmd, tag);
      }},
 };
@@ -78,16 +78,16 @@ void ExternalResponse::OnSignalsHandle(CCSCmd cmd, int tag) {
             return;
         }
     }
-    LogUnanswered(cmd, tag);
+    LogUnanswered(cmd);
 }
 
-void ExternalResponse::LogUnanswered(CCSCmd const& cmd, int tag) {
-    m_Log.Add(tessera::StationAddress(tag), tessera::StationOrder(cmd), QString());
+void ExternalResponse::LogUnanswered(CCSCmd const& cmd) {
+    m_Log.Add(tessera::StationSender(), tessera::StationOrder(cmd), QString());
 }
 
 void ExternalResponse::AnswerStop(CCSCmd const& cmd, int tag) {
     VZMarkStop();
-    tessera::AnswerStation(m_Log, cmd, tag, true, QStringLiteral("终止运行成功"));
+    tessera::AnswerStation(m_Log, tessera::StationSender(), cmd, tag, true, QStringLiteral("终止运行成功"));
 }
 
 /// The window shows its busy state meanwhile.
@@ -97,7 +97,7 @@ void ExternalResponse::AnswerOperation(Operation operation, CCSCmd const& cmd, i
         window->SetMarkStatus(true);
     QString message;
     const bool ok = (this->*operation)(cmd.Args, message);
-    tessera::AnswerStation(m_Log, cmd, tag, ok, message);
+    tessera::AnswerStation(m_Log, tessera::StationSender(), cmd, tag, ok, message);
     if (window)
         window->SetMarkStatus(false);
 }

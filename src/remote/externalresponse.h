@@ -41,10 +41,10 @@ public:
     bool VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message);
     /// The same for the open document of this file name.
     bool VZSetOffset(QString name, QVector<CCDBufdata> offsets, QString& message);
-    /// By number, for an order that came when Stops() was `stops`: a stop since then has ended it before it began, and it
-    /// fails. Any thread.
+    /// By number, for an order that came when Stops() was `stops`: a stop since then has ended it before it began, and
+    /// it fails. Any thread.
     bool VZSetOffset(int doc, QVector<CCDBufdata> offsets, QString& message, unsigned int stops);
-    /// How often VZMarkStop was called. Any thread.
+    /// How often VZMarkStop or StopRun was called. Any thread.
     unsigned int Stops() const { return m_nStops; }
     /// Starts such a run and returns; a refusal is told by MarkFinish(false, text), the end of the run is not told. Any
     /// thread.
@@ -69,7 +69,7 @@ public:
     /// A remote run works with this document. Ask when the view is not the active one any more.
     bool IsMarking(QRulerView const* view) const { return m_Thread.IsMarking(view); }
     /// Stops a remote run that goes on without waiting for its end. Any thread.
-    void StopRun() { m_Thread.OrderStop(); }
+    void StopRun();
     /// Stops a remote run that goes on and returns when it has ended.
     void StopRunAndWait();
     /// The main window is there: orders from other threads are taken.
@@ -107,7 +107,7 @@ private:
 
     void AnswerStop(CCSCmd const& cmd, int tag);
     void AnswerOperation(Operation operation, CCSCmd const& cmd, int tag);
-    void LogUnanswered(CCSCmd const& cmd, int tag);
+    void LogUnanswered(CCSCmd const& cmd);
     bool IsBusy() const;
     QString CheckStart(CCSCmd const& cmd) const;
     QString StartOffsetRun(Activate const& activate, QString const& unknown, QVector<CCDBufdata> const& offsets);

@@ -53,7 +53,7 @@ QString ExternalResponse::CheckStart(CCSCmd const& cmd) const {
 void ExternalResponse::OnRunManualStart(CCSCmd cmd, int tag) {
     const QString refusal = CheckStart(cmd);
     if (!refusal.isEmpty()) {
-        tessera::AnswerStation(m_Log, std::move(cmd), tag, false, refusal);
+        tessera::AnswerStation(m_Log, tessera::StationSender(), std::move(cmd), tag, false, refusal);
         return;
     }
     m_Thread.m_bOption = cmd.Args[RunOption].toInt() == 1;
@@ -61,6 +61,7 @@ void ExternalResponse::OnRunManualStart(CCSCmd cmd, int tag) {
     m_Thread.m_bNotify = true;
     m_Thread.m_Cmd = std::move(cmd);
     m_Thread.m_nTag = tag;
+    m_Thread.m_Sender = tessera::StationSender();
     m_Thread.RunTrigger();
 }
 
@@ -72,6 +73,11 @@ void ExternalResponse::VZMarkStop() {
     if (Form_Marking* dialog = Form_Marking::Instance())
         dialog->StopMark();
     m_Thread.StopTrigger();
+}
+
+void ExternalResponse::StopRun() {
+    ++m_nStops;
+    m_Thread.OrderStop();
 }
 
 void ExternalResponse::StopRunAndWait() {

@@ -22,7 +22,7 @@ public:
     static constexpr std::size_t kMaxWaiting = 4096;
     /// Characters of an order and of a result that are kept, and of an address.
     static constexpr int kMaxText = 512;
-    static constexpr int kMaxAddress = 64;
+    static constexpr int kMaxAddress = 128;
 
     /// `file` as below the application root.
     explicit RemoteOrderLog(QString file = QStringLiteral("/日志文件/RemoteOrders.txt"), qint64 maxBytes = kMaxBytes);

@@ -8,8 +8,9 @@
 
 namespace tessera {
 
-QString StationAddress(int tag) {
-    return QStringLiteral("command server, tag %1").arg(tag);
+QString StationSender() {
+    const QString sender = CCSServer::Instance()->CommandSender();
+    return sender.isEmpty() ? QStringLiteral("command server") : sender;
 }
 
 QString StationOrder(CCSCmd const& cmd) {
@@ -19,12 +20,13 @@ QString StationOrder(CCSCmd const& cmd) {
     return cmd.Name + QLatin1Char('(') + args.join(QLatin1Char(',')) + QLatin1Char(')');
 }
 
-void AnswerStation(RemoteOrderLog& log, CCSCmd received, int tag, bool good, QString const& text) {
+void AnswerStation(RemoteOrderLog& log, QString const& sender, CCSCmd received, int tag, bool good,
+                   QString const& text) {
     const QString order = StationOrder(received);
     const QString status = good ? QStringLiteral("0") : QStringLiteral("1");
     received.Args = {status, text};
     CCSServer::Instance()->WriteTcpMsg(std::move(received), tag);
-    log.Add(StationAddress(tag), order, status + QLatin1Char(',') + text);
+    log.Add(sender, order, status + QLatin1Char(',') + text);
 }
 
 } // namespace tessera

@@ -66,12 +66,12 @@ protected:
     /// Stores a document of this name that is not open.
     QString makeFile(QString const& name, int points = 1) {
         QRulerView view(nullptr);
-        view.SetFileName(name);
+        view.SetFileName(file(name));
         for (int i = 0; i < points; ++i)
             view.AddMarkPoint(QPointF(i, 0.0));
         if (!view.SaveDoc())
             qFatal("a document could not be stored");
-        return view.GetFileName();
+        return file(name);
     }
     QStringList openNames() {
         QStringList names;

@@ -325,7 +325,7 @@ void ExternalCommandsTest::orders_and_answers_are_recorded() {
         QVERIFY2(line.contains(time), qPrintable(line));
         line.remove(time);
     }
-    const QString from = QStringLiteral("command server, tag 77\t");
+    const QString from = QStringLiteral("command server\t");
     QCOMPARE(lines, (QStringList{from + "SetCurDoc(no such,second)\t1,切换文档失败", from + "Reboot()\t",
                                  from + "StandrdBoxCalib(1)\t", from + "RunManualStart(0,1)\t0,文档执行成功"}));
 }

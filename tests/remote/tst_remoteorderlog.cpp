@@ -103,9 +103,9 @@ void RemoteOrderLogTest::what_could_forge_a_line_is_escaped() {
 
 void RemoteOrderLogTest::long_texts_are_cut() {
     RemoteOrderLog log(kFile);
-    log.Add(QString(65, QLatin1Char('a')), QString(512, QLatin1Char('o')), QString(2000000, QLatin1Char('r')));
+    log.Add(QString(129, QLatin1Char('a')), QString(512, QLatin1Char('o')), QString(2000000, QLatin1Char('r')));
     log.Flush();
-    QCOMPARE(lines(), QStringList{QString(64, QLatin1Char('a')) + "…\t" + QString(512, QLatin1Char('o')) + "\t" +
+    QCOMPARE(lines(), QStringList{QString(128, QLatin1Char('a')) + "…\t" + QString(512, QLatin1Char('o')) + "\t" +
                                   QString(512, QLatin1Char('r')) + "…"});
 }
 
