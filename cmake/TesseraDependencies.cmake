@@ -10,6 +10,7 @@ pkg_check_modules(SODIUM REQUIRED IMPORTED_TARGET libsodium)
 pkg_check_modules(POLYCLIPPING REQUIRED IMPORTED_TARGET polyclipping)
 pkg_check_modules(X11 REQUIRED IMPORTED_TARGET x11)
 find_package(QuaZip-Qt5 REQUIRED)
+find_package(nlohmann_json REQUIRED)
 # the library of the single-line fonts comes without a package file
 find_path(HERSHEY_INCLUDE_DIR hersheyfont.h REQUIRED)
 find_library(HERSHEY_LIBRARY hersheyfont REQUIRED)

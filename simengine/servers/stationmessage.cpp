@@ -3,33 +3,45 @@
 
 #include "simengine/servers/keyproof.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <algorithm>
 #include <limits>
+#include <nlohmann/json.hpp>
 
 namespace sim {
 
 namespace {
 
-/// The lines are read by people in logs and transcripts, so that the type of a fault names the member.
+// Not QJsonDocument: where an object has a member twice its reader keeps memory for good, and strangers could make it
+// do so without end.
+using Json = nlohmann::json;
+
 QString wrong(char const* member) {
     return QStringLiteral("wrong or missing member: %1").arg(QLatin1String(member));
 }
 
-std::optional<QJsonObject> objectOf(QByteArray const& line, QString& fault) {
-    QJsonParseError error;
-    QJsonDocument const document = QJsonDocument::fromJson(line, &error);
-    if (error.error != QJsonParseError::NoError) {
-        fault = QStringLiteral("not JSON: %1").arg(error.errorString());
-        return std::nullopt;
-    }
-    if (!document.isObject()) {
-        fault = QStringLiteral("not a JSON object");
-        return std::nullopt;
-    }
-    return document.object();
+/// An object, or null.
+Json objectOf(QByteArray const& line) {
+    Json value = Json::parse(line.constData(), line.constData() + line.size(), nullptr, false);
+    return value.is_object() ? value : Json();
+}
+
+/// Null when it is left out.
+Json const& memberOf(Json const& object, char const* member) {
+    static Json const none;
+    auto const found = object.find(member);
+    return found == object.end() ? none : *found;
+}
+
+bool isLeftOut(Json const& object, char const* member) {
+    return object.find(member) == object.end();
+}
+
+/// Empty when it is no string.
+QString textOf(Json const& value) {
+    if (!value.is_string())
+        return {};
+    auto const& text = value.get_ref<std::string const&>();
+    return QString::fromUtf8(text.data(), static_cast<int>(text.size()));
 }
 
 bool hasControl(QString const& text) {
@@ -40,36 +52,32 @@ bool isName(QString const& text, int limit) {
     return !text.isEmpty() && text.size() <= limit && !hasControl(text);
 }
 
-/// A whole number from `low` to `high`; a member that is left out is 0.
-bool readWhole(QJsonObject const& object, char const* member, double low, double high, qint64& value) {
-    QJsonValue const given = object.value(QLatin1String(member));
-    if (given.isUndefined())
+/// A whole number of an int; a member that is left out is 0. Also one that is written with a fraction of nothing, as
+/// some writers do.
+bool readInt(Json const& object, char const* member, int& value) {
+    if (isLeftOut(object, member))
         return true;
-    double const number = given.toDouble(std::numeric_limits<double>::quiet_NaN());
-    if (!(number >= low && number <= high) || number != static_cast<double>(static_cast<qint64>(number)))
+    Json const& given = memberOf(object, member);
+    if (!given.is_number())
         return false;
-    value = static_cast<qint64>(number);
+    double const number = given.get<double>();
+    if (!(number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max()) ||
+        number != static_cast<double>(static_cast<int>(number)))
+        return false;
+    value = static_cast<int>(number);
     return true;
 }
 
-bool readInt(QJsonObject const& object, char const* member, int& value) {
-    qint64 whole = 0;
-    if (!readWhole(object, member, std::numeric_limits<int>::min(), std::numeric_limits<int>::max(), whole))
-        return false;
-    value = static_cast<int>(whole);
-    return true;
-}
-
-bool readArguments(QJsonValue const& given, std::vector<QString>& arguments) {
-    if (given.isUndefined())
+bool readArguments(Json const& object, std::vector<QString>& arguments) {
+    if (isLeftOut(object, "args"))
         return true;
-    QJsonArray const array = given.toArray();
-    if (!given.isArray() || array.size() > kMaxArguments)
+    Json const& given = memberOf(object, "args");
+    if (!given.is_array() || given.size() > static_cast<std::size_t>(kMaxArguments))
         return false;
-    for (QJsonValue const& argument : array) {
-        if (!argument.isString())
+    for (Json const& argument : given) {
+        if (!argument.is_string())
             return false;
-        arguments.push_back(argument.toString());
+        arguments.push_back(textOf(argument));
     }
     return true;
 }
@@ -80,16 +88,16 @@ StationRequest faulty(QString const& fault) {
     return request;
 }
 
-StationRequest accepted(StationOrder const& order) {
+StationRequest accepted(StationOrder order) {
     StationRequest request;
-    request.order = order;
+    request.order = std::move(order);
     return request;
 }
 
-StationRequest parseCommand(QJsonObject const& object) {
+StationRequest parseCommand(Json const& object) {
     StationOrder order;
     order.kind = OrderKind::Command;
-    order.command.Name = object.value(QLatin1String("name")).toString();
+    order.command.Name = textOf(memberOf(object, "name"));
     if (!isName(order.command.Name, kMaxCommandName))
         return faulty(wrong("name"));
     struct Field {
@@ -101,37 +109,37 @@ StationRequest parseCommand(QJsonObject const& object) {
         if (!readInt(object, field.member, *field.value))
             return faulty(wrong(field.member));
     }
-    if (!readArguments(object.value(QLatin1String("args")), order.command.Args))
+    if (!readArguments(object, order.command.Args))
         return faulty(wrong("args"));
-    return accepted(order);
+    return accepted(std::move(order));
 }
 
-StationRequest parsePut(QJsonObject const& object) {
+StationRequest parsePut(Json const& object) {
     StationOrder order;
     order.kind = OrderKind::Put;
-    order.name = object.value(QLatin1String("name")).toString();
+    order.name = textOf(memberOf(object, "name"));
     if (!isName(order.name, kMaxUploadName))
         return faulty(wrong("name"));
-    constexpr double kMaxOffset = std::numeric_limits<int>::max();
-    if (object.value(QLatin1String("offset")).isUndefined() ||
-        !readWhole(object, "offset", 0.0, kMaxOffset, order.offset))
+    int offset = 0;
+    if (isLeftOut(object, "offset") || !readInt(object, "offset", offset) || offset < 0)
         return faulty(wrong("offset"));
-    QJsonValue const data = object.value(QLatin1String("data"));
-    std::optional<QByteArray> const decoded = decodedBase64(data.toString());
-    if (!data.isString() || !decoded)
+    order.offset = offset;
+    Json const& data = memberOf(object, "data");
+    std::optional<QByteArray> const decoded = data.is_string() ? decodedBase64(textOf(data)) : std::nullopt;
+    if (!decoded)
         return faulty(wrong("data"));
     order.data = *decoded;
-    return accepted(order);
+    return accepted(std::move(order));
 }
 
-StationRequest parseDrop(QJsonObject const& object) {
+StationRequest parseDrop(Json const& object) {
     StationOrder order;
     order.kind = OrderKind::Drop;
-    order.name = object.value(QLatin1String("name")).toString();
-    return isName(order.name, kMaxUploadName) ? accepted(order) : faulty(wrong("name"));
+    order.name = textOf(memberOf(object, "name"));
+    return isName(order.name, kMaxUploadName) ? accepted(std::move(order)) : faulty(wrong("name"));
 }
 
-StationRequest parsePing(QJsonObject const& object) {
+StationRequest parsePing(Json const& object) {
     int tag = 0;
     if (!readInt(object, "tag", tag))
         return faulty(wrong("tag"));
@@ -142,7 +150,7 @@ StationRequest parsePing(QJsonObject const& object) {
 
 struct RequestRow {
     char const* type;
-    StationRequest (*parse)(QJsonObject const&);
+    StationRequest (*parse)(Json const&);
 };
 
 constexpr RequestRow kRequests[] = {
@@ -152,36 +160,37 @@ constexpr RequestRow kRequests[] = {
     {"ping", parsePing},
 };
 
-QByteArray lineOf(char const* type, QJsonObject object) {
-    object.insert(QStringLiteral("type"), QLatin1String(type));
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+std::string utf8(QString const& text) {
+    return text.toUtf8().toStdString();
+}
+
+QByteArray lineOf(Json const& object) {
+    return QByteArray::fromStdString(object.dump(-1, ' ', false, Json::error_handler_t::replace)) + '\n';
 }
 
 } // namespace
 
 std::optional<ProofMessage> parseProof(QByteArray const& line) {
-    QString fault;
-    std::optional<QJsonObject> const object = objectOf(line, fault);
-    if (!object || object->value(QLatin1String("type")).toString() != QLatin1String("proof"))
+    Json const object = objectOf(line);
+    if (textOf(memberOf(object, "type")) != QLatin1String("proof"))
         return std::nullopt;
     ProofMessage proof;
-    proof.nonce = object->value(QLatin1String("nonce")).toString().toUtf8();
-    proof.mac = object->value(QLatin1String("mac")).toString().toUtf8();
-    proof.station = object->value(QLatin1String("station")).toString();
+    proof.nonce = textOf(memberOf(object, "nonce")).toUtf8();
+    proof.mac = textOf(memberOf(object, "mac")).toUtf8();
+    proof.station = textOf(memberOf(object, "station"));
     if (!isProofDigits(proof.nonce) || !isProofDigits(proof.mac) || !isName(proof.station, kMaxStationName))
         return std::nullopt;
     return proof;
 }
 
 StationRequest parseRequest(QByteArray const& line) {
-    QString fault;
-    std::optional<QJsonObject> const object = objectOf(line, fault);
-    if (!object)
-        return faulty(fault);
-    QString const type = object->value(QLatin1String("type")).toString();
+    Json const object = objectOf(line);
+    if (!object.is_object())
+        return faulty(QStringLiteral("not a JSON object"));
+    QString const type = textOf(memberOf(object, "type"));
     for (RequestRow const& row : kRequests) {
         if (type == QLatin1String(row.type))
-            return row.parse(*object);
+            return row.parse(object);
     }
     return faulty(wrong("type"));
 }
@@ -205,45 +214,44 @@ QString loggable(QString const& text) {
 }
 
 QByteArray challengeLine(QByteArray const& nonce) {
-    return lineOf("challenge", {{QStringLiteral("server"), QStringLiteral("tessera")},
-                                {QStringLiteral("protocol"), 1},
-                                {QStringLiteral("nonce"), QString::fromLatin1(nonce)}});
+    return lineOf({{"type", "challenge"}, {"server", "tessera"}, {"protocol", 1}, {"nonce", nonce.toStdString()}});
 }
 
 QByteArray welcomeLine(QByteArray const& mac) {
-    return lineOf("welcome", {{QStringLiteral("mac"), QString::fromLatin1(mac)}});
+    return lineOf({{"type", "welcome"}, {"mac", mac.toStdString()}});
 }
 
 QByteArray refusedLine(QString const& reason) {
-    return lineOf("refused", {{QStringLiteral("reason"), reason}});
+    return lineOf({{"type", "refused"}, {"reason", utf8(reason)}});
 }
 
 QByteArray answerLine(CCSCmd const& command, int tag) {
-    QJsonArray arguments;
+    Json arguments = Json::array();
     for (QString const& argument : command.Args)
-        arguments.append(argument);
-    return lineOf("answer", {{QStringLiteral("id"), command.Id},
-                             {QStringLiteral("name"), command.Name},
-                             {QStringLiteral("first"), command.First},
-                             {QStringLiteral("second"), command.Second},
-                             {QStringLiteral("args"), arguments},
-                             {QStringLiteral("tag"), tag}});
+        arguments.push_back(utf8(argument));
+    return lineOf({{"type", "answer"},
+                   {"id", command.Id},
+                   {"name", utf8(command.Name)},
+                   {"first", command.First},
+                   {"second", command.Second},
+                   {"args", arguments},
+                   {"tag", tag}});
 }
 
 QByteArray storedLine(QString const& name, qint64 size) {
-    return lineOf("stored", {{QStringLiteral("name"), name}, {QStringLiteral("size"), size}});
+    return lineOf({{"type", "stored"}, {"name", utf8(name)}, {"size", static_cast<std::int64_t>(size)}});
 }
 
 QByteArray droppedLine(QString const& name) {
-    return lineOf("dropped", {{QStringLiteral("name"), name}});
+    return lineOf({{"type", "dropped"}, {"name", utf8(name)}});
 }
 
 QByteArray pongLine(int tag) {
-    return lineOf("pong", {{QStringLiteral("tag"), tag}});
+    return lineOf({{"type", "pong"}, {"tag", tag}});
 }
 
 QByteArray errorLine(qint64 line, QString const& reason) {
-    return lineOf("error", {{QStringLiteral("line"), line}, {QStringLiteral("reason"), reason}});
+    return lineOf({{"type", "error"}, {"line", static_cast<std::int64_t>(line)}, {"reason", utf8(reason)}});
 }
 
 } // namespace sim

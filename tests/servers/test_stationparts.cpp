@@ -163,6 +163,26 @@ TEST(StationMessage, an_answer_is_one_line_whatever_it_holds) {
                          "\"second\":2,\"tag\":7,\"type\":\"answer\"}\n"));
 }
 
+TEST(StationMessage, of_a_member_that_stands_twice_the_last_counts_and_nothing_leaks) {
+    sim::StationRequest const request =
+        sim::parseRequest("{\"type\":\"ping\",\"name\":\"A\",\"type\":\"cmd\",\"name\":\"B\"}");
+    ASSERT_TRUE(request.order);
+    EXPECT_EQ(request.order->command.Name, QString("B"));
+}
+
+TEST(StationMessage, whole_numbers_may_carry_a_fraction_of_nothing) {
+    sim::StationRequest const request = sim::parseRequest("{\"type\":\"cmd\",\"name\":\"A\",\"tag\":7.0,\"id\":1e2}");
+    ASSERT_TRUE(request.order);
+    EXPECT_EQ(request.order->tag, 7);
+    EXPECT_EQ(request.order->command.Id, 100);
+}
+
+TEST(StationMessage, what_a_log_holds_is_short_and_printable) {
+    EXPECT_EQ(sim::loggable(QString("a\nb") + QChar(0) + QChar(0x1b) + QChar(0x202e)), QString("a?b???"));
+    EXPECT_EQ(sim::loggable(QString(500, 'x')), QString(200, 'x'));
+    EXPECT_EQ(sim::loggable(QString::fromUtf8("文档")), QString::fromUtf8("文档"));
+}
+
 TEST(StationMessage, the_servers_lines_are_as_documented) {
     EXPECT_EQ(sim::challengeLine("ab"),
               QByteArray("{\"nonce\":\"ab\",\"protocol\":1,\"server\":\"tessera\",\"type\":\"challenge\"}\n"));
