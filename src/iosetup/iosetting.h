@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QVector>
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 class QLabel;
@@ -67,6 +68,7 @@ private:
     struct Side {
         QVector<QString> names;
         QVector<QPushButton*> status;
+        std::optional<unsigned int> shown; ///< word that the pictures tell, none before the first
         QVector<QLineEdit*> nameEdits;
         QVector<QLabel*> lineLabels;
         QVector<QCheckBox*> valid;
@@ -89,7 +91,7 @@ private:
     IOFuncList* CurrentFunction();
     bool StoreBit(Side const& side, QObject* box, unsigned int& mask, unsigned int& value);
     bool StoreName(Side& side, QObject* edit, QString const& section, QString const& prefix, QString const& text);
-    void ShowBits(QVector<QPushButton*> const& buttons, unsigned int word);
+    void ShowBits(Side& side, unsigned int word);
 
     static IOSetting* m_pIOSettingInstance;
     static int m_WaveNo; ///< waveform that the test button gives next, 0 to 15

@@ -142,19 +142,26 @@ void IOSetting::timerEvent(QTimerEvent* event) {
     ui->spinBoxEncoder->setValue(position);
 }
 
-void IOSetting::ShowBits(QVector<QPushButton*> const& buttons, unsigned int word) {
+/// A button that is given its picture again is drawn again, so only those whose line has changed are.
+void IOSetting::ShowBits(Side& side, unsigned int word) {
+    const unsigned int changed = side.shown ? *side.shown ^ word : ~0U;
+    side.shown = word;
+    if (changed == 0)
+        return;
     const QIcon clear(m_ClearPixmap);
     const QIcon set(m_SetPixmap);
-    for (int i = 0; i < buttons.size(); ++i)
-        buttons.at(i)->setIcon(word >> i & 1U ? set : clear);
+    for (int i = 0; i < side.status.size(); ++i) {
+        if (changed >> i & 1U)
+            side.status.at(i)->setIcon(word >> i & 1U ? set : clear);
+    }
 }
 
 void IOSetting::SetInputStatus(unsigned int word) {
-    ShowBits(m_Inputs.status, word);
+    ShowBits(m_Inputs, word);
 }
 
 void IOSetting::SetOutputStatus(unsigned int word) {
-    ShowBits(m_Outputs.status, word);
+    ShowBits(m_Outputs, word);
 }
 
 void IOSetting::on_SetOutputClick() {

@@ -2,6 +2,7 @@
 #include "tests/iosetup/iosettingfixture.h"
 
 #include <QSignalSpy>
+#include <QTabWidget>
 
 using namespace tests;
 
@@ -18,6 +19,7 @@ private slots:
     void typing_without_the_box_changes_nothing();
     void the_box_switches_the_edits();
     void status_pictures_follow_the_lines();
+    void lines_that_stay_are_not_drawn_again();
     void watching_ends_when_hidden();
     void an_output_click_toggles_only_in_the_test_mode();
     void red_light_button_data();
@@ -100,6 +102,36 @@ void IOStatusPageTest::status_pictures_follow_the_lines() {
     QTRY_COMPARE(picture("pushButtonOut9"), set);
     QTRY_COMPARE(spin("spinBoxEncoder")->value(), -123456);
     QCOMPARE(picture("pushButtonOut8"), clear);
+    OpenCard::control().setEncoder(0);
+}
+
+void IOStatusPageTest::lines_that_stay_are_not_drawn_again() {
+    struct PaintCounter : QObject {
+        int paints = 0;
+        bool eventFilter(QObject*, QEvent* event) override {
+            paints += event->type() == QEvent::Paint;
+            return false;
+        }
+    };
+    dialog().ShowWindow();
+    part<QTabWidget>(dialog(), "tabWidget")->setCurrentIndex(2);
+    const auto ticks = [this](int count) {
+        for (int i = 1; i <= count; ++i) {
+            OpenCard::control().setEncoder(spin("spinBoxEncoder")->value() + 1);
+            if (!waitFor([this, before = spin("spinBoxEncoder")->value()] {
+                    return spin("spinBoxEncoder")->value() != before;
+                }))
+                return false;
+        }
+        return true;
+    };
+    QVERIFY(ticks(3));
+    PaintCounter counter;
+    button("pushButtonIn2")->installEventFilter(&counter);
+    QVERIFY(ticks(4));
+    QCOMPARE(counter.paints, 0);
+    OpenCard::setInputs(1U << 2);
+    QTRY_VERIFY(counter.paints > 0);
     OpenCard::control().setEncoder(0);
 }
 
