@@ -123,7 +123,7 @@ public:
     void IOStopRun();
     /// Edge of a named input function in this sample. Ask once a poll at most: each answer moves the state.
     tessera::InputEdge IsAccess(QString const& name, unsigned int input);
-    /// Beat of the input poll: emits TimerUpDate. Any thread.
+    /// Beat of the input poll: emits TimerUpDate, unless the last one has not been handled yet. Any thread.
     void timerUpDate();
 
     // Appearance
@@ -345,6 +345,7 @@ private:
     std::mutex m_DebugLock;
     QString m_Version;
     std::unique_ptr<UpdateInputThread> m_pInputThread;
+    std::atomic<bool> m_bPollWaits{false}; ///< a beat has been given that no poll has followed yet
     std::atomic<bool> m_bRedView{false};
     bool m_bFullUI = false;
     bool m_bSaveRecent = true;

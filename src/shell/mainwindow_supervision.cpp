@@ -23,11 +23,15 @@
 
 #include <QLabel>
 
+/// A beat that still waits will see the inputs of its own time: while the main thread is held up, by a looped preview
+/// for instance, there is no use in a second one behind it.
 void MainWindow::timerUpDate() {
-    emit TimerUpDate();
+    if (!m_bPollWaits.exchange(true))
+        emit TimerUpDate();
 }
 
 void MainWindow::OnTimerUpDate() {
+    m_bPollWaits = false;
     IMarkCardBase* card = MarkCardInstance::Instance();
     if (card->IsCardOpend()) {
         OnResetAlarmStatus();

@@ -3,6 +3,9 @@
 #include "tests/shell/supervisionfixture.h"
 #include "tests/support/logtexts.h"
 
+#include <QSignalSpy>
+#include <thread>
+
 using namespace tests;
 
 /// The operating inputs through the poll to the job: run, pause, stop and preview.
@@ -24,6 +27,7 @@ private slots:
     void a_run_that_is_gone_in_the_poll_behind_a_stop_is_lost();
     void a_start_by_input_is_logged_once_the_dialog_is_there();
     void the_poll_beats_anew_when_its_thread_is_started_again();
+    void a_main_thread_that_was_held_up_polls_once_and_not_for_every_beat();
     void the_active_document_is_told_to_the_run_data();
 };
 
@@ -151,6 +155,21 @@ void RunInputsTest::the_poll_beats_anew_when_its_thread_is_started_again() {
     QVERIFY(beat.wait(5000));
     beat.start();
     QVERIFY(polled());
+}
+
+void RunInputsTest::a_main_thread_that_was_held_up_polls_once_and_not_for_every_beat() {
+    start(false);
+    QSignalSpy polls(&window(), &MainWindow::LaserAlarm); // told in every poll
+    std::thread beats([this] {
+        for (int i = 0; i < 1000; ++i)
+            window().timerUpDate();
+    });
+    beats.join();
+    QCOMPARE(polls.size(), 0);
+    QCoreApplication::processEvents();
+    QCOMPARE(polls.size(), 1);
+    window().timerUpDate();
+    QCOMPARE(polls.size(), 2);
 }
 
 void RunInputsTest::the_active_document_is_told_to_the_run_data() {
