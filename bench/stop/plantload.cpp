@@ -13,6 +13,7 @@
 #include <cmath>
 #include <netinet/in.h>
 #include <sys/socket.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace bench {
@@ -22,6 +23,13 @@ namespace {
 constexpr int kObjects = 1000;
 constexpr int kVertices = 100; ///< of each
 constexpr int kFrameMs = 16;
+
+/// ms of work of the calling thread.
+double threadMs() {
+    timespec time{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
 
 } // namespace
 
@@ -107,9 +115,14 @@ Repaint::Repaint() {
         return;
     connect(&m_timer, &QTimer::timeout, this, &Repaint::move);
     m_timer.start(kFrameMs);
+    m_begin = threadMs();
 }
 
 Repaint::~Repaint() = default;
+
+double Repaint::workPerFrame() const {
+    return m_frames.count() == 0 ? 0.0 : (threadMs() - m_begin) / static_cast<double>(m_frames.count());
+}
 
 bool Repaint::fillDocument() {
     QRulerView* view = MainWindow::Instance()->GetActiveView();

@@ -59,8 +59,10 @@ public:
     ~Repaint() override;
     /// Puts 100,000 vertices into the active document. False when there is none.
     static bool fillDocument();
-    /// ms that each frame took so far.
+    /// ms that drawing the document took in each frame so far, with what other threads took of the processor meanwhile.
     Distribution const& frames() const { return m_frames; }
+    /// ms of its own work that the main thread did for each frame, with all else that it did.
+    double workPerFrame() const;
 
 private:
     void move();
@@ -69,6 +71,7 @@ private:
     QTimer m_timer;
     Distribution m_frames;
     int m_step = 0;
+    double m_begin = 0.0;
 };
 
 } // namespace bench

@@ -44,8 +44,13 @@ private slots:
     void cleanup();
     void sequence_in_real_time_data();
     void sequence_in_real_time();
+    void sequence_without_its_options_in_real_time_data();
+    void sequence_without_its_options_in_real_time();
+    void change_of_the_laser_type_in_real_time_data();
+    void change_of_the_laser_type_in_real_time();
 
 private:
+    static void compare(TimedPort const& port, QStringList const& calls, QVector<int> const& gaps);
     tests::TemporaryRoot m_Root;
 };
 
@@ -96,8 +101,12 @@ void LaserJournalTest::sequence_in_real_time_data() {
     row("SN, EMISS_22 timed out", 1, 2, emission, sn + QStringList{emiss, end} + off, {0, 1500, 10050, 0, 0, 1000, 0});
     row("SN, both timed out", 1, 2, ready + emission,
         QStringList{"output 26 := 1", rdy, "output 23 := 1", emiss, end} + off, {0, 10050, 0, 10050, 0, 0, 1000, 0});
+    row("YLM as YLS, answered", 5, 1, {}, yls + QStringList{end} + off, {0, 1000, 2500, 0, 1000, 0});
+    row("YLM as SN, answered", 5, 2, {}, sn + QStringList{end} + off, {0, 1500, 500, 0, 1000, 0});
     row("third YLR variant", 1, 3, {}, {end, "end of the end"}, {0, 0});
-    row("fourth YLR variant", 5, 4, {}, {end, "end of the end"}, {0, 0});
+    row("fourth YLR variant", 1, 4, {}, {end, "end of the end"}, {0, 0});
+    row("third YLM variant", 5, 3, {}, {end, "end of the end"}, {0, 0});
+    row("fourth YLM variant", 5, 4, {}, {end, "end of the end"}, {0, 0});
     row("YAG", 2, 0, {}, {end, "end of the end"}, {0, 0});
     row("SPI", 3, 0, {}, {end, "end of the end"}, {0, 0});
     row("EP", 4, 0, {}, {end, "end of the end"}, {0, 0});
@@ -124,6 +133,11 @@ void LaserJournalTest::sequence_in_real_time() {
     port.add(QStringLiteral("end of the start"));
     laser->RunLaser_End();
     port.add(QStringLiteral("end of the end"));
+    compare(port, calls, gaps);
+}
+
+/// Prints the journal; no gap may be shorter than told.
+void LaserJournalTest::compare(TimedPort const& port, QStringList const& calls, QVector<int> const& gaps) {
     QStringList found;
     double before = 0.0;
     for (int i = 0; i < port.calls.size(); ++i) {
@@ -135,6 +149,70 @@ void LaserJournalTest::sequence_in_real_time() {
         found << call.what;
     }
     QCOMPARE(found, calls);
+}
+
+void LaserJournalTest::sequence_without_its_options_in_real_time_data() {
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("remoteStart");
+    QTest::addColumn<int>("software");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QVector<int>>("gaps");
+    const QString end = QStringLiteral("end of the start");
+    QTest::newRow("FILBER without software control")
+        << 0 << 1 << 0 << QStringList{end, "end of the end"} << QVector<int>{0, 0};
+    QTest::newRow("YLR without remote start")
+        << 1 << 0 << 1
+        << QStringList{"output 23 := 0", "output 29 := 1", "output 23 := 1", end, "output 23 := 0", "end of the end"}
+        << QVector<int>{0, 200, 500, 0, 0, 0};
+    QTest::newRow("YLR without software control")
+        << 1 << 1 << 0 << QStringList{"output 26 := 1", "output 26 := 0", "output 29 := 1", end, "end of the end"}
+        << QVector<int>{0, 2000, 200, 0, 0};
+    QTest::newRow("YLM without either") << 5 << 0 << 0 << QStringList{"output 29 := 1", end, "end of the end"}
+                                        << QVector<int>{200, 0, 0};
+}
+
+void LaserJournalTest::sequence_without_its_options_in_real_time() {
+    QFETCH(int, type);
+    QFETCH(int, remoteStart);
+    QFETCH(int, software);
+    QFETCH(QStringList, calls);
+    QFETCH(QVector<int>, gaps);
+    MarkingMParam_VZ::Instance()->SetMarkCardType(static_cast<MarkCardType>(type));
+    RunLaserStart* laser = RunLaserStart::Instance();
+    laser->bYLS = 0;
+    laser->nYlrLaserType = 1;
+    laser->nOutb07 = remoteStart;
+    laser->nYlrSoftwareEnable = laser->nFiberSoftwareEnable = software;
+    MarkCardInstance::Instance()->OpenCard();
+    TimedPort port;
+    laser->SetPort(&port);
+    port.clock.start();
+    laser->RunLaser_Start();
+    port.add(QStringLiteral("end of the start"));
+    laser->RunLaser_End();
+    port.add(QStringLiteral("end of the end"));
+    compare(port, calls, gaps);
+}
+
+void LaserJournalTest::change_of_the_laser_type_in_real_time_data() {
+    QTest::addColumn<int>("type");
+    QTest::newRow("CW") << 0;
+    QTest::newRow("QCW") << 1;
+}
+
+void LaserJournalTest::change_of_the_laser_type_in_real_time() {
+    QFETCH(int, type);
+    RunLaserStart* laser = RunLaserStart::Instance();
+    laser->nYlrSoftwareEnable = 0;
+    MarkCardInstance::Instance()->OpenCard();
+    TimedPort port;
+    laser->SetPort(&port);
+    port.clock.start();
+    laser->ChangeYLRLaserType(type);
+    port.add(QStringLiteral("end of the change"));
+    compare(port,
+            {"output 23 := 0", QStringLiteral("output 29 := %1").arg(type), "output 23 := 1", "end of the change"},
+            {0, 200, 500, 0});
 }
 
 QTEST_MAIN(LaserJournalTest)
