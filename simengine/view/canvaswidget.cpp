@@ -33,6 +33,10 @@ CanvasWidget::CanvasWidget(ViewSession& session, QWidget* parent)
     m_refine.setSingleShot(true);
     m_refine.setInterval(kRefineDelay);
     connect(&m_refine, &QTimer::timeout, this, &CanvasWidget::refine);
+    connect(&m_drawer, &SceneDrawer::drawn, this, [this](const ScenePicture& picture) {
+        takeBase(picture);
+        update();
+    });
     connect(&session, &ViewSession::changed, this, &CanvasWidget::documentChanged);
     connect(&session, &ViewSession::overlayChanged, this, [this] {
         chooseTool();

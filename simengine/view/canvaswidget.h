@@ -2,7 +2,7 @@
 #pragma once
 
 #include "simengine/view/canvastool.h"
-#include "simengine/view/scenepainter.h"
+#include "simengine/view/scenedrawer.h"
 #include "simengine/view/viewtransform.h"
 
 #include <QElapsedTimer>
@@ -22,6 +22,8 @@ class ViewSession;
 ///
 /// The objects are kept as a picture and drawn anew only when they or the transform change. When drawing took long, the
 /// kept picture is moved and stretched while the operator zooms or pans, and the fine one follows when that rests.
+/// What takes more than a few milliseconds is drawn on another thread, and the kept picture stands in until it is
+/// there; a picture that is asked for by QWidget::grab() and render() is always drawn at once.
 class CanvasWidget : public QWidget {
     Q_OBJECT
 public:
@@ -50,7 +52,7 @@ public:
     /// Keys of the current tool, Escape first of all. True when used.
     bool handleKey(const QKeyEvent& event);
 
-    /// Time that the last drawing of all objects took, ms.
+    /// Work that the last drawing of all objects took, ms.
     double lastSceneTime() const { return m_sceneTime; }
 
 signals:
@@ -79,6 +81,7 @@ private:
         QPixmap pixmap;
         ViewTransform transform;
         StatePtr state;
+        PenColors colors;
         bool withSelection = true;
         bool valid = false;
     };
@@ -96,10 +99,13 @@ private:
     void movePinch(const QTouchEvent& event);
 
     void paintScene(QPainter& painter);
+    void showBase(QPainter& painter);
     void paintSelectionLayer(QPainter& painter);
     void paintFrame(QPainter& painter) const;
     void paintReadout(QPainter& painter) const;
-    void renderBase();
+    bool mayDrawLater(const QPainter& painter) const;
+    SceneOrder orderBase(bool withSelection) const;
+    void takeBase(const ScenePicture& picture);
     void renderSelection();
     void refine();
     QPixmap emptyPixmap() const;
@@ -107,6 +113,7 @@ private:
     ViewSession& m_session;
     ViewTransform m_transform;
     SceneCache m_scene;
+    SceneDrawer m_drawer{this};
     std::unique_ptr<CanvasTool> m_tool;
     std::unique_ptr<CanvasTool> m_formerTool;
     OperatorOnView m_toolOperator;

@@ -6,7 +6,8 @@
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
 
-#include <QElapsedTimer>
+#include <QBackingStore>
+#include <QPaintEngine>
 #include <QPainter>
 
 namespace sim {
@@ -21,6 +22,8 @@ QRectF placedPicture(const ViewTransform& from, const ViewTransform& to) {
 
 /// Objects that can be drawn within a frame are left out of the picture while they are dragged.
 constexpr double kQuickScene = 14.0; // ms
+/// What takes longer is left to the other thread: the main thread has the input poll to handle.
+constexpr double kLongScene = 4.0; // ms
 
 } // namespace
 
@@ -48,17 +51,23 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
 }
 
 void CanvasWidget::paintScene(QPainter& painter) {
-    const PenColors colors = m_session.penColors();
+    m_baseColors = m_session.penColors();
     const bool withSelection = !(m_dragPreview && m_sceneTime < kQuickScene);
     const bool sameContent = m_base.valid && m_base.state->objects == m_scene.state()->objects &&
-                             m_base.withSelection == withSelection && m_baseColors == colors &&
+                             m_base.withSelection == withSelection && m_base.colors == m_baseColors &&
                              m_base.pixmap.devicePixelRatio() == devicePixelRatioF();
     const bool usable = sameContent && (m_base.transform == m_transform || !m_fine);
     if (!usable) {
-        m_baseColors = colors;
-        m_base.withSelection = withSelection;
-        renderBase();
+        const SceneOrder order = orderBase(withSelection);
+        if (mayDrawLater(painter))
+            m_drawer.draw(order);
+        else
+            takeBase(drawScene(m_scene, order));
     }
+    showBase(painter);
+}
+
+void CanvasWidget::showBase(QPainter& painter) {
     if (m_base.transform == m_transform) {
         painter.drawPixmap(QPointF(0, 0), m_base.pixmap);
         return;
@@ -68,20 +77,26 @@ void CanvasWidget::paintScene(QPainter& painter) {
                        QRectF(QPointF(0, 0), QSizeF(m_base.pixmap.size())));
 }
 
-void CanvasWidget::renderBase() {
-    QElapsedTimer timer;
-    timer.start();
-    QPixmap pixmap = emptyPixmap();
-    {
-        QPainter painter(&pixmap);
-        paintGrid(painter, m_transform, fieldMm());
-        ScenePainter(m_scene, m_transform, m_baseColors)
-            .paint(painter, m_base.withSelection ? ScenePainter::Part::All : ScenePainter::Part::Unselected);
-    }
-    m_sceneTime = static_cast<double>(timer.nsecsElapsed()) / 1.0e6;
-    m_base.pixmap = pixmap;
-    m_base.transform = m_transform;
-    m_base.state = m_scene.state();
+/// The window's own picture can wait for the other thread; one that was asked for must show what is there now.
+bool CanvasWidget::mayDrawLater(const QPainter& painter) const {
+    QBackingStore* store = window()->backingStore();
+    return m_base.valid && m_sceneTime > kLongScene && m_base.pixmap.devicePixelRatio() == devicePixelRatioF() &&
+           store && painter.paintEngine()->paintDevice() == store->paintDevice();
+}
+
+SceneOrder CanvasWidget::orderBase(bool withSelection) const {
+    const double ratio = devicePixelRatioF();
+    return {m_scene.state(), m_transform, m_baseColors, fieldMm(), withSelection, size() * ratio, ratio};
+}
+
+/// What has changed meanwhile is found at the next paint.
+void CanvasWidget::takeBase(const ScenePicture& picture) {
+    m_sceneTime = picture.workMs;
+    m_base.pixmap = QPixmap::fromImage(picture.image, Qt::NoFormatConversion);
+    m_base.transform = picture.order.transform;
+    m_base.state = picture.order.state;
+    m_base.colors = picture.order.colors;
+    m_base.withSelection = picture.order.withSelection;
     m_base.valid = true;
 }
 
