@@ -989,6 +989,7 @@
     <message><source>导入矢量文件</source><translation>Import vector file</translation></message>
     <message><source>任务失败</source><translation>Job fails</translation></message>
     <message><source>Flash写入失败</source><translation>Flash write fails</translation></message>
+    <message><source>停止无响应</source><translation>Stop not obeyed</translation></message>
     <message><source>IO超时</source><translation>I/O time-out</translation></message>
     <message><source>等待运动模块</source><translation>Waiting for motion</translation></message>
     <message><source>等待振镜</source><translation>Waiting for mirrors</translation></message>

@@ -211,12 +211,14 @@ bool CardCore::setFault(const std::string& name, bool on) {
         return false;
     const std::uint32_t wait = m_faults.infoBits() & markinfo::kWaitMask;
     m_runner.setWaiting(wait != 0, wait == markinfo::kWaitInput);
+    m_runner.setDeaf(m_faults.isOn("stop_hangs"));
     return true;
 }
 
 void CardCore::clearFaults() {
     m_faults.clear();
     m_runner.setWaiting(false);
+    m_runner.setDeaf(false);
 }
 
 CardCore& simulatedCard() {

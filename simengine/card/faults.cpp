@@ -11,6 +11,7 @@ constexpr CardFault kFaults[] = {
     {"card_open_fails", 0, 0, 0},
     {"job_fails", 0, 0, 0},
     {"flash_fails", 0, 0, 0},
+    {"stop_hangs", 0, 0, 0},
     {"card_alarm", alarmword::kLaser, 0, 0},
     {"outputs_stuck", 0, 0, 0},
     {"laser_no_ready", 0, 0, 0},

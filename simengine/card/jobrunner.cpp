@@ -81,6 +81,7 @@ Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& tick
     Outcome outcome = Outcome::Refused;
     m_result = &outcome;
     m_stop = false;
+    m_unheard = false;
     m_hold = false;
     const std::uint64_t number = ++m_jobs;
     alert();
@@ -116,6 +117,10 @@ void JobRunner::requestStop(Lock& lock) {
     m_changed.notify_all(); // for who waits for the card to settle
     if (!m_job)
         return;
+    if (m_deaf && m_open) {
+        m_unheard = true;
+        return;
+    }
     if (!m_stop) {
         m_stop = true;
         m_reaction.asked = m_lastStop;
@@ -137,6 +142,13 @@ void JobRunner::release() {
     const Lock lock(m_mutex);
     m_hold = false;
     alert();
+}
+
+void JobRunner::setDeaf(bool on) {
+    Lock lock(m_mutex);
+    m_deaf = on;
+    if (!on && m_unheard)
+        requestStop(lock);
 }
 
 double JobRunner::longestInputWaitMs() const {
@@ -165,7 +177,7 @@ bool JobRunner::waitSettled() {
     const Clock::time_point limit = Clock::now() + kSettleLimit;
     // A job that is started between two of the calls would fall to the second.
     while (Clock::now() < limit) {
-        const bool ending = m_stop && m_job && !onWorker();
+        const bool ending = (m_stop || m_unheard) && m_job && !onWorker();
         const bool complete = m_state == RunState::Stop && !m_lastStopByState;
         const Clock::time_point settled = m_lastStop + (complete ? kSettleTime : kFollowUpTime);
         if (!ending && (!m_open || m_stops == 0 || settled <= Clock::now()))

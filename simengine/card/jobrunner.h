@@ -99,6 +99,9 @@ public:
     /// forgetWaits(). Time of the wall at any speed: what gives the input is no part of the simulation.
     double longestInputWaitMs() const;
     void forgetWaits();
+    /// Lets stops have no effect on a running job, as of a card that hangs; they are noted, and their calls return at
+    /// once. With `on` false again a stop that was noted takes effect. A closing ends the job all the same.
+    void setDeaf(bool on);
     /// Waits until a stop is over. A stop comes as stop(), setState(Stop), stop(): the card has settled 10 ms after the
     /// last of the three, 0.5 s after a stop that is not followed up. False when that took longer than a second.
     bool waitSettled();
@@ -167,6 +170,8 @@ private:
     Clock::time_point m_inputWaitAt{}; ///< since then
     Clock::duration m_longestInputWait{};
     bool m_stop = false;
+    bool m_deaf = false;
+    bool m_unheard = false;    ///< a stop of the job on the card has been noted only
     std::uint64_t m_stops = 0; ///< stops asked for so far
     Clock::time_point m_lastStop{};
     bool m_lastStopByState = false; ///< the last stop was the state's, so StopMark is still to follow

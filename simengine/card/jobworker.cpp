@@ -78,6 +78,7 @@ void JobRunner::finish(Executor& executor) {
     m_activity = Activity::Idle;
     m_hold = false;
     m_stop = false;
+    m_unheard = false;
     m_job = nullptr;
     m_setup = nullptr;
     m_result = nullptr;

@@ -13,20 +13,20 @@ struct FaultName {
 };
 
 constexpr FaultName kFaultNames[] = {
-    {"card_open_fails", "打开卡失败"},     {"job_fails", "任务失败"},
-    {"flash_fails", "Flash写入失败"},      {"card_alarm", "激光器报警"},
-    {"outputs_stuck", "输出卡死"},         {"laser_no_ready", "激光器不就绪"},
-    {"laser_no_emission", "激光器不出光"}, {"io_timeout", "IO超时"},
-    {"data_underrun", "数据断流"},         {"wait_input", "等待输入"},
-    {"wait_motion", "等待运动模块"},       {"wait_encoder", "等待编码器"},
-    {"wait_mirror", "等待振镜"},           {"scan_loop", "振镜闭环异常"},
-    {"scan_feedback_x", "X反馈异常"},      {"scan_feedback_y", "Y反馈异常"},
-    {"scan_alarm_x", "X振镜报警"},         {"scan_alarm_y", "Y振镜报警"},
-    {"scan_no_feedback_x", "X无反馈"},     {"scan_no_feedback_y", "Y无反馈"},
-    {"scan_init", "振镜初始化中"},         {"scan_overcurrent", "振镜过流"},
-    {"scan_power", "振镜电源异常"},        {"scan_position_x", "X位置超差"},
-    {"scan_position_y", "Y位置超差"},      {"scan_link", "振镜通信断开"},
-    {"scan_open_loop", "开环振镜"},
+    {"card_open_fails", "打开卡失败"},  {"job_fails", "任务失败"},
+    {"flash_fails", "Flash写入失败"},   {"stop_hangs", "停止无响应"},
+    {"card_alarm", "激光器报警"},       {"outputs_stuck", "输出卡死"},
+    {"laser_no_ready", "激光器不就绪"}, {"laser_no_emission", "激光器不出光"},
+    {"io_timeout", "IO超时"},           {"data_underrun", "数据断流"},
+    {"wait_input", "等待输入"},         {"wait_motion", "等待运动模块"},
+    {"wait_encoder", "等待编码器"},     {"wait_mirror", "等待振镜"},
+    {"scan_loop", "振镜闭环异常"},      {"scan_feedback_x", "X反馈异常"},
+    {"scan_feedback_y", "Y反馈异常"},   {"scan_alarm_x", "X振镜报警"},
+    {"scan_alarm_y", "Y振镜报警"},      {"scan_no_feedback_x", "X无反馈"},
+    {"scan_no_feedback_y", "Y无反馈"},  {"scan_init", "振镜初始化中"},
+    {"scan_overcurrent", "振镜过流"},   {"scan_power", "振镜电源异常"},
+    {"scan_position_x", "X位置超差"},   {"scan_position_y", "Y位置超差"},
+    {"scan_link", "振镜通信断开"},      {"scan_open_loop", "开环振镜"},
 };
 
 const char* waitKey(int code) {

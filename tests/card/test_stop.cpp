@@ -251,3 +251,55 @@ TEST_F(CardStop, reaction_tells_when_a_stop_was_obeyed) {
     EXPECT_LE(reaction.acted, after);
     EXPECT_LE(lastRow().ms, reaction.passMs + 1e-9);
 }
+
+TEST_F(CardStop, card_that_hangs_notes_a_stop_and_obeys_when_it_is_back) {
+    auto job = startLongLine();
+    EXPECT_TRUE(card.setFault("stop_hangs", true));
+    card.stop();
+    card.setState(RunState::Stop);
+    card.stop();
+    EXPECT_EQ(card.state(), RunState::Stop);
+    EXPECT_EQ(card.markInfo(), markinfo::kRunning);
+    const double before = card.head().at.x;
+    EXPECT_TRUE(waitFor([&] { return card.head().at.x > before; }));
+    EXPECT_TRUE(card.head().laser);
+    EXPECT_FALSE(card.waitSettled());
+    EXPECT_TRUE(card.setFault("stop_hangs", false));
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.head().activity, Activity::Idle);
+    EXPECT_EQ(card.markInfo(), markinfo::kStopped);
+    EXPECT_TRUE(card.waitSettled());
+}
+
+TEST_F(CardStop, card_that_hangs_without_a_stop_goes_on_when_it_is_back) {
+    auto job = startLongLine();
+    EXPECT_TRUE(card.setFault("stop_hangs", true));
+    EXPECT_TRUE(card.setFault("stop_hangs", false));
+    EXPECT_EQ(card.markInfo(), markinfo::kRunning);
+    card.stop();
+    EXPECT_TRUE(job.get());
+}
+
+TEST_F(CardStop, card_that_hangs_ends_its_job_by_itself_and_runs_the_next) {
+    card.setState(RunState::Run);
+    auto job = start(jobOf({polyline({{0, 0}, {10000, 0}})}));
+    ASSERT_TRUE(waitFor([this] { return card.head().at.x > 0.1; }));
+    EXPECT_TRUE(card.setFault("stop_hangs", true));
+    card.stop();
+    card.setSpeed(0);
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(card.markInfo(), markinfo::kSuccess);
+    EXPECT_TRUE(card.run(jobOf({square(0, 0, 1)}), false));
+    card.clearFaults();
+    EXPECT_TRUE(card.run(jobOf({square(0, 0, 1)}), false));
+    EXPECT_EQ(card.markInfo(), markinfo::kSuccess);
+}
+
+TEST_F(CardStop, card_that_hangs_closes) {
+    auto job = startLongLine();
+    EXPECT_TRUE(card.setFault("stop_hangs", true));
+    card.stop();
+    card.close();
+    EXPECT_TRUE(job.get());
+    EXPECT_FALSE(card.isOpen());
+}
