@@ -1042,5 +1042,35 @@
     <message><source>波形测试</source><translation>Waveform test</translation></message>
     <message><source>激光器报警设置</source><translation>Laser alarm settings</translation></message>
     <message><source>启用</source><translation>Use</translation></message>
+    <!-- Alarm history, stop that is not confirmed yet -->
+    <message><source>报警记录</source><translation>Alarm history</translation></message>
+    <message><source>全部报警</source><translation>All alarms</translation></message>
+    <message><source>当前报警</source><translation>Active alarms</translation></message>
+    <message><source>确认报警</source><translation>Acknowledge</translation></message>
+    <message><source>确认全部</source><translation>Acknowledge all</translation></message>
+    <message><source>首发</source><translation>First</translation></message>
+    <message><source>触发时间</source><translation>Raised</translation></message>
+    <message><source>报警内容</source><translation>Alarm</translation></message>
+    <message><source>清除时间</source><translation>Cleared</translation></message>
+    <message><source>确认时间</source><translation>Acknowledged</translation></message>
+    <message><source>确认人</source><translation>By</translation></message>
+    <message><source>报警中</source><translation>Active</translation></message>
+    <message><source>已清除</source><translation>Cleared</translation></message>
+    <message><source>程序退出</source><translation>Program ended</translation></message>
+    <message><source>程序中断</source><translation>Program broke off</translation></message>
+    <message><source>未登录</source><translation>Not logged in</translation></message>
+    <message><source>导出报警记录</source><translation>Export the alarm history</translation></message>
+    <message><source>已导出</source><translation>Exported</translation></message>
+    <message><source>报警记录读取失败</source><translation>The alarm history could not be read</translation></message>
+    <message><source>报警记录无法保存到磁盘</source><translation>The alarm history cannot be stored on the disk</translation></message>
+    <message><source>板卡系统报警</source><translation>Card system alarm</translation></message>
+    <message><source>光纤激光器报警已锁定</source><translation>Fibre laser alarm, latched</translation></message>
+    <message><source>状态</source><translation>State</translation></message>
+    <message><source>导出</source><translation>Export</translation></message>
+    <message><source>导出失败</source><translation>Export failed</translation></message>
+    <message><source>停止中</source><translation>Stopping</translation></message>
+    <message><source>停止未确认</source><translation>Stop unconfirmed</translation></message>
+    <message><source>停止已确认</source><translation>Stop confirmed</translation></message>
+    <message><source>停止未确认,请按硬件急停</source><translation>Stop unconfirmed: press the hardware E-stop</translation></message>
 </context>
 </TS>

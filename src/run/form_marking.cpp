@@ -62,6 +62,7 @@ void Form_Marking::Connect() {
     connect(&m_Thread, &MarkingThread::markfinish, this, &Form_Marking::OnMarkFinish, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markFinishUI, this, &Form_Marking::OnMarkFinishUI, Qt::QueuedConnection);
     connect(&m_Thread, &MarkingThread::markrunspecial, this, &Form_Marking::OnMarkRunSpecial, Qt::QueuedConnection);
+    connect(&m_StopWatcher, &tessera::StopWatcher::Changed, this, &Form_Marking::OnStopStateChanged);
     m_Timer.setObjectName(QStringLiteral("displayTimer"));
     connect(&m_Timer, &QTimer::timeout, this, &Form_Marking::update);
     connect(ui->radioButtonRedPre, &QRadioButton::toggled, this, &Form_Marking::FollowOptions);
@@ -121,9 +122,14 @@ void Form_Marking::StartMarkPreview(bool select, bool loop, int delay, MarkType 
     m_Thread.RunTrigerOnly(select, loop, delay, type, false);
 }
 
+/// The command comes first; what is shown of it follows.
 void Form_Marking::StopMark() {
+    const bool active = m_Thread.IsActive();
+    const std::int64_t ordered = tessera::StopWatcher::Now();
     m_Thread.StopTriger();
     m_Thread.SetEnableTriggerWhenRedLoop(false);
+    if (active)
+        m_StopWatcher.Ordered(ordered);
 }
 
 void Form_Marking::StopAndWait() {

@@ -6,6 +6,7 @@
 #include "engine/vzdialog.h"
 #include "run/markingthread.h"
 #include "run/runcounter.h"
+#include "run/stopwatcher.h"
 
 #include <QDateTime>
 #include <QFuture>
@@ -63,6 +64,8 @@ public:
     bool LastPassMarked() const { return m_Thread.LastPassMarked(); }
     /// A pass works with this document.
     bool IsMarking(QRulerView const* view) const { return m_Thread.IsMarking(view); }
+    /// How far a stop has come that was commanded here.
+    tessera::StopState GetStopState() const { return m_StopWatcher.State(); }
     /// Visibility that other threads may ask for.
     bool IsShown() const { return m_bShown; }
     void setVisible(bool visible) override;
@@ -73,6 +76,7 @@ public slots:
 signals:
     void UpdateTimer();
     void SendRunData();
+    void StopStateChanged(tessera::StopState state);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -90,6 +94,7 @@ private slots:
     void OnMarkFinish(bool ok, QDateTime time);
     void OnMarkFinishUI();
     void OnMarkRunSpecial();
+    void OnStopStateChanged(tessera::StopState state);
     void OnUpPressed();
     void OnUpReleased();
     void OnDownPressed();
@@ -105,6 +110,7 @@ private:
     void SetIdleUI();
     void EnableOptions(bool enable);
     void ShowStatus(char const* color, char const* key);
+    void ShowStopState();
     void ShowCounter();
     void StoreCounter(int value);
     void AddRunTime(QDateTime const& until);
@@ -122,6 +128,7 @@ private:
     ManualResetEvent m_PauseEvent{false};
     ManualResetEvent m_StopEvent{false};
     MarkingThread m_Thread;
+    tessera::StopWatcher m_StopWatcher{[this] { return m_Thread.IsGoingOn(); }};
     tessera::RunCounter m_nMarkCnt;
     qint64 m_nRunTime = 0; ///< ms
     QDateTime m_LastTime;  ///< invalid while paused

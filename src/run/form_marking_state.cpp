@@ -85,6 +85,16 @@ void Form_Marking::OnMarkFinishUI() {
     SetIdleUI();
     MainWindow::Instance()->SetMarkStatus(false);
     IOOutputSet::Instance()->SetYellow(card);
+    m_StopWatcher.Look();
+    ShowStopState();
+}
+
+void Form_Marking::OnStopStateChanged(tessera::StopState state) {
+    if (state != tessera::StopState::None)
+        ShowStopState();
+    else if (m_bCanExit)
+        SetIdleUI();
+    emit StopStateChanged(state);
 }
 
 /// The job that was triggered out of the red-light loop is done: back to the loop.
@@ -96,8 +106,11 @@ void Form_Marking::OnMarkRunSpecial() {
                            false);
 }
 
+/// The message of a pass that began before a stop may arrive behind it.
 void Form_Marking::SetMarkingUI() {
     ShowStatus("background:green", "运行开始");
+    m_StopWatcher.Look();
+    ShowStopState();
     EnableOptions(false);
     ui->pushButtonStart->setText(LanguageManager::GetLanText("暂停") + QStringLiteral("(F6)"));
 }
@@ -120,6 +133,22 @@ void Form_Marking::EnableOptions(bool enable) {
 void Form_Marking::ShowStatus(char const* color, char const* key) {
     ui->labelStatus->setStyleSheet(QString::fromLatin1(color));
     ui->labelStatus->setText(LanguageManager::GetLanText(key) + QStringLiteral("..."));
+}
+
+/// Over the state of the run, which may have ended for this program while the card has not told so. What a confirmed
+/// stop leaves is shown by the end of the run.
+void Form_Marking::ShowStopState() {
+    switch (m_StopWatcher.State()) {
+    case tessera::StopState::None:
+        break;
+    case tessera::StopState::Stopping:
+        ShowStatus("background:yellow", "停止中");
+        break;
+    case tessera::StopState::Unconfirmed:
+        ui->labelStatus->setStyleSheet(QStringLiteral("background:red; color:white"));
+        ui->labelStatus->setText(LanguageManager::GetLanText("停止未确认,请按硬件急停"));
+        break;
+    }
 }
 
 void Form_Marking::ShowCounter() {

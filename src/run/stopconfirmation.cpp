@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "run/stopconfirmation.h"
+
+namespace tessera {
+
+namespace {
+
+/// Bits of the card's status word that tell a job on the card: running, what it waits for, paused.
+constexpr unsigned int kRunning = 1U << 0;
+constexpr unsigned int kWaits = 0xFU << 20;
+constexpr unsigned int kPaused = 1U << 24;
+
+} // namespace
+
+bool Stands(StopLook const& look) {
+    if (!look.open)
+        return true;
+    return look.status == MarkStatusStop && (look.info & (kRunning | kWaits | kPaused)) == 0 && look.outputsAtRest;
+}
+
+StopState StopConfirmation::Order(std::int64_t nowMs) {
+    if (m_State == StopState::None) {
+        m_State = StopState::Stopping;
+        m_nOrderedMs = nowMs;
+    }
+    return m_State;
+}
+
+StopState StopConfirmation::Look(StopLook const& look, std::int64_t nowMs) {
+    if (m_State == StopState::None)
+        return m_State;
+    if (look.goingOn || Stands(look))
+        m_State = StopState::None;
+    else if (nowMs - m_nOrderedMs >= kLimitMs)
+        m_State = StopState::Unconfirmed;
+    return m_State;
+}
+
+} // namespace tessera

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "run/stopconfirmation.h"
+
+#include <QtTest>
+
+using namespace tessera;
+
+Q_DECLARE_METATYPE(tessera::StopLook)
+Q_DECLARE_METATYPE(tessera::StopState)
+
+namespace {
+
+constexpr unsigned int kRunning = 1U << 0;
+constexpr unsigned int kPaused = 1U << 24;
+
+StopLook look(MarkStatus status, unsigned int info, bool outputs = true, bool open = true, bool goingOn = false) {
+    StopLook made;
+    made.status = status;
+    made.info = info;
+    made.outputsAtRest = outputs;
+    made.open = open;
+    made.goingOn = goingOn;
+    return made;
+}
+
+} // namespace
+
+class StopConfirmationTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void what_stands_data();
+    void what_stands();
+    void a_state_follows_from_what_was_seen_and_when_data();
+    void a_state_follows_from_what_was_seen_and_when();
+    void without_an_order_nothing_is_shown_whatever_the_card_tells();
+    void a_second_order_changes_nothing();
+    void a_late_report_confirms_and_the_next_stop_begins_anew();
+};
+
+void StopConfirmationTest::what_stands_data() {
+    QTest::addColumn<StopLook>("seen");
+    QTest::addColumn<bool>("stands");
+    QTest::newRow("at rest") << look(MarkStatusStop, 0) << true;
+    QTest::newRow("state run") << look(MarkStatusRun, 0) << false;
+    QTest::newRow("state pause") << look(MarkStatusPause, 0) << false;
+    QTest::newRow("run lamp not as written") << look(MarkStatusStop, 0, false) << false;
+    QTest::newRow("closed card") << look(MarkStatusRun, ~0U, false, false) << true;
+    for (int bit = 0; bit < 32; ++bit) {
+        const bool busy = bit == 0 || (bit >= 20 && bit <= 24);
+        QTest::addRow("status bit %d", bit) << look(MarkStatusStop, 1U << bit) << !busy;
+    }
+}
+
+void StopConfirmationTest::what_stands() {
+    QFETCH(StopLook, seen);
+    QTEST(Stands(seen), "stands");
+}
+
+void StopConfirmationTest::a_state_follows_from_what_was_seen_and_when_data() {
+    QTest::addColumn<StopLook>("seen");
+    QTest::addColumn<int>("afterMs");
+    QTest::addColumn<StopState>("state");
+    const StopLook rest = look(MarkStatusStop, 0);
+    const StopLook runs = look(MarkStatusStop, kRunning);
+    const StopLook held = look(MarkStatusStop, kPaused);
+    const StopLook anew = look(MarkStatusRun, kRunning, true, true, true);
+    const int limit = int(StopConfirmation::kLimitMs);
+    QCOMPARE(limit, 2000);
+    QTest::newRow("stands at once") << rest << 0 << StopState::None;
+    QTest::newRow("runs at once") << runs << 0 << StopState::Stopping;
+    QTest::newRow("runs just below the limit") << runs << limit - 1 << StopState::Stopping;
+    QTest::newRow("runs at the limit") << runs << limit << StopState::Unconfirmed;
+    QTest::newRow("runs long after") << runs << 100 * limit << StopState::Unconfirmed;
+    QTest::newRow("held at the limit") << held << limit << StopState::Unconfirmed;
+    QTest::newRow("outputs wrong at the limit") << look(MarkStatusStop, 0, false) << limit << StopState::Unconfirmed;
+    QTest::newRow("stands at the limit") << rest << limit << StopState::None;
+    QTest::newRow("closed at the limit") << look(MarkStatusStop, 0, true, false) << limit << StopState::None;
+    QTest::newRow("a new run goes on") << anew << 20 << StopState::None;
+    QTest::newRow("a new run goes on at the limit") << anew << limit << StopState::None;
+}
+
+void StopConfirmationTest::a_state_follows_from_what_was_seen_and_when() {
+    QFETCH(StopLook, seen);
+    QFETCH(int, afterMs);
+    for (const std::int64_t ordered : {0LL, 123'456'789LL}) {
+        StopConfirmation stop;
+        QCOMPARE(stop.Order(ordered), StopState::Stopping);
+        QTEST(stop.Look(seen, ordered + afterMs), "state");
+        QTEST(stop.State(), "state");
+    }
+}
+
+void StopConfirmationTest::without_an_order_nothing_is_shown_whatever_the_card_tells() {
+    StopConfirmation stop;
+    QCOMPARE(stop.State(), StopState::None);
+    QCOMPARE(stop.Look(look(MarkStatusRun, kRunning), 1'000'000), StopState::None);
+}
+
+void StopConfirmationTest::a_second_order_changes_nothing() {
+    const StopLook runs = look(MarkStatusStop, kRunning);
+    StopConfirmation stop;
+    stop.Order(1000);
+    QCOMPARE(stop.Order(2500), StopState::Stopping);
+    QCOMPARE(stop.Look(runs, 2999), StopState::Stopping);
+    QCOMPARE(stop.Look(runs, 3000), StopState::Unconfirmed);
+    QCOMPARE(stop.Order(3001), StopState::Unconfirmed);
+    QCOMPARE(stop.Look(runs, 3002), StopState::Unconfirmed);
+}
+
+void StopConfirmationTest::a_late_report_confirms_and_the_next_stop_begins_anew() {
+    StopConfirmation stop;
+    stop.Order(0);
+    QCOMPARE(stop.Look(look(MarkStatusStop, kRunning), 5000), StopState::Unconfirmed);
+    QCOMPARE(stop.Look(look(MarkStatusStop, 0), 60'000), StopState::None);
+    QCOMPARE(stop.Order(70'000), StopState::Stopping);
+    QCOMPARE(stop.Look(look(MarkStatusStop, kRunning), 71'999), StopState::Stopping);
+}
+
+QTEST_GUILESS_MAIN(StopConfirmationTest)
+#include "tst_stopconfirmation.moc"
