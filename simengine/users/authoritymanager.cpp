@@ -111,6 +111,10 @@ bool AuthorityManager::CanEditMarkParam() {
     return allowed(RightEditParam);
 }
 
+QString AuthorityManager::GetCurrentUser() {
+    return SystemParam::Instance()->IsEnableUserManager() ? session().user().name : QString();
+}
+
 bool AuthorityManager::Logining() {
     QWidget* parent = QApplication::activeWindow();
     if (isUnused())

@@ -18,6 +18,8 @@ public:
     static bool CanEditMarkTool();
     static bool CanEditMarkParam();
 
+    /// Name of the user who is logged in; empty when nobody is, or with user management off. Main thread.
+    static QString GetCurrentUser();
     /// Asks for a login; true when the user has changed.
     static bool Logining();
     static void Loginout();

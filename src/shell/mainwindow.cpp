@@ -18,6 +18,8 @@
 #include "remote/externalresponse.h"
 #include "remote/hostresponsetcp.h"
 #include "run/form_marking.h"
+#include "shell/alarmhistorydialog.h"
+#include "shell/alarmrecorder.h"
 #include "shell/delayedstop.h"
 #include "shell/updateinputthread.h"
 #include "shell/windowgeometry.h"
@@ -32,6 +34,8 @@
 namespace {
 
 constexpr int kSecondMs = 1000;
+/// The disk has enough to do while the program comes up.
+constexpr int kHistoryBeginMs = 3000;
 /// Work mode in which a controlling station commands this one.
 constexpr int kWorkModeRemote = 3;
 
@@ -84,7 +88,8 @@ void MainWindow::ClearMainWnd() {
 }
 
 MainWindow::MainWindow()
-    : m_pDelayedStop(std::make_shared<tessera::DelayedStop>([this] { IOStopRun(); })) {
+    : m_pAlarmRecorder(std::make_unique<tessera::AlarmRecorder>(tessera::AlarmRecorder::File()))
+    , m_pDelayedStop(std::make_shared<tessera::DelayedStop>([this] { IOStopRun(); })) {
     DressApplication();
     ui = std::make_unique<Ui_MainWindow>();
     ui->setupUi(this);
@@ -93,6 +98,7 @@ MainWindow::MainWindow()
     setWindowTitle(QStringLiteral("VZ Tessera"));
     BuildPanels();
     BuildLabels();
+    BuildStopLabel();
     BuildAlarmCtrls();
     FillStatusBar();
     m_Alarms.LoadTexts();
@@ -118,6 +124,7 @@ MainWindow::~MainWindow() {
     ShowDebugIno::SetInstance(nullptr);
     IAutoLoginOutMsg::SetInstance(nullptr);
     delete m_pCustomWindow.data();
+    delete m_pAlarmHistory.data();
     m_SecondTimer.stop();
     m_pInputThread.reset();
     tessera::DelayedStop::SetCurrent(nullptr);
@@ -139,6 +146,7 @@ void MainWindow::InitMainWindow() {
     countTime();
     ResetLayerData();
     connect(&m_SecondTimer, &QTimer::timeout, this, &MainWindow::countTime);
+    connect(Form_Marking::Instance(), &Form_Marking::StopStateChanged, this, &MainWindow::OnStopStateChanged);
     connect(this, &MainWindow::MoveMarkWnd2Center, this, &MainWindow::onMoveMarkWnd2Center);
     m_SecondTimer.start(kSecondMs);
     if (QScreen const* screen = QGuiApplication::primaryScreen())
@@ -220,6 +228,7 @@ void MainWindow::showEvent(QShowEvent* event) {
     if (m_FirstLoad++ == 0) {
         m_pInputThread = std::make_unique<UpdateInputThread>(this);
         m_pInputThread->start();
+        QTimer::singleShot(kHistoryBeginMs, m_pAlarmRecorder.get(), &tessera::AlarmRecorder::Begin);
     }
     m_nTimerId = startTimer(100);
     PlaceLabels(ui->toolBar, 140);

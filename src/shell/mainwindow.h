@@ -22,6 +22,7 @@
 #include <mutex>
 
 class AlarmCtrl;
+class AlarmHistoryDialog;
 class FileListView;
 class LeftPanel;
 class MarkLayerParamForm;
@@ -35,7 +36,9 @@ class Ui_MainWindow;
 class UpdateInputThread;
 
 namespace tessera {
+class AlarmRecorder;
 class DelayedStop;
+enum class StopState;
 struct SafetyStep;
 } // namespace tessera
 
@@ -249,6 +252,8 @@ private:
     void on_LaserAlarm(bool alarmed, QString text);
     void on_EnableMarkAction(bool enable);
     void on_laserAlarm_clicked();
+    void ShowAlarmHistory();
+    void OnStopStateChanged(tessera::StopState state);
     void on_ActivDocChanged(int index);
     void on_CloseFile(int index, bool save);
     void on_actDoc_New_triggered();
@@ -264,6 +269,7 @@ private:
     static void DressApplication();
     void BuildPanels();
     void BuildLabels();
+    void BuildStopLabel();
     void BuildAlarmCtrls();
     void FillStatusBar();
     void ShowVersions();
@@ -289,6 +295,7 @@ private:
     void CheckRunStop(unsigned int input);
     void CheckAutoManual(unsigned int input);
     void CheckFilberLaserAlarm();
+    void RecordAlarms();
 
     void InitMainWindow();
     void SetIcons();
@@ -336,6 +343,10 @@ private:
     static int m_FirstLoad;
 
     tessera::AlarmMask m_Alarms;
+    std::unique_ptr<tessera::AlarmRecorder> m_pAlarmRecorder;
+    QPointer<AlarmHistoryDialog> m_pAlarmHistory;
+    bool m_bLaserAlarm = false; ///< as the fault lines told in the last poll
+    QString m_LaserAlarmText;
     tessera::InputEdges m_Edges;
     std::shared_ptr<tessera::DelayedStop> m_pDelayedStop;
     QPointer<QWidget> m_pCustomWindow;
@@ -360,6 +371,7 @@ private:
     QPointer<QWidget> m_pLayerForm;
     QLabel* m_pSpareLabel = nullptr;
     QLabel* m_pCardStatusLabel = nullptr;
+    QLabel* m_pStopLabel = nullptr; ///< shown while a stop is not confirmed
     QLabel* m_pSoftVersionLabel = nullptr;
     QLabel* m_pCardVersionLabel = nullptr;
     QLabel* m_pTimeLabel = nullptr;

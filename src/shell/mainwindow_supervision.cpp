@@ -37,6 +37,7 @@ void MainWindow::OnTimerUpDate() {
         OnResetAlarmStatus();
         CheckInput(card->GetInput());
         CheckFilberLaserAlarm();
+        RecordAlarms();
         OnResetAlarmStatus();
     }
     if (m_pInputThread)
@@ -70,6 +71,8 @@ void MainWindow::CheckLaserAlarm() {
     const bool watched = para->m_EnableLaserAlarm;
     bool alarmed = false;
     const QString text = watched ? para->DetectAlarm(alarmed) : QString();
+    m_bLaserAlarm = alarmed;
+    m_LaserAlarmText = text;
     emit LaserAlarm(alarmed, text);
     RunDataGather* runData = RunDataGather::Instance();
     const tessera::LaserFinding finding = tessera::FindLaserAlarm(watched, alarmed, runData->GetRunStatus());

@@ -11,6 +11,7 @@
 #include "engine/systemparam.h"
 #include "files/filelistview.h"
 #include "shell/alarmctrl.h"
+#include "shell/alarmhistorydialog.h"
 #include "shell/cardmirrorstatus.h"
 #include "shell/lamppixmap.h"
 #include "shell/lazyicon.h"
@@ -26,6 +27,7 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QResizeEvent>
 
@@ -33,6 +35,7 @@ namespace {
 
 constexpr int kRightPanelWidth = 245;
 constexpr int kLabelWidth = 200;
+constexpr int kStopLabelHeight = 26;
 constexpr int kRightPanelColumn = 4;
 
 QString text(char const* key) {
@@ -167,6 +170,17 @@ void MainWindow::BuildLabels() {
         entry.label->setObjectName(QString::fromLatin1(entry.name));
 }
 
+/// Beside the clock, where it moves nothing when it comes up.
+void MainWindow::BuildStopLabel() {
+    m_pStopLabel = new QLabel(m_pSpareLabel);
+    m_pStopLabel->setObjectName(QStringLiteral("labelStopState"));
+    m_pStopLabel->setMinimumHeight(kStopLabelHeight);
+    m_pStopLabel->hide();
+    auto* layout = new QHBoxLayout(m_pSpareLabel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pStopLabel, 0, Qt::AlignLeft | Qt::AlignVCenter);
+}
+
 void MainWindow::BuildAlarmCtrls() {
     m_pLaserAlarm = new AlarmCtrl(this);
     m_pLaserAlarm->setObjectName(QStringLiteral("alarmLaser"));
@@ -175,6 +189,7 @@ void MainWindow::BuildAlarmCtrls() {
     m_pSafeAlarm = new AlarmCtrl(this);
     m_pSafeAlarm->setObjectName(QStringLiteral("alarmSafe"));
     m_pSafeAlarm->SetStatus(AlarmGreen, text("安全报警"));
+    m_pSafeAlarm->installEventFilter(this);
 }
 
 void MainWindow::FillStatusBar() {
@@ -186,7 +201,7 @@ void MainWindow::FillStatusBar() {
     for (QLabel* lamp : {m_pGreenLabel, m_pYellowLabel, m_pRedLabel})
         zones->AddRight(lamp, false);
     zones->AddRight(m_pLaserAlarm, true);
-    zones->AddRight(m_pSafeAlarm, false);
+    zones->AddRight(m_pSafeAlarm, true);
     zones->AddRight(m_pCardVersionLabel, false);
     zones->AddRight(m_pSoftVersionLabel, false);
     zones->AddRight(m_pCardStatusLabel, true);
@@ -262,6 +277,8 @@ void MainWindow::SetUIText() {
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabFile), text("文档"));
     ui->tabWidgetMian->setTabText(ui->tabWidgetMian->indexOf(ui->tabDoc), text("说明书"));
     m_pFileList->SetUIText();
+    if (m_pAlarmHistory)
+        m_pAlarmHistory->SetUIText();
     SetPluginTexts();
     if (MarkToolProperty* page = ToolProperty())
         page->SetUIText();
@@ -298,5 +315,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         if (CardMirrorStatus* status = CardMirrorStatus::Existing())
             status->hide();
     }
+    // The indicator tells nobody that it was pressed; custom windows rely on that.
+    if (watched == m_pSafeAlarm && event->type() == QEvent::MouseButtonRelease)
+        ShowAlarmHistory();
     return QMainWindow::eventFilter(watched, event);
 }

@@ -53,6 +53,83 @@ int spanOf(QVector<int> const& widths) {
     return span;
 }
 
+/// A row of two pressed parts at most, and the lines of the others beside them.
+struct PairRow {
+    QVector<int> pressed;        ///< of `right`
+    QVector<QVector<int>> lines; ///< of `right`, at least one line, two at most beside pressed parts
+    int height = kRowHeight;
+};
+
+QVector<int> widthsOf(QVector<int> const& items, QVector<StatusItem> const& right) {
+    QVector<int> widths;
+    for (int item : items)
+        widths.append(right.at(item).width);
+    return widths;
+}
+
+/// Fills the lines in the order of the parts. Behind the last pressed part more rows come as they are needed.
+QVector<PairRow> pairRows(int width, int from, QVector<StatusItem> const& right) {
+    QVector<PairRow> rows;
+    int pressed = 0;
+    for (int i = 0; i < right.size(); ++i) {
+        if (!right.at(i).touch)
+            continue;
+        if (pressed++ % 2 == 0)
+            rows.append(PairRow{{}, {{}}, kTouchHeight});
+        rows.last().pressed.append(i);
+    }
+    int row = 0;
+    for (int i = 0; i < right.size(); ++i) {
+        if (right.at(i).touch)
+            continue;
+        for (;;) {
+            if (row == rows.size())
+                rows.append(PairRow{{}, {{}}, kRowHeight});
+            PairRow& now = rows[row];
+            const int taken = spanOf(widthsOf(now.pressed, right));
+            const int room = width - kGap - from - (taken > 0 ? taken + kGap : 0);
+            QVector<int>& line = now.lines.last();
+            const bool fits = spanOf(widthsOf(line + QVector<int>{i}, right)) <= room;
+            if (fits || (now.pressed.isEmpty() && line.isEmpty())) {
+                line.append(i);
+                break;
+            }
+            if (!line.isEmpty() && now.lines.size() < 2 && !now.pressed.isEmpty() && right.at(i).width <= room)
+                now.lines.append(QVector<int>());
+            else
+                ++row;
+        }
+    }
+    return rows;
+}
+
+StatusPlaces layPairs(int width, int from, QVector<int> const& left, QVector<int> const& leftRows,
+                      QVector<StatusItem> const& right) {
+    const QVector<PairRow> rows = pairRows(width, from, right);
+    StatusPlaces places;
+    places.right.resize(right.size());
+    int top = 0;
+    for (PairRow const& row : rows) {
+        int at = width - kGap - spanOf(widthsOf(row.pressed, right));
+        for (int item : row.pressed) {
+            places.right[item] = QRect(at, top, right.at(item).width, row.height);
+            at += right.at(item).width + kGap;
+        }
+        const int lineHeight = row.height / row.lines.size();
+        for (int line = 0; line < row.lines.size(); ++line) {
+            at = from;
+            for (int item : row.lines.at(line)) {
+                places.right[item] = QRect(at, top + line * lineHeight, right.at(item).width, lineHeight);
+                at += right.at(item).width + kGap;
+            }
+        }
+        top += row.height;
+    }
+    places.height = std::max(top, rowCount(leftRows) * kRowHeight);
+    places.left = placeRows(left, leftRows, kGap, places.height / rowCount(leftRows));
+    return places;
+}
+
 } // namespace
 
 StatusPlaces LayStatusBar(int width, QVector<int> const& left, QVector<StatusItem> const& right) {
@@ -72,14 +149,17 @@ StatusPlaces LayStatusBar(int width, QVector<int> const& left, QVector<StatusIte
     const int leftRoom = width / 2 - kClockLeft - kGap;
     const int rightFrom = width / 2 + kClockRight;
     const QVector<int> leftRows = rowsOf(left, leftRoom);
+    const bool oneRow = rowCount(leftRows) == 1 && spanOf(all) <= width - rightFrom - kGap;
     StatusPlaces places;
+    if (!oneRow && pressed > 2)
+        places = layPairs(width, rightFrom, left, leftRows, right);
     places.middle = QRect(QPoint(width / 2 - kClockLeft, 0), QPoint(rightFrom - 1, 0));
 
-    if (rowCount(leftRows) == 1 && spanOf(all) <= width - rightFrom - kGap) {
+    if (oneRow) {
         places.height = kTouchHeight;
         places.left = placeRows(left, leftRows, kGap, places.height);
         places.right = placeRows(all, QVector<int>(all.size(), 0), width - kGap - spanOf(all), places.height);
-    } else {
+    } else if (pressed <= 2) {
         const int columnFrom = width - kGap - column;
         const QVector<int> rightRows = rowsOf(flowing, columnFrom - kGap - rightFrom);
         const int rows = std::max(rowCount(leftRows), rowCount(rightRows));

@@ -24,7 +24,8 @@ struct StatusPlaces {
 constexpr int kTouchHeight = 40;
 
 /// Lays a status bar of `width` pixels out: one row on a wide screen. Where the sides beside the clock are too narrow
-/// for that, both sides break into rows, and what is pressed stands in a column of its own at the right edge.
+/// for that, both sides break into rows, and what is pressed stands in a column of its own at the right edge; more than
+/// two such parts stand there two beside each other, so that the bar does not grow.
 StatusPlaces LayStatusBar(int width, QVector<int> const& left, QVector<StatusItem> const& right);
 
 } // namespace tessera

@@ -137,14 +137,19 @@ void ShellPartsTest::status_bar_is_one_row_on_a_wide_screen() {
 
 void ShellPartsTest::status_bar_breaks_on_a_narrow_screen_without_overlap_data() {
     QTest::addColumn<int>("width");
-    for (int width : {1024, 1100, 1280, 1366, 1440, 1600, 1680})
-        QTest::newRow(qPrintable(QString::number(width))) << width;
+    QTest::addColumn<bool>("safety");
+    for (int width : {1024, 1100, 1280, 1366, 1440, 1600, 1680}) {
+        for (bool safety : {false, true})
+            QTest::addRow("%d, safety indicator %s", width, safety ? "pressed" : "shown") << width << safety;
+    }
 }
 
 void ShellPartsTest::status_bar_breaks_on_a_narrow_screen_without_overlap() {
     QFETCH(int, width);
-    const QVector<StatusItem> right{{16}, {16}, {16}, {110, true}, {90}, {150}, {140}, {95, true}};
+    QFETCH(bool, safety);
+    const QVector<StatusItem> right{{16}, {16}, {16}, {110, true}, {90, safety}, {150}, {140}, {95, true}};
     const StatusPlaces places = LayStatusBar(width, {200, 200, 200}, right);
+    QVERIFY2(places.height <= 80, qPrintable(QString::number(places.height)));
     QVector<QRect> all = places.left + places.right;
     all.append(TimeRect(QSize(width, places.height)));
     for (int i = 0; i < all.size(); ++i) {

@@ -247,6 +247,13 @@ private slots:
         QCOMPARE(worker.left(), 0);
         QCOMPARE(session().user().name, QString("admin"));
         QVERIFY(AuthorityManager::CanEditMarkParam() && AuthorityManager::CanDeleteFile());
+        QCOMPARE(AuthorityManager::GetCurrentUser(), QString("admin"));
+        // Without user management nobody is anybody, whoever logged in before.
+        SystemParam::Instance()->SetEnableUserManager(false);
+        QVERIFY(AuthorityManager::GetCurrentUser().isEmpty());
+        SystemParam::Instance()->SetEnableUserManager(true);
+        AuthorityManager::Loginout();
+        QVERIFY(AuthorityManager::GetCurrentUser().isEmpty());
     }
 
     void the_login_dialog_refuses_then_lets_in() {
