@@ -70,6 +70,9 @@ int Launcher::run(int argc, char** argv) {
     bool const listening = openAutomation();
     if (listening) {
         QMetaObject::invokeMethod(this, &Launcher::begin, Qt::QueuedConnection);
+        // A signal that came while a message of the start was up has ended that message's event loop and no other.
+        if (m_sinceEnd.isValid())
+            m_idlePoll.start();
         QApplication::exec();
     }
     if (m_jobs && m_commandLine.mark == 0 && !m_jobs->writeTraces())

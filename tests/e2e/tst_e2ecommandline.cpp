@@ -18,6 +18,13 @@ class TestE2ECommandLine : public QObject {
         QFile file(path);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
+    /// The log tells that the card was opened, which comes before the laser is started.
+    bool cardWasOpened() const {
+        for (QFileInfo const& file : QDir(m_root->inside(QStringLiteral("日志文件"))).entryInfoList({"*.log"}))
+            if (contentOf(file.filePath()).contains("card opened"))
+                return true;
+        return false;
+    }
     static QString figure(QByteArray const& report, char const* name) {
         QRegularExpression const line(QStringLiteral("^%1: +(.*)$").arg(QLatin1String(name)),
                                       QRegularExpression::MultilineOption);
@@ -308,6 +315,22 @@ private slots:
         QVERIFY(program.startAutomated({}));
         QVERIFY(!program.call("ui.trigger", {{"action", "actionSetLan"}}).isUndefined());
         QVERIFY(program.waitProperty("LanSelect", "visible", true));
+        program.terminate();
+        QVERIFY(program.waitEnd());
+        QCOMPARE(program.exitCode(), 0);
+    }
+
+    /// The laser keeps the start waiting for ten seconds, tells that it is not ready, and the start goes on.
+    void signal_while_the_laser_is_started_ends_the_program() {
+        QVERIFY(QDir().mkpath(m_root->inside("ini")));
+        for (auto const& [name, text] : {std::pair("ini/VZMarkPara.cfg", "[LASER]\nbYLS=2\n"),
+                                         {"ini/MarkingParam.ini", "[Laser]\nMarkCardType=1\n"}}) {
+            QFile file(m_root->inside(name));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(text) > 0);
+        }
+        TesseraProgram program(*m_root);
+        program.start({"--fault", "laser_no_ready"});
+        QTRY_VERIFY(cardWasOpened());
         program.terminate();
         QVERIFY(program.waitEnd());
         QCOMPARE(program.exitCode(), 0);
