@@ -8,6 +8,8 @@
 #include <QFile>
 #include <cerrno>
 #include <fcntl.h>
+#include <mutex>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace sim {
@@ -43,26 +45,54 @@ KindRow const& rowOf(LogKind kind) {
     return kKinds[0];
 }
 
-int openForAppend(QByteArray const& path) {
-    return ::open(path.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
-}
-
-/// One write, so that lines of several threads and processes do not mix. What a full disk or a signal leaves over is
-/// written behind it.
-bool appendLine(QByteArray const& path, QByteArray const& line) {
-    int const file = openForAppend(path);
-    if (file < 0)
-        return false;
-    qint64 done = 0;
-    while (done < line.size()) {
-        ssize_t const count = ::write(file, line.constData() + done, static_cast<std::size_t>(line.size() - done));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            break;
-        done += count;
+/// The file that was written last stays open: finding it anew for every line would take longer than the line.
+class OpenFile {
+public:
+    /// Appends to the file of this name. One write, so that lines of several threads and processes do not mix; what a
+    /// full disk or a signal leaves over is written behind it.
+    bool append(QByteArray const& path, QByteArray const& line) {
+        const std::lock_guard<std::mutex> lock(m_lock);
+        if (!isOpen(path) && !open(path))
+            return false;
+        qint64 done = 0;
+        while (done < line.size()) {
+            ssize_t const count =
+                ::write(m_file, line.constData() + done, static_cast<std::size_t>(line.size() - done));
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count <= 0)
+                break;
+            done += count;
+        }
+        return done == line.size();
     }
-    return ::close(file) == 0 && done == line.size();
+
+private:
+    /// False too when the file was deleted or replaced meanwhile.
+    bool isOpen(QByteArray const& path) const {
+        struct stat open = {};
+        struct stat named = {};
+        return m_file >= 0 && m_path == path && ::fstat(m_file, &open) == 0 && ::stat(path.constData(), &named) == 0 &&
+               open.st_ino == named.st_ino && open.st_dev == named.st_dev;
+    }
+
+    bool open(QByteArray const& path) {
+        if (m_file >= 0)
+            ::close(m_file);
+        m_file = ::open(path.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+        m_path = path;
+        return m_file >= 0;
+    }
+
+    std::mutex m_lock;
+    int m_file = -1;
+    QByteArray m_path;
+};
+
+/// It stays open to the very end of the process, where something may still be logged.
+OpenFile& openFile() {
+    static auto* const file = new OpenFile;
+    return *file;
 }
 
 } // namespace
@@ -72,30 +102,53 @@ bool isLogged(LogKind kind) {
     return !row.enabled || (SystemParam::Instance()->*row.enabled)();
 }
 
-QByteArray logLine(QDateTime const& time, LogKind kind, QString const& text) {
+namespace {
+
+/// The line behind its time.
+QByteArray entry(LogKind kind, QString const& text) {
     QString oneLine = text;
     oneLine.replace(QLatin1Char('\n'), QLatin1String("\\n"))
         .replace(QLatin1Char('\r'), QLatin1String("\\r"))
         .replace(QLatin1Char('\t'), QLatin1String("\\t"));
-    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")).toUtf8() + '\t' + rowOf(kind).name + '\t' +
-           oneLine.toUtf8() + '\n';
+    return QByteArray(1, '\t') + rowOf(kind).name + '\t' + oneLine.toUtf8() + '\n';
+}
+
+/// What the lines of one second share: most are logged in that of the line before.
+struct LoggedSecond {
+    qint64 second = -1;
+    QByteArray text;
+    QDate day;
+};
+
+LoggedSecond const& loggedSecond(qint64 second) {
+    thread_local LoggedSecond last;
+    if (last.second != second) {
+        QDateTime const time = QDateTime::fromMSecsSinceEpoch(second * 1000);
+        last = {second, time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.")).toUtf8(), time.date()};
+    }
+    return last;
+}
+
+} // namespace
+
+QByteArray logLine(QDateTime const& time, LogKind kind, QString const& text) {
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")).toUtf8() + entry(kind, text);
 }
 
 QString logPath(QDate const& day) {
-    return tessera::rootPath(QStringLiteral("/日志文件/")) + day.toString(QStringLiteral("yyyy-MM-dd")) +
-           QStringLiteral(".log");
+    return tessera::rootPath(QStringLiteral("/日志文件/")) + day.toString(Qt::ISODate) + QStringLiteral(".log");
 }
 
 bool writeLog(LogKind kind, QString const& text) {
     if (!isLogged(kind))
         return true;
-    QDateTime const now = QDateTime::currentDateTime();
-    QString const path = logPath(now.date());
-    QByteArray const name = QFile::encodeName(path);
-    QByteArray const line = logLine(now, kind, text);
-    if (appendLine(name, line))
+    qint64 const now = QDateTime::currentMSecsSinceEpoch();
+    LoggedSecond const& second = loggedSecond(now / 1000);
+    QByteArray const name = QFile::encodeName(logPath(second.day));
+    QByteArray const line = second.text + QByteArray::number(now % 1000).rightJustified(3, '0') + entry(kind, text);
+    if (openFile().append(name, line))
         return true;
-    return QDir().mkpath(tessera::rootPath(QStringLiteral("/日志文件"))) && appendLine(name, line);
+    return QDir().mkpath(tessera::rootPath(QStringLiteral("/日志文件"))) && openFile().append(name, line);
 }
 
 } // namespace sim

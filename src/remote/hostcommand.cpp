@@ -1,24 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "remote/hostcommand.h"
 
+#include <QByteArray>
 #include <QStringList>
+#include <charconv>
 #include <cmath>
+#include <iterator>
 
 namespace tessera {
 
 namespace {
 
-struct PrefixRow {
-    HostOrder order;
-    char const* prefix;
-};
-
-constexpr PrefixRow kPrefixes[] = {
-    {HostOrder::Test, "_VZTest("},
-    {HostOrder::SetOffset, "_VZSetOffset("},
-    {HostOrder::GetLayerParas, "_VZGetLayerParas("},
-    {HostOrder::MarkStop, "_VZMarkStop("},
-};
+/// In the order of the enumeration.
+QString const kPrefixes[] = {QStringLiteral("_VZTest("), QStringLiteral("_VZSetOffset("),
+                             QStringLiteral("_VZGetLayerParas("), QStringLiteral("_VZMarkStop(")};
 
 constexpr char kStop[] = "_VZMarkStop()";
 constexpr QLatin1Char kFieldEnd(',');
@@ -28,6 +23,7 @@ constexpr int kRecordFields = 7;
 /// The last two fields of a record are sent by every host and mean nothing here.
 constexpr int kUsedFields = 5;
 constexpr int kLayerFields = 2;
+constexpr double kSevenDigits = 1000000.0;
 
 /// What stands between the first "(" and the first ")"; false when that is nothing.
 bool cutArguments(QString const& frame, QString& arguments) {
@@ -40,13 +36,13 @@ bool cutArguments(QString const& frame, QString& arguments) {
 }
 
 /// "nan" and "inf" would pass for numbers and leave no place to mark at.
-double number(QString const& text) {
+double number(QStringRef const& text) {
     double const value = text.toDouble();
     return std::isfinite(value) ? value : 0.0;
 }
 
 bool readRecord(QString const& text, CCDBufdata& record) {
-    QStringList const fields = text.split(kFieldEnd);
+    QVector<QStringRef> const fields = text.splitRef(kFieldEnd);
     if (fields.size() != kRecordFields)
         return false;
     for (int i = 0; i < kUsedFields; ++i)
@@ -54,39 +50,50 @@ bool readRecord(QString const& text, CCDBufdata& record) {
     return true;
 }
 
-using ValueText = QString (*)(LayerData const& layer, MarkCardType laser);
+/// Adds one value to the text; a host may ask thousands of times a second, so that none is a string of its own.
+using AddValue = void (*)(QByteArray& text, LayerData const& layer, MarkCardType laser);
 
-QString decimal(double value) {
-    return QString::number(value, 'g', 6);
+void addWhole(QByteArray& text, int value) {
+    char digits[16];
+    text.append(digits, int(std::to_chars(digits, digits + sizeof digits, value).ptr - digits));
+}
+
+/// Six digits. Whole numbers, which most values are, have a short way to the same text.
+void addDecimal(QByteArray& text, double value) {
+    const int whole = std::fabs(value) < kSevenDigits ? int(value) : 0;
+    if (whole != 0 && double(whole) == value)
+        addWhole(text, whole);
+    else
+        text.append(QByteArray::number(value, 'g', 6));
 }
 
 template<int LayerData::*Member>
-QString whole(LayerData const& layer, MarkCardType) {
-    return QString::number(layer.*Member);
+void whole(QByteArray& text, LayerData const& layer, MarkCardType) {
+    addWhole(text, layer.*Member);
 }
 
 template<double LayerData::*Member>
-QString real(LayerData const& layer, MarkCardType) {
-    return decimal(layer.*Member);
+void real(QByteArray& text, LayerData const& layer, MarkCardType) {
+    addDecimal(text, layer.*Member);
 }
 
 /// In Hz: these laser types keep it in kHz.
-QString frequency(LayerData const& layer, MarkCardType laser) {
-    bool const isKilo = laser == MarkCardFilber || laser == MarkCardSPI || laser == MarkCardEP;
-    return decimal(isKilo ? layer.Fre * 1000 : layer.Fre);
+void frequency(QByteArray& text, LayerData const& layer, MarkCardType laser) {
+    const bool isKilo = laser == MarkCardFilber || laser == MarkCardSPI || laser == MarkCardEP;
+    addDecimal(text, isKilo ? layer.Fre * 1000 : layer.Fre);
 }
 
 /// In whole ms.
-QString pointTime(LayerData const& layer, MarkCardType) {
-    return QString::number(layer.PointTime / 1000);
+void pointTime(QByteArray& text, LayerData const& layer, MarkCardType) {
+    addWhole(text, layer.PointTime / 1000);
 }
 
-QString usesDefault(LayerData const& layer, MarkCardType) {
-    return QString::number(int(layer.UseDefault));
+void usesDefault(QByteArray& text, LayerData const& layer, MarkCardType) {
+    addWhole(text, int(layer.UseDefault));
 }
 
 /// The end delay, which stands before the corner delay in the record, is left out on purpose.
-constexpr ValueText kLayerValues[] = {
+constexpr AddValue kLayerValues[] = {
     whole<&LayerData::MarkCnt>,
     real<&LayerData::MarkSpeed>,
     real<&LayerData::RedSpeed>,
@@ -109,19 +116,15 @@ constexpr ValueText kLayerValues[] = {
 
 } // namespace
 
-QString HostPrefix(HostOrder order) {
-    for (PrefixRow const& row : kPrefixes) {
-        if (row.order == order)
-            return QString::fromLatin1(row.prefix);
-    }
-    return QString();
+QString const& HostPrefix(HostOrder order) {
+    return kPrefixes[std::size_t(order)];
 }
 
-QVector<HostOrder> HostOrders(QString const& frame) {
-    QVector<HostOrder> orders;
-    for (PrefixRow const& row : kPrefixes) {
-        if (frame.indexOf(QLatin1String(row.prefix)) >= 0)
-            orders.append(row.order);
+HostOrderList HostOrders(QString const& frame) {
+    HostOrderList orders;
+    for (std::size_t i = 0; i < std::size(kPrefixes); ++i) {
+        if (frame.indexOf(kPrefixes[i]) >= 0)
+            orders.append(HostOrder(i));
     }
     return orders;
 }
@@ -131,7 +134,12 @@ bool IsHostStop(QString const& frame) {
 }
 
 QString HostReply(HostOrder order, bool good, QString const& text) {
-    return HostPrefix(order) + QLatin1String(good ? "0," : "1,") + text + QLatin1String(");");
+    QString reply;
+    reply.reserve(HostPrefix(order).size() + text.size() + 4);
+    return reply.append(HostPrefix(order))
+        .append(QLatin1String(good ? "0," : "1,"))
+        .append(text)
+        .append(QLatin1String(");"));
 }
 
 QString HostReply(HostOrder order, bool good, char const* text) {
@@ -172,7 +180,7 @@ HostLayer ReadHostLayer(QString const& frame) {
         wanted.fault = kHostBadFormat;
         return wanted;
     }
-    QStringList const fields = arguments.split(kFieldEnd);
+    QVector<QStringRef> const fields = arguments.splitRef(kFieldEnd);
     if (fields.size() < kLayerFields) {
         wanted.fault = kHostBadLength;
         return wanted;
@@ -183,13 +191,14 @@ HostLayer ReadHostLayer(QString const& frame) {
 }
 
 QString HostLayerValues(LayerData const& layer, MarkCardType laser) {
-    QString values;
-    for (ValueText const text : kLayerValues) {
+    QByteArray values;
+    values.reserve(200);
+    for (AddValue const add : kLayerValues) {
         if (!values.isEmpty())
-            values += kFieldEnd;
-        values += text(layer, laser);
+            values.append(',');
+        add(values, layer, laser);
     }
-    return values;
+    return QString::fromLatin1(values);
 }
 
 } // namespace tessera

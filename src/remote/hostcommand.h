@@ -6,6 +6,7 @@
 #include "engine/marktypes.h"
 
 #include <QString>
+#include <QVarLengthArray>
 #include <QVector>
 
 namespace tessera {
@@ -24,10 +25,11 @@ constexpr char kHostRunDone[] = "文档执行成功";
 constexpr char kHostStopped[] = "终止运行成功";
 
 /// Command name with its opening bracket.
-QString HostPrefix(HostOrder order);
+QString const& HostPrefix(HostOrder order);
+using HostOrderList = QVarLengthArray<HostOrder, 4>;
 /// The orders whose prefix stands anywhere in the frame. A frame with two prefixes is two orders, in the order of the
 /// enumeration and not in that of the text: hosts rely on it.
-QVector<HostOrder> HostOrders(QString const& frame);
+HostOrderList HostOrders(QString const& frame);
 /// True when the stop is written out without arguments; "_VZMarkStop(1)" is none.
 bool IsHostStop(QString const& frame);
 

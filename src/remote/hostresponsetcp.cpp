@@ -12,7 +12,9 @@
 #include <QRegularExpression>
 #include <QTcpSocket>
 #include <QTextCodec>
+#include <algorithm>
 #include <limits>
+#include <utility>
 
 using namespace tessera;
 
@@ -22,9 +24,9 @@ namespace {
 constexpr qint64 kPassNs = 500 * 1000;
 constexpr qint64 kNoLimit = std::numeric_limits<qint64>::max();
 
-void logTraffic(char const* title, QString const& text) {
-    MarkLog::Instance()->ShowNode(NoteDebug, QString::fromUtf8(title) + text);
-}
+QString const kNewClient = QStringLiteral("新客户端---");
+QString const kReceived = QStringLiteral("Tcp接收消息---");
+QString const kSent = QStringLiteral("Tcp发送消息---");
 
 QString firstLocalAddress() {
     for (QHostAddress const& address : QNetworkInterface::allAddresses()) {
@@ -34,7 +36,10 @@ QString firstLocalAddress() {
     return QStringLiteral("127.0.0.1");
 }
 
+/// The codec is set up anew for every text; most have nothing for it to do.
 QByteArray inGbk(QString const& text) {
+    if (std::all_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < 0x80; }))
+        return text.toLatin1();
     static QTextCodec const* const codec = QTextCodec::codecForName("GBK");
     return codec ? codec->fromUnicode(text) : QByteArray();
 }
@@ -119,7 +124,7 @@ void HostResponseTcp::NewConnection() {
         LetGo(older);
     m_Sender = sender;
     qDebug().noquote().nospace() << "新连接IP: " << address << "Port: " << socket->peerPort();
-    logTraffic("新客户端---", sender);
+    LogTraffic(kNewClient, sender);
     connect(socket, &QIODevice::readyRead, this, &HostResponseTcp::Response);
     connect(socket, &QAbstractSocket::errorOccurred, this, &HostResponseTcp::MSGError);
     // What came while the connection waited has told so to nobody.
@@ -144,7 +149,8 @@ void HostResponseTcp::MSGError(QAbstractSocket::SocketError) {
 
 QByteArray HostResponseTcp::ReadAll() {
     QTcpSocket* client = Client();
-    return client ? client->readAll() : QByteArray();
+    // One byte more than there is: only so does a socket whose read-ahead was full go on.
+    return client ? client->read(client->bytesAvailable() + 1) : QByteArray();
 }
 
 void HostResponseTcp::Response() {
@@ -168,12 +174,14 @@ void HostResponseTcp::HandleInput(qint64 limitNs) {
     } while (TakeRead());
 }
 
+/// False when nothing has come.
 bool HostResponseTcp::TakeRead() {
-    const QByteArray read = ReadAll();
-    if (read.isEmpty())
+    QTcpSocket const* client = Client();
+    if (!client || client->bytesAvailable() == 0)
         return false;
+    const QByteArray read = ReadAll();
     const QString text = HostFrames::Text(read);
-    logTraffic("Tcp接收消息---", text);
+    LogTraffic(kReceived, text);
     m_Frames.Append(text);
     return true;
 }
@@ -221,7 +229,11 @@ bool HostResponseTcp::WriteHere(QString const& text) {
 
 void HostResponseTcp::Send(QString const& reply) {
     WriteData(reply);
-    logTraffic("Tcp发送消息---", reply);
+    LogTraffic(kSent, reply);
+}
+
+void HostResponseTcp::LogTraffic(QString const& title, QString const& text) {
+    m_Traffic.Add(title + text);
 }
 
 QString HostResponseTcp::StrMatch(QString text, QString left, QString right) {

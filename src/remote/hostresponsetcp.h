@@ -5,6 +5,7 @@
 #include "remote/hostframes.h"
 #include "remote/hostlistener.h"
 #include "remote/mainthreadcalls.h"
+#include "remote/trafficlog.h"
 
 #include <QAbstractSocket>
 #include <QObject>
@@ -76,6 +77,7 @@ private:
     void LetGo(QTcpSocket* socket);
     bool WriteHere(QString const& text);
     void Send(QString const& reply);
+    void LogTraffic(QString const& title, QString const& text);
     /// Handles frames and reads on until nothing is left or the time is up; then it goes on with the next turn of the
     /// event loop.
     void HandleInput(qint64 limitNs);
@@ -96,6 +98,7 @@ private:
     QString m_Sender;             ///< "address:port" of the newest client
     QTimer m_Continue;
     tessera::HostAccess m_Access;
+    tessera::TrafficLog m_Traffic;
     tessera::MainThreadCalls m_Calls{this};
     std::shared_ptr<tessera::HostRuns> m_Runs;
 };

@@ -33,7 +33,7 @@ void checkFrame(QString const& frame) {
     }
     const HostLayer layer = ReadHostLayer(frame);
     require(!layer.fault || (layer.document == 0 && layer.layer == 0));
-    const QVector<HostOrder> orders = HostOrders(frame);
+    const HostOrderList orders = HostOrders(frame);
     for (int i = 1; i < orders.size(); ++i)
         require(orders.at(i - 1) < orders.at(i));
     require(!IsHostStop(frame) || orders.contains(HostOrder::MarkStop));

@@ -2,7 +2,10 @@
 #include "remote/hostcommand.h"
 
 #include <QtTest>
+#include <cmath>
+#include <cstring>
 #include <limits>
+#include <random>
 
 using namespace tessera;
 
@@ -220,6 +223,25 @@ private slots:
         LayerData layer;
         layer.MarkSpeed = speed;
         QTEST(field(2, MarkCardFilber, layer), "told");
+    }
+
+    void every_number_is_written_as_the_toolkit_writes_it() {
+        std::mt19937_64 random(20261);
+        LayerData layer;
+        for (int i = 0; i < 200000; ++i) {
+            // All bit patterns, and numbers as they are set.
+            const quint64 bits = random();
+            double value = 0;
+            static_assert(sizeof value == sizeof bits);
+            if (i % 2)
+                std::memcpy(&value, &bits, sizeof value);
+            else
+                value = double(qint64(bits) % 100000000) / double(1 + bits % 10);
+            layer.MarkSpeed = value;
+            const QString told = field(2, MarkCardFilber, layer);
+            if (!std::isnan(value))
+                QCOMPARE(told, QString::number(value, 'g', 6));
+        }
     }
 
     void the_time_on_a_point_is_told_in_whole_milliseconds_data() {
