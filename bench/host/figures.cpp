@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#include "bench/host/figures.h"
+
+#include "shell/mainwindow.h"
+
+#include <QDir>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <fstream>
+#include <mutex>
+#include <unistd.h>
+#include <utility>
+
+namespace bench {
+
+namespace {
+
+constexpr double kPollMs = 30.0;
+
+} // namespace
+
+double percentile(std::vector<double> values, double share) {
+    if (values.empty())
+        return 0.0;
+    std::sort(values.begin(), values.end());
+    return values[std::min(values.size() - 1, std::size_t(share * double(values.size())))];
+}
+
+std::string summary(std::vector<double> const& ms) {
+    char text[128];
+    std::snprintf(text, sizeof text, "median %7.3f  99 %% %7.3f  longest %7.3f ms (%zu)", percentile(ms, 0.5),
+                  percentile(ms, 0.99), percentile(ms, 1.0), ms.size());
+    return text;
+}
+
+double residentMiB() {
+    std::ifstream file("/proc/self/statm");
+    double size = 0;
+    double resident = 0;
+    file >> size >> resident;
+    return resident * double(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
+}
+
+int openDescriptors() {
+    return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
+}
+
+std::string loadAverage() {
+    std::ifstream file("/proc/loadavg");
+    std::string one;
+    std::string five;
+    file >> one >> five;
+    return one + " " + five;
+}
+
+struct PollWatch::State {
+    std::mutex lock;
+    std::vector<double> deviations;
+    Clock::time_point last;
+    bool hasLast = false;
+
+    void beat() {
+        const Clock::time_point now = Clock::now();
+        const std::lock_guard<std::mutex> guard(lock);
+        if (hasLast)
+            deviations.push_back(std::fabs(std::chrono::duration<double, std::milli>(now - last).count() - kPollMs));
+        last = now;
+        hasLast = true;
+    }
+};
+
+PollWatch::PollWatch()
+    : m_state(std::make_shared<State>())
+    , m_connection(QObject::connect(
+          MainWindow::Instance(), &MainWindow::TimerUpDate, MainWindow::Instance(),
+          [state = m_state] { state->beat(); }, Qt::QueuedConnection)) {}
+
+PollWatch::~PollWatch() {
+    QObject::disconnect(m_connection);
+}
+
+std::vector<double> PollWatch::take() {
+    const std::lock_guard<std::mutex> guard(m_state->lock);
+    return std::exchange(m_state->deviations, {});
+}
+
+} // namespace bench
