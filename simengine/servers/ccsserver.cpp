@@ -75,7 +75,8 @@ CCSServer* CCSServer::Instance() {
     return &instance;
 }
 
-void CCSServer::WriteTcpMsg(CCSCmd cmd, int tag) {
+// By value, as the boundary has it.
+void CCSServer::WriteTcpMsg(CCSCmd cmd, int tag) { // NOLINT(performance-unnecessary-value-param)
     std::vector<sim::JournalValue> args = sim::journalArgs(tag, cmd.Id, cmd.Name.toStdString(), cmd.First, cmd.Second);
     for (QString const& arg : cmd.Args)
         args.emplace_back(arg.toStdString());

@@ -23,7 +23,7 @@ constexpr int kDefaultPort = 7660;
 constexpr int kMaxPort = 65535;
 
 QString systemError(QString const& file, int error) {
-    return QStringLiteral("%1: %2").arg(file, QString::fromLocal8Bit(std::strerror(error)));
+    return QStringLiteral("%1: %2").arg(file, qt_error_string(error));
 }
 
 QString keyPath(QString const& given) {

@@ -15,9 +15,9 @@ struct LinkLimits {
     std::chrono::milliseconds guardTime{60'000};  ///< how long a wrong proof counts
     int badLines = 16;                            ///< of one connection
     std::size_t orders = 64;                      ///< that wait for the main thread; then nothing more is read
-    std::size_t orderBytes = 4 * 1024 * 1024;     ///< of their lines
-    std::size_t answerBytes = 4 * 1024 * 1024;    ///< that wait for the station
-    int logLines = 60;                            ///< within logTime
+    std::size_t orderBytes = std::size_t{4} * 1024 * 1024;  ///< of their lines
+    std::size_t answerBytes = std::size_t{4} * 1024 * 1024; ///< that wait for the station
+    int logLines = 60;                                      ///< within logTime
     std::chrono::milliseconds logTime{10'000};
 };
 

@@ -85,7 +85,7 @@ int openListener(QString const& address, quint16 port, quint16& bound, QString& 
         bound = portOf(socket);
         return socket;
     }
-    error = QStringLiteral("%1 port %2: %3").arg(address).arg(port).arg(QString::fromLocal8Bit(std::strerror(errno)));
+    error = QStringLiteral("%1 port %2: %3").arg(address).arg(port).arg(qt_error_string(errno));
     if (socket >= 0)
         ::close(socket);
     return -1;

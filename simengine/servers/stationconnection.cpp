@@ -11,7 +11,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t kReadBytes = 64 * 1024; ///< of one turn, so that no connection holds up the others
+constexpr std::size_t kReadBytes = std::size_t{64} * 1024; ///< of one turn, so that no connection holds up the others
 
 bool isOnlyNotNow(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;

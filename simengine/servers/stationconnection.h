@@ -34,7 +34,7 @@ public:
     Time deadline() const { return m_deadline; }
     bool hasDeadline() const { return m_state == State::Waiting || m_state == State::Closing; }
     /// Bytes that the socket has not taken yet.
-    std::size_t waitingOut() const { return static_cast<std::size_t>(m_out.size() - m_sent); }
+    std::size_t waitingOut() const { return static_cast<std::size_t>(m_out.size()) - static_cast<std::size_t>(m_sent); }
     /// Bytes of a line that has not ended.
     int waitingIn() const { return m_reader.waiting(); }
 

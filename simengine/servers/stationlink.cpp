@@ -55,7 +55,7 @@ bool StationLink::send(QByteArray const& lines) {
     std::lock_guard<std::mutex> const guard(m_answerMutex);
     if (!m_hasStation)
         return false;
-    if (static_cast<std::size_t>(m_answers.size() + lines.size()) > m_limits.answerBytes)
+    if (static_cast<std::size_t>(m_answers.size()) + static_cast<std::size_t>(lines.size()) > m_limits.answerBytes)
         m_overflow = true;
     else
         m_answers += lines;

@@ -178,6 +178,62 @@ private slots:
         }
     }
 
+    void pushed_document_takes_content_and_name_and_writes_nothing_data() {
+        QTest::addColumn<QString>("first");
+        QTest::newRow("of the machine") << "pushed";
+        QTest::newRow("in the line") << "data:";
+    }
+    void pushed_document_takes_content_and_name_and_writes_nothing() {
+        QFETCH(QString, first);
+        QRulerView writer(nullptr);
+        addSquares(writer, *m_root, 2);
+        writer.SetFileName("pushed");
+        QVERIFY(writer.SaveDoc());
+        if (first == "data:")
+            first += QString::fromLatin1(m_root->read("/MarkFile/pushed.mkf").toBase64());
+        QRulerView view(nullptr);
+        addSquares(view, *m_root, 1);
+        QVERIFY(view.ReadDoc(first, "received"));
+        QCOMPARE(count(view), 2);
+        QCOMPARE(view.GetFileName(), QString("received"));
+        QVERIFY(!m_root->exists("/MarkFile/received.mkf"));
+    }
+
+    void bad_push_leaves_the_present_document_data() {
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("second");
+        QTest::newRow("missing") << "no such document"
+                                 << "received";
+        QTest::newRow("not put") << "upload:nothing"
+                                 << "received";
+        QTest::newRow("no document") << "data:AAAA"
+                                     << "received";
+        QTest::newRow("no base64") << "data:*"
+                                   << "received";
+        QTest::newRow("name leads out") << "pushed"
+                                        << "../received";
+        QTest::newRow("content from outside") << "../pushed"
+                                              << "received";
+        QTest::newRow("no name") << "pushed"
+                                 << "";
+    }
+    void bad_push_leaves_the_present_document() {
+        QFETCH(QString, first);
+        QFETCH(QString, second);
+        QRulerView writer(nullptr);
+        addSquares(writer, *m_root, 2);
+        writer.SetFileName("pushed");
+        QVERIFY(writer.SaveDoc());
+        QVERIFY(m_root->write("/pushed.mkf", m_root->read("/MarkFile/pushed.mkf")));
+        QRulerView view(nullptr);
+        addSquares(view, *m_root, 1);
+        view.SetFileName("present");
+        QVERIFY(!view.ReadDoc(first, second));
+        QCOMPARE(count(view), 1);
+        QCOMPARE(view.GetFileName(), QString("present"));
+        QVERIFY(!m_root->exists("/MarkFile/received.mkf") && !m_root->exists("/received.mkf"));
+    }
+
     void saving_over_a_document_leaves_one_file() {
         QRulerView view(nullptr);
         view.SetFileName(path("again.mkf"));
