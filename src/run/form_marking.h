@@ -128,7 +128,8 @@ private:
     ManualResetEvent m_PauseEvent{false};
     ManualResetEvent m_StopEvent{false};
     MarkingThread m_Thread;
-    tessera::StopWatcher m_StopWatcher{[this] { return m_Thread.IsGoingOn(); }};
+    tessera::StopWatcher m_StopWatcher{[this] { return m_Thread.IsGoingOn(); },
+                                       [this] { return m_bCanExit && !m_Thread.IsActive(); }};
     tessera::RunCounter m_nMarkCnt;
     qint64 m_nRunTime = 0; ///< ms
     QDateTime m_LastTime;  ///< invalid while paused

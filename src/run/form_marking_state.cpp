@@ -92,7 +92,7 @@ void Form_Marking::OnMarkFinishUI() {
 void Form_Marking::OnStopStateChanged(tessera::StopState state) {
     if (state != tessera::StopState::None)
         ShowStopState();
-    else if (m_bCanExit)
+    else if (m_bCanExit && !m_Thread.IsActive())
         SetIdleUI();
     emit StopStateChanged(state);
 }
@@ -135,8 +135,7 @@ void Form_Marking::ShowStatus(char const* color, char const* key) {
     ui->labelStatus->setText(LanguageManager::GetLanText(key) + QStringLiteral("..."));
 }
 
-/// Over the state of the run, which may have ended for this program while the card has not told so. What a confirmed
-/// stop leaves is shown by the end of the run.
+/// Over the state of the run, which may have ended for this program while the card has not told so.
 void Form_Marking::ShowStopState() {
     switch (m_StopWatcher.State()) {
     case tessera::StopState::None:

@@ -13,15 +13,13 @@ constexpr unsigned int kPaused = 1U << 24;
 } // namespace
 
 bool Stands(StopLook const& look) {
-    if (!look.open)
-        return true;
-    return look.status == MarkStatusStop && (look.info & (kRunning | kWaits | kPaused)) == 0 && look.outputsAtRest;
+    return look.status == MarkStatusStop && (look.info & (kRunning | kWaits | kPaused)) == 0;
 }
 
 StopState StopConfirmation::Order(std::int64_t nowMs) {
     if (m_State == StopState::None) {
         m_State = StopState::Stopping;
-        m_nOrderedMs = nowMs;
+        m_nSinceMs = nowMs;
     }
     return m_State;
 }
@@ -29,10 +27,15 @@ StopState StopConfirmation::Order(std::int64_t nowMs) {
 StopState StopConfirmation::Look(StopLook const& look, std::int64_t nowMs) {
     if (m_State == StopState::None)
         return m_State;
-    if (look.goingOn || Stands(look))
+    const bool stands = Stands(look);
+    if (!look.open || look.goingOn || (stands && look.runEnded && look.outputsAtRest)) {
         m_State = StopState::None;
-    else if (nowMs - m_nOrderedMs >= kLimitMs)
+    } else if (stands && !look.runEnded) {
+        m_State = StopState::Stopping;
+        m_nSinceMs = nowMs;
+    } else if (nowMs - m_nSinceMs >= kLimitMs) {
         m_State = StopState::Unconfirmed;
+    }
     return m_State;
 }
 

@@ -14,37 +14,38 @@ enum class StopState {
     Unconfirmed, ///< the card has not reported it in time
 };
 
-/// What the machine tells at one moment.
+/// What is seen at one moment.
 struct StopLook {
     bool open = true;                   ///< the card answers at all
     MarkStatus status = MarkStatusStop; ///< run state as it was set
     unsigned int info = 0;              ///< the card's own status word of the run
-    bool outputsAtRest = true;          ///< the outputs of the stack light read back as they were last written
+    bool runEnded = true;               ///< the program has taken in the end of the run and set the outputs for rest
+    bool outputsAtRest = true;          ///< they read back so
     bool goingOn = false;               ///< a new run has begun since
 };
 
-/// Whether the machine stands: the run state is stop, the card itself neither marks nor holds nor waits, and the
-/// outputs are as written. The laser line is the card's: it is off when the card reports no run. A closed card has
-/// none.
+/// Whether the card stands: the run state is stop, and the card itself neither marks nor holds nor waits. The laser
+/// line is the card's: it is off when the card reports no run.
 bool Stands(StopLook const& look);
 
-/// Follows a stop from the command until the machine reports that it stands. Commands nothing. A plain value; times are
-/// ms of a clock that never goes back.
+/// Follows a stop from the command until the card reports that it stands and the outputs are at rest. Commands nothing.
+/// A plain value; times are ms of a clock that never goes back.
 class StopConfirmation {
 public:
-    /// Longest time between the command and the report, ms: a card stands within milliseconds.
+    /// Longest time for the card to stand after the command, and for the outputs after the end of the run, ms. Either
+    /// takes milliseconds; between the two the plant may be given an end signal that lasts longer.
     static constexpr std::int64_t kLimitMs = 2000;
 
     StopState State() const { return m_State; }
     /// A stop has been commanded. One that comes while another is under way changes nothing: the time runs from the
     /// first, and what is unconfirmed stays so.
     StopState Order(std::int64_t nowMs);
-    /// Takes what the machine tells now. A late report confirms too.
+    /// Takes what is seen now. A late report confirms too. A closed card has nothing more to report.
     StopState Look(StopLook const& look, std::int64_t nowMs);
 
 private:
     StopState m_State = StopState::None;
-    std::int64_t m_nOrderedMs = 0;
+    std::int64_t m_nSinceMs = 0; ///< what is waited for now has been waited for since then
 };
 
 } // namespace tessera

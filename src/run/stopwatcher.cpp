@@ -15,9 +15,8 @@ namespace {
 constexpr int kLookMs = 20;
 constexpr int kLastOutput = 31;
 
-StopLook lookAt(IMarkCardBase const* card, bool goingOn) {
+StopLook lookAt(IMarkCardBase const* card) {
     StopLook look;
-    look.goingOn = goingOn;
     look.open = card && card->IsCardOpend();
     if (!look.open)
         return look;
@@ -62,9 +61,10 @@ bool RunLampReadsBack(IMarkCardBase const& card, IOOutputSet const& outputs) {
     return (card.GetOutputBit(green) != 0) == (lit[1] != outputs.IsOutputInv());
 }
 
-StopWatcher::StopWatcher(std::function<bool()> goingOn, QObject* parent)
+StopWatcher::StopWatcher(std::function<bool()> goingOn, std::function<bool()> runEnded, QObject* parent)
     : QObject(parent)
-    , m_GoingOn(std::move(goingOn)) {
+    , m_GoingOn(std::move(goingOn))
+    , m_RunEnded(std::move(runEnded)) {
     m_Timer.setObjectName(QStringLiteral("stopTimer"));
     m_Timer.setInterval(kLookMs);
     connect(&m_Timer, &QTimer::timeout, this, &StopWatcher::Look);
@@ -92,7 +92,10 @@ void StopWatcher::Look() {
     const StopState before = m_Confirmation.State();
     if (before == StopState::None)
         return;
-    m_Confirmation.Look(lookAt(MarkCardInstance::Instance(), m_GoingOn()), Now());
+    StopLook look = lookAt(MarkCardInstance::Instance());
+    look.goingOn = m_GoingOn();
+    look.runEnded = m_RunEnded();
+    m_Confirmation.Look(look, Now());
     Take(before);
 }
 

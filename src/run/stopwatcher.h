@@ -12,13 +12,14 @@ class IOOutputSet;
 
 namespace tessera {
 
-/// Looks at the card after a stop has been commanded, until it reports that it stands. Only looks. Main thread, but for
-/// Ordered.
+/// Looks at the card and its outputs after a stop has been commanded, until it is confirmed. Only looks. Main thread,
+/// but for Ordered.
 class StopWatcher : public QObject {
     Q_OBJECT
 public:
-    /// `goingOn` tells whether a run is under way that nobody has stopped.
-    explicit StopWatcher(std::function<bool()> goingOn, QObject* parent = nullptr);
+    /// `goingOn` tells whether a run is under way that nobody has stopped, `runEnded` whether the end of the last one
+    /// has been taken in.
+    StopWatcher(std::function<bool()> goingOn, std::function<bool()> runEnded, QObject* parent = nullptr);
 
     /// Time for Ordered, ms.
     static std::int64_t Now();
@@ -36,6 +37,7 @@ private:
     void Take(StopState before);
 
     std::function<bool()> m_GoingOn;
+    std::function<bool()> m_RunEnded;
     StopConfirmation m_Confirmation;
     QTimer m_Timer{this};
 };

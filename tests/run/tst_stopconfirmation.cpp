@@ -13,13 +13,30 @@ namespace {
 constexpr unsigned int kRunning = 1U << 0;
 constexpr unsigned int kPaused = 1U << 24;
 
-StopLook look(MarkStatus status, unsigned int info, bool outputs = true, bool open = true, bool goingOn = false) {
+StopLook look(MarkStatus status, unsigned int info) {
     StopLook made;
     made.status = status;
     made.info = info;
-    made.outputsAtRest = outputs;
-    made.open = open;
-    made.goingOn = goingOn;
+    return made;
+}
+
+StopLook closed() {
+    StopLook made;
+    made.open = false;
+    made.outputsAtRest = false;
+    return made;
+}
+
+/// The card stands, and the program has not taken in the end of the run yet.
+StopLook unended() {
+    StopLook made;
+    made.runEnded = false;
+    return made;
+}
+
+StopLook stuck() {
+    StopLook made;
+    made.outputsAtRest = false;
     return made;
 }
 
@@ -36,6 +53,7 @@ private slots:
     void without_an_order_nothing_is_shown_whatever_the_card_tells();
     void a_second_order_changes_nothing();
     void a_late_report_confirms_and_the_next_stop_begins_anew();
+    void the_outputs_get_their_time_from_the_end_of_the_run_on();
 };
 
 void StopConfirmationTest::what_stands_data() {
@@ -44,8 +62,6 @@ void StopConfirmationTest::what_stands_data() {
     QTest::newRow("at rest") << look(MarkStatusStop, 0) << true;
     QTest::newRow("state run") << look(MarkStatusRun, 0) << false;
     QTest::newRow("state pause") << look(MarkStatusPause, 0) << false;
-    QTest::newRow("run lamp not as written") << look(MarkStatusStop, 0, false) << false;
-    QTest::newRow("closed card") << look(MarkStatusRun, ~0U, false, false) << true;
     for (int bit = 0; bit < 32; ++bit) {
         const bool busy = bit == 0 || (bit >= 20 && bit <= 24);
         QTest::addRow("status bit %d", bit) << look(MarkStatusStop, 1U << bit) << !busy;
@@ -64,7 +80,8 @@ void StopConfirmationTest::a_state_follows_from_what_was_seen_and_when_data() {
     const StopLook rest = look(MarkStatusStop, 0);
     const StopLook runs = look(MarkStatusStop, kRunning);
     const StopLook held = look(MarkStatusStop, kPaused);
-    const StopLook anew = look(MarkStatusRun, kRunning, true, true, true);
+    StopLook anew = look(MarkStatusRun, kRunning);
+    anew.goingOn = true;
     const int limit = int(StopConfirmation::kLimitMs);
     QCOMPARE(limit, 2000);
     QTest::newRow("stands at once") << rest << 0 << StopState::None;
@@ -73,9 +90,12 @@ void StopConfirmationTest::a_state_follows_from_what_was_seen_and_when_data() {
     QTest::newRow("runs at the limit") << runs << limit << StopState::Unconfirmed;
     QTest::newRow("runs long after") << runs << 100 * limit << StopState::Unconfirmed;
     QTest::newRow("held at the limit") << held << limit << StopState::Unconfirmed;
-    QTest::newRow("outputs wrong at the limit") << look(MarkStatusStop, 0, false) << limit << StopState::Unconfirmed;
+    QTest::newRow("outputs wrong just below the limit") << stuck() << limit - 1 << StopState::Stopping;
+    QTest::newRow("outputs wrong at the limit") << stuck() << limit << StopState::Unconfirmed;
+    QTest::newRow("stands, run not ended") << unended() << 0 << StopState::Stopping;
+    QTest::newRow("stands, run not ended at the limit") << unended() << limit << StopState::Stopping;
     QTest::newRow("stands at the limit") << rest << limit << StopState::None;
-    QTest::newRow("closed at the limit") << look(MarkStatusStop, 0, true, false) << limit << StopState::None;
+    QTest::newRow("closed at the limit") << closed() << limit << StopState::None;
     QTest::newRow("a new run goes on") << anew << 20 << StopState::None;
     QTest::newRow("a new run goes on at the limit") << anew << limit << StopState::None;
 }
@@ -115,6 +135,18 @@ void StopConfirmationTest::a_late_report_confirms_and_the_next_stop_begins_anew(
     QCOMPARE(stop.Look(look(MarkStatusStop, 0), 60'000), StopState::None);
     QCOMPARE(stop.Order(70'000), StopState::Stopping);
     QCOMPARE(stop.Look(look(MarkStatusStop, kRunning), 71'999), StopState::Stopping);
+}
+
+/// An end signal may hold the run for long while the card stands.
+void StopConfirmationTest::the_outputs_get_their_time_from_the_end_of_the_run_on() {
+    StopConfirmation stop;
+    stop.Order(0);
+    QCOMPARE(stop.Look(look(MarkStatusStop, kRunning), 2000), StopState::Unconfirmed);
+    QCOMPARE(stop.Look(unended(), 2020), StopState::Stopping);
+    QCOMPARE(stop.Look(unended(), 9000), StopState::Stopping);
+    QCOMPARE(stop.Look(stuck(), 10'999), StopState::Stopping);
+    QCOMPARE(stop.Look(stuck(), 11'000), StopState::Unconfirmed);
+    QCOMPARE(stop.Look(look(MarkStatusStop, 0), 30'000), StopState::None);
 }
 
 QTEST_GUILESS_MAIN(StopConfirmationTest)

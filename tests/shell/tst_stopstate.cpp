@@ -39,6 +39,8 @@ private slots:
     void a_stop_that_is_not_confirmed_in_time_is_told_in_red_until_the_card_stands();
     void looking_for_the_confirmation_calls_nothing();
     void a_held_job_that_does_not_end_is_not_confirmed();
+    void outputs_that_do_not_come_to_rest_are_told();
+    void an_end_signal_that_lasts_is_no_fault();
     void a_stop_without_a_run_shows_nothing();
     void a_job_triggered_out_of_the_red_light_loop_ends_the_wait();
     void a_closed_card_ends_the_wait();
@@ -170,6 +172,40 @@ void StopStateTest::a_held_job_that_does_not_end_is_not_confirmed() {
     QVERIFY(waitFor([this] { return unconfirmed(); }));
     QVERIFY(machine().setFault(kHangs, false));
     QTRY_VERIFY(idle());
+}
+
+void StopStateTest::outputs_that_do_not_come_to_rest_are_told() {
+    QVERIFY(startWithJob());
+    QVERIFY(machine().setFault("outputs_stuck", true));
+    dialog().StopMark();
+    QTRY_VERIFY(hasEnded());
+    QVERIFY(!isRunning());
+    QVERIFY(stopping());
+    QVERIFY(waitFor([this] { return unconfirmed(); }));
+    QVERIFY(machine().setFault("outputs_stuck", false));
+    IOOutputSet::Instance()->SetYellow(MarkCardInstance::Instance());
+    QTRY_VERIFY(idle());
+    QVERIFY(bar()->isHidden());
+}
+
+/// The plant's signal at the end of a stopped job, given for longer than a stop may take.
+void StopStateTest::an_end_signal_that_lasts_is_no_fault() {
+    IOOutputSet* outputs = IOOutputSet::Instance();
+    outputs->SetEndSignal(true, 9, 1, 0, 2600, -1, 1, 0, false);
+    outputs->m_bStopHasEndSig = true;
+    QVERIFY(startWithJob());
+    QSignalSpy stops(&dialog(), &Form_Marking::StopStateChanged);
+    QElapsedTimer time;
+    time.start();
+    dialog().StopMark();
+    machine().setSpeed(1.0); // of the signal
+    QVERIFY(stopping());
+    QVERIFY(waitFor([this] { return idle(); }));
+    QVERIFY2(time.elapsed() >= 2500, qPrintable(QString::number(time.elapsed())));
+    QCOMPARE(stops.size(), 2);
+    QCOMPARE(stops.at(1).at(0).value<tessera::StopState>(), tessera::StopState::None);
+    outputs->SetEndSignal(false, -1, 1, 0, 0, -1, 1, 0, false);
+    outputs->m_bStopHasEndSig = false;
 }
 
 void StopStateTest::a_stop_without_a_run_shows_nothing() {
