@@ -45,7 +45,7 @@ public:
 
 private:
     StopState m_State = StopState::None;
-    std::int64_t m_nSinceMs = 0; ///< what is waited for now has been waited for since then
+    std::int64_t m_nSinceMs = 0; ///< when the wait under way began
 };
 
 } // namespace tessera

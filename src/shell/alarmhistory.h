@@ -20,7 +20,7 @@ public:
     /// `limit` of 1 or more: with more entries the oldest that is over goes. Only when all are active, the oldest.
     explicit AlarmHistory(int limit = kAlarmHistoryLimit);
 
-    /// Takes what is active now: raises what has come, ends what has gone. Returns the entries that have changed,
+    /// Takes what is active: raises what has come, ends what has gone. Returns the entries that have changed,
     /// oldest first, each as it is now.
     QVector<AlarmEntry> Update(QVector<ActiveAlarm> const& active, qint64 nowMs);
     /// The program ends: so do all active alarms, marked so.
