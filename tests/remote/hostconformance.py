@@ -53,9 +53,14 @@ class Program:
         with open(self.root + "/ini/SystemParam.ini", "w", encoding="utf-8") as ini:
             ini.write("[Host]\nScribePort=%d\n" % self.port)
         self.errors = open(self.folder.name + "/errors", "w+b")
-        self.process = subprocess.Popen([program, "-platform", "offscreen", "--root", self.root, "--sim-speed", "0",
-                                         "--import", sample], stdout=subprocess.DEVNULL, stderr=self.errors)
+        self.process = subprocess.Popen([program, "-platform", "offscreen", "--root", self.root, "--import", sample] + self.prepare(),
+                                        stdout=subprocess.DEVNULL, stderr=self.errors,
+                                        env=dict(os.environ, XDG_RUNTIME_DIR=self.folder.name))
         wait_until(self.is_ready, "the program")
+
+    def prepare(self):
+        """Further settings of the root, and the arguments that go with them."""
+        return ["--sim-speed", "0"]
 
     def is_ready(self):
         """It listens before it has its document, so ask until the answer is another."""
@@ -78,12 +83,22 @@ class Program:
 
     def stop(self):
         self.process.send_signal(signal.SIGTERM)
+        return self.wait_end()
+
+    def wait_end(self):
+        """Exit code, error output and log of a program that was told to end."""
         code = self.process.wait(WAIT)
         self.errors.seek(0)
-        errors = self.errors.read().decode("utf-8", "replace")
+        told = code, self.errors.read().decode("utf-8", "replace"), self.log().decode("utf-8", "replace")
         self.errors.close()
         self.folder.cleanup()
-        return code, errors
+        return told
+
+    def kill(self):
+        """After a test that failed; a program that has ended stays as it is."""
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait(WAIT)
 
 
 class Host:
@@ -189,7 +204,7 @@ class Conformance(unittest.TestCase):
 
     @classmethod
     def tearDownClass(cls):
-        code, errors = cls.program.stop()
+        code, errors, _ = cls.program.stop()
         if code != 0:
             raise AssertionError("the program ended with %d: %s" % (code, errors[-4000:]))
 
@@ -288,8 +303,17 @@ class Conformance(unittest.TestCase):
             self.compare(frames)
 
 
-if __name__ == "__main__":
+PROGRAM = SAMPLE = ""
+
+
+def main(usage):
+    """Runs the tests of the script that was started: its first two arguments are PROGRAM and SAMPLE."""
+    global PROGRAM, SAMPLE
     if len(sys.argv) < 3:
-        sys.exit(__doc__)
+        sys.exit(usage)
     PROGRAM, SAMPLE = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     unittest.main(argv=[sys.argv[0]] + sys.argv[3:], verbosity=2)
+
+
+if __name__ == "__main__":
+    main(__doc__)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/remote/remotefixture.h"
 
+#include <QPushButton>
+
 using namespace tests;
 
 /// A station that is not of the server kind: what is there all the same. What is listened to is decided when the first
@@ -10,6 +12,8 @@ class ExternalLocalTest : public QObject, private RemoteFixture {
 
 private slots:
     void init() {
+        // Else the documents of the test before are opened again.
+        QDir(m_Root.path(QStringLiteral("/MarkFile"))).removeRecursively();
         resetMachine();
         machine().setSpeed(0.0);
     }
@@ -21,6 +25,7 @@ private slots:
     void the_server_is_not_started_in_other_modes_data();
     void the_server_is_not_started_in_other_modes();
     void a_host_runs_and_stops_documents();
+    void a_stop_of_a_local_run_makes_no_calls_for_the_remote_run_before_it();
 };
 
 void ExternalLocalTest::the_server_is_not_started_in_other_modes_data() {
@@ -53,6 +58,25 @@ void ExternalLocalTest::a_host_runs_and_stops_documents() {
     response().VZMarkStop();
     QTRY_VERIFY(isReady(reply));
     QCOMPARE(machine().state().status, 2);
+}
+
+/// A remote run that has ended must not be stopped again in what is the local run's time.
+void ExternalLocalTest::a_stop_of_a_local_run_makes_no_calls_for_the_remote_run_before_it() {
+    m_Window = std::make_unique<RunningWindow>();
+    m_Window->newDocument();
+    QCOMPARE(hostOrder(0), std::make_pair(true, QStringLiteral("文档执行成功")));
+    window().ShowNormalMarkWindow();
+    machine().setSpeed(kSlowRun);
+    Form_Marking::Instance()->findChild<QPushButton*>(QStringLiteral("pushButtonStart"))->click();
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    machine().clearJournal();
+    window().IOStopRun();
+    QTRY_VERIFY(!Form_Marking::Instance()->IsRunning());
+    QTRY_COMPARE(only(machineJournal(), {"SetMarkStaus"}).size(), 3);
+    // Three calls of the stop, then one of the worker and one of the dialog.
+    COMPARE_JOURNAL(only(machineJournal(), {"StopMark", "SetMarkStaus", "SetMarkType", "StartMark"}),
+                    {call("StopMark"), call("SetMarkStaus", 2), call("StopMark"), call("SetMarkStaus", 2),
+                     call("SetMarkStaus", 2)});
 }
 
 QTEST_MAIN(ExternalLocalTest)
