@@ -1072,5 +1072,9 @@
     <message><source>停止未确认</source><translation>Stop unconfirmed</translation></message>
     <message><source>停止已确认</source><translation>Stop confirmed</translation></message>
     <message><source>停止未确认,请按硬件急停</source><translation>Stop unconfirmed: press the hardware E-stop</translation></message>
+    <!-- Multi-document run -->
+    <message><source>运行次数</source><translation>Runs</translation></message>
+    <message><source>触发序号</source><translation>Trigger no.</translation></message>
+    <message><source>多文档保存失败</source><translation>The project could not be saved</translation></message>
 </context>
 </TS>

@@ -8,6 +8,7 @@
 #include "engine/markshapecontainer.h"
 #include "engine/qrulerview.h"
 #include "engine/rundatagather.h"
+#include "multidoc/multidocmark.h"
 #include "remote/stationanswer.h"
 #include "run/form_marking.h"
 #include "shell/mainwindow.h"
@@ -72,6 +73,8 @@ void ExternalResponse::VZMarkStop() {
     card->StopMark();
     if (Form_Marking* dialog = Form_Marking::Instance())
         dialog->StopMark();
+    if (MultiDocMark* project = MultiDocMark::Instance())
+        project->StopMark();
     m_Thread.StopTrigger();
 }
 

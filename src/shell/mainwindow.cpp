@@ -15,12 +15,13 @@
 #include "engine/showdebuginfo.h"
 #include "engine/systemparam.h"
 #include "laser/runlaserstart.h"
+#include "multidoc/multidocmark.h"
 #include "remote/externalresponse.h"
 #include "remote/hostresponsetcp.h"
+#include "run/delayedstop.h"
 #include "run/form_marking.h"
 #include "shell/alarmhistorydialog.h"
 #include "shell/alarmrecorder.h"
-#include "shell/delayedstop.h"
 #include "shell/updateinputthread.h"
 #include "shell/windowgeometry.h"
 #include "support/approot.h"
@@ -58,6 +59,7 @@ void MainWindow::InitMainWnd() {
     // nothing of it is on the screen yet: setWindowFlags() would style every widget anew
     window->overrideWindowFlags(window->windowFlags() & ~(Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
     Form_Marking::InitWindow(window);
+    MultiDocMark::InitWindow(window);
     window->InitMainWindow();
     ShowDebugInfo::Instance();
     ShowDebugIno::SetInstance(window);
@@ -118,7 +120,7 @@ MainWindow::MainWindow()
 }
 
 /// The custom window goes while all that it may ask for is there. What the threads use goes in the reverse order of
-/// use: first the threads, then the remote orders and the run dialog with their workers, then the views that they
+/// use: first the threads, then the remote orders and the run dialogs with their workers, then the views that they
 /// marked.
 MainWindow::~MainWindow() {
     ShowDebugIno::SetInstance(nullptr);
@@ -132,6 +134,7 @@ MainWindow::~MainWindow() {
     m_KeyThread.Finish();
     ExternalResponse::Instance()->CloseOrders();
     delete Form_Marking::Instance();
+    delete MultiDocMark::Instance();
     m_pCurDoc = nullptr;
     for (QRulerView* view : qAsConst(m_Docs)) {
         view->disconnect(this);
@@ -164,6 +167,8 @@ void MainWindow::StartUp() {
         ShowNormalMarkWindow();
     if (mode == 2) {
         ShowMultDocMarkWindow();
+        if (MarkWindowIsVisible() == 2)
+            MultiDocMark::Instance()->StartMark();
         return;
     }
     SetReadyOut(0);

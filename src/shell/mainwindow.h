@@ -293,6 +293,7 @@ private:
     void CheckSafe(unsigned int input);
     void TakeSafetyStep(tessera::SafetyStep const& step);
     void CheckRunStop(unsigned int input);
+    void CheckMultiDoc(unsigned int input);
     void CheckAutoManual(unsigned int input);
     void CheckFilberLaserAlarm();
     void RecordAlarms();

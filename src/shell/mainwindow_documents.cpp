@@ -8,6 +8,7 @@
 #include "engine/vzlistviewex.h"
 #include "files/filelistview.h"
 #include "files/filemanager.h"
+#include "multidoc/multidocmark.h"
 #include "remote/externalresponse.h"
 #include "run/form_marking.h"
 #include "shell/leftpanel.h"
@@ -186,6 +187,7 @@ void MainWindow::ResetFiles() {
     if (!m_OpenFiles.isEmpty()) {
         CloseAllFile();
         ReadRecentFile();
+        MultiDocMark::Instance()->ReadRecent();
     }
     Activate(name);
     m_bSaveRecent = true;
@@ -271,6 +273,8 @@ void MainWindow::DeleteView(QRulerView* view) {
     ExternalResponse* response = ExternalResponse::Instance();
     if (response->IsMarking(view))
         response->StopRunAndWait();
+    if (MultiDocMark* project = MultiDocMark::Instance())
+        project->ForgetView(view);
     { const std::lock_guard<std::mutex> lock(m_DocUseLock); }
     delete view;
 }

@@ -5,6 +5,7 @@
 #include "engine/marklog.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
+#include "multidoc/multidocmark.h"
 #include "remote/externalresponse.h"
 #include "run/form_marking.h"
 #include "shell/statuseview.h"
@@ -52,8 +53,11 @@ void MainWindow::IOPauseRun() {
 
 /// A remote run goes on without a run dialog; whoever asks for a stop at the machine means it too.
 void MainWindow::IOStopRun() {
-    if (MarkWindowIsVisible() == 1)
+    const int visible = MarkWindowIsVisible();
+    if (visible == 1)
         Form_Marking::Instance()->StopMark();
+    else if (visible == 2)
+        MultiDocMark::Instance()->StopMark();
     ExternalResponse::Instance()->StopRun();
 }
 

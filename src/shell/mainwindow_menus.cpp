@@ -12,6 +12,7 @@
 #include "engine/qrulerview.h"
 #include "engine/showdebuginfo.h"
 #include "files/filemanager.h"
+#include "multidoc/multidocmark.h"
 #include "run/form_marking.h"
 #include "shell/processwindow.h"
 #include "support/approot.h"
@@ -72,6 +73,7 @@ void MainWindow::on_actionSetLan_triggered() {
     QRulerView const* view = GetActiveView();
     SetSelectObjCnt(view ? view->GetSelectedToolCnt() : 0);
     Form_Marking::Instance()->SetUIText();
+    MultiDocMark::Instance()->SetUIText();
 }
 
 /// Asked for with OK alone, Qt adds the default button, so that there is a way back.

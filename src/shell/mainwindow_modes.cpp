@@ -4,6 +4,7 @@
 #include "engine/iooutputset.h"
 #include "engine/markcardinstance.h"
 #include "engine/systemparam.h"
+#include "multidoc/multidocmark.h"
 #include "run/form_marking.h"
 #include "shell/alarmctrl.h"
 #include "shell/customuitype.h"
@@ -14,7 +15,9 @@
 
 namespace {
 
+/// What MarkWindowIsVisible gives.
 constexpr int kNormalMarkWindow = 1;
+constexpr int kMultDocMarkWindow = 2;
 
 bool optionalTool(bool enabled) {
     const int mode = SystemParam::Instance()->GetWorkMode();
@@ -31,7 +34,10 @@ void MainWindow::SetMarkStatus(bool run) {
 
 int MainWindow::VisibleMarkWindow() const {
     Form_Marking const* dialog = Form_Marking::Instance();
-    return dialog && dialog->IsShown() ? kNormalMarkWindow : 0;
+    if (dialog && dialog->IsShown())
+        return kNormalMarkWindow;
+    MultiDocMark const* project = MultiDocMark::Instance();
+    return project && project->IsShown() ? kMultDocMarkWindow : 0;
 }
 
 int MainWindow::MarkWindowIsVisible() {
@@ -40,7 +46,9 @@ int MainWindow::MarkWindowIsVisible() {
 }
 
 QWidget* MainWindow::MarkWindow(int kind) const {
-    return kind == kNormalMarkWindow ? Form_Marking::Instance() : nullptr;
+    if (kind == kNormalMarkWindow)
+        return Form_Marking::Instance();
+    return kind == kMultDocMarkWindow ? MultiDocMark::Instance() : nullptr;
 }
 
 void MainWindow::ShowNormalMarkWindow() {
@@ -56,8 +64,12 @@ void MainWindow::ShowNormalMarkWindow() {
 /// A dialog that is already up keeps its place, and is centred; the ready output tells the host of the multi-document
 /// run in either case.
 void MainWindow::ShowMultDocMarkWindow() {
-    if (MarkWindowIsVisible() != 0)
+    if (MarkWindowIsVisible() != 0) {
         MoveMarkWindow2Center(false);
+    } else {
+        const std::lock_guard<std::mutex> lock(m_MarkWndLock);
+        MultiDocMark::Instance()->setVisible(true);
+    }
     SetReadyOut(1);
 }
 

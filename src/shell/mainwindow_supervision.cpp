@@ -14,9 +14,10 @@
 #include "engine/systemparam.h"
 #include "iosetup/laseralarmpara.h"
 #include "laser/runlaserstart.h"
+#include "multidoc/multidocmark.h"
 #include "remote/externalresponse.h"
+#include "run/delayedstop.h"
 #include "shell/alarmctrl.h"
-#include "shell/delayedstop.h"
 #include "shell/laserfinding.h"
 #include "shell/safetycheck.h"
 #include "shell/updateinputthread.h"
@@ -61,6 +62,7 @@ void MainWindow::CheckInput(unsigned int input) {
         return;
     CheckSafe(input);
     CheckRunStop(input);
+    CheckMultiDoc(input);
     CheckAutoManual(input);
     if (QRulerView const* view = GetActiveView())
         RunDataGather::Instance()->SetCurDocName(view->GetFileName());
@@ -155,6 +157,11 @@ void MainWindow::CheckRunStop(unsigned int input) {
         ShowNormalMarkWindow();
         break;
     }
+}
+
+void MainWindow::CheckMultiDoc(unsigned int input) {
+    if (MarkWindowIsVisible() == 2)
+        MultiDocMark::Instance()->InputChange(input);
 }
 
 void MainWindow::CheckAutoManual(unsigned int input) {

@@ -222,10 +222,10 @@ void MainWindowTest::start_up_opens_what_is_set_data() {
     QTest::addColumn<QStringList>("ready");
     QTest::newRow("nothing") << 0 << true << 0 << QStringList{"7", "0"};
     QTest::newRow("single") << 1 << true << 1 << QStringList{"7", "0"};
-    QTest::newRow("multi") << 2 << true << 0 << QStringList{"7", "1"};
+    QTest::newRow("multi") << 2 << true << 2 << QStringList{"7", "1"};
     QTest::newRow("unknown") << 17 << true << 0 << QStringList{"7", "0"};
     QTest::newRow("single, no ready output") << 1 << false << 1 << QStringList();
-    QTest::newRow("multi, no ready output") << 2 << false << 0 << QStringList();
+    QTest::newRow("multi, no ready output") << 2 << false << 2 << QStringList();
 }
 
 void MainWindowTest::start_up_opens_what_is_set() {

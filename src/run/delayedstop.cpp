@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "shell/delayedstop.h"
+#include "run/delayedstop.h"
 
 #include <utility>
 
