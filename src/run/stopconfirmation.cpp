@@ -27,6 +27,9 @@ StopState StopConfirmation::Order(std::int64_t nowMs) {
 StopState StopConfirmation::Look(StopLook const& look, std::int64_t nowMs) {
     if (m_State == StopState::None)
         return m_State;
+    // A start does not answer for the machine that was not seen to stand.
+    if (look.open && look.goingOn && m_State == StopState::Unconfirmed)
+        return m_State;
     const bool stands = Stands(look);
     if (!look.open || look.goingOn || (stands && look.runEnded && look.outputsAtRest)) {
         m_State = StopState::None;

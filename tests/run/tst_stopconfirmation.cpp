@@ -54,6 +54,7 @@ private slots:
     void a_second_order_changes_nothing();
     void a_late_report_confirms_and_the_next_stop_begins_anew();
     void the_outputs_get_their_time_from_the_end_of_the_run_on();
+    void a_start_does_not_take_back_that_a_stop_was_not_confirmed();
 };
 
 void StopConfirmationTest::what_stands_data() {
@@ -147,6 +148,19 @@ void StopConfirmationTest::the_outputs_get_their_time_from_the_end_of_the_run_on
     QCOMPARE(stop.Look(stuck(), 10'999), StopState::Stopping);
     QCOMPARE(stop.Look(stuck(), 11'000), StopState::Unconfirmed);
     QCOMPARE(stop.Look(look(MarkStatusStop, 0), 30'000), StopState::None);
+}
+
+void StopConfirmationTest::a_start_does_not_take_back_that_a_stop_was_not_confirmed() {
+    StopConfirmation stop;
+    stop.Order(0);
+    QCOMPARE(stop.Look(stuck(), StopConfirmation::kLimitMs), StopState::Unconfirmed);
+    StopLook anew = look(MarkStatusRun, kRunning);
+    anew.goingOn = true;
+    QCOMPARE(stop.Look(anew, StopConfirmation::kLimitMs + 20), StopState::Unconfirmed);
+    StopLook betweenPasses = unended();
+    betweenPasses.goingOn = true;
+    QCOMPARE(stop.Look(betweenPasses, StopConfirmation::kLimitMs + 40), StopState::Unconfirmed);
+    QCOMPARE(stop.Look(look(MarkStatusStop, 0), StopConfirmation::kLimitMs + 60), StopState::None);
 }
 
 QTEST_GUILESS_MAIN(StopConfirmationTest)
