@@ -9,6 +9,7 @@
 #include "engine/qrulerview.h"
 #include "engine/rundatagather.h"
 #include "multidoc/multidocmark.h"
+#include "remote/laserfrequency.h"
 #include "remote/stationanswer.h"
 #include "run/form_marking.h"
 #include "shell/mainwindow.h"
@@ -20,14 +21,9 @@ namespace {
 /// Arguments of a command to run.
 enum RunArgument { RunMarkType, RunOption, RunArgumentCount };
 
-/// The laser types that keep their frequency in kHz.
-bool frequencyInKilohertz(MarkCardType type) {
-    return type == MarkCardFilber || type == MarkCardSPI || type == MarkCardEP;
-}
-
 /// Power, frequency, pulse width and speed of a pen, as controlling stations read them.
 QStringList penReport(LayerData const& pen, MarkCardType type) {
-    const double frequency = frequencyInKilohertz(type) ? pen.Fre * 1000.0 : pen.Fre;
+    const double frequency = tessera::FrequencyInHertz(pen, type);
     const double pulse = 1.0 / frequency * 1e6 * pen.PWM / 100.0;
     return {QString::number(pen.Power, 'f', 3), QString::number(frequency, 'g', 6), QString::number(pulse, 'f', 3),
             QString::number(pen.MarkSpeed, 'f', 3)};

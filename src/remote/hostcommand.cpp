@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "remote/hostcommand.h"
 
+#include "remote/laserfrequency.h"
+
 #include <QByteArray>
 #include <QStringList>
 #include <charconv>
@@ -77,10 +79,8 @@ void real(QByteArray& text, LayerData const& layer, MarkCardType) {
     addDecimal(text, layer.*Member);
 }
 
-/// In Hz: these laser types keep it in kHz.
 void frequency(QByteArray& text, LayerData const& layer, MarkCardType laser) {
-    const bool isKilo = laser == MarkCardFilber || laser == MarkCardSPI || laser == MarkCardEP;
-    addDecimal(text, isKilo ? layer.Fre * 1000 : layer.Fre);
+    addDecimal(text, FrequencyInHertz(layer, laser));
 }
 
 /// In whole ms.
