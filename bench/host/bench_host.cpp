@@ -178,7 +178,7 @@ private:
     bool storm(StormKind const& kind) {
         std::atomic<bool> end{false};
         const double before = residentMiB();
-        const int descriptors = openDescriptors();
+        const int sockets = openSockets();
         double highest = before;
         bool good = true;
         Quiet quiet;
@@ -208,10 +208,10 @@ private:
         Quiet after;
         for (int i = 0; i < m_sizes.quiet; ++i)
             exchange(after);
-        int left = openDescriptors() - descriptors;
+        int left = openSockets() - sockets;
         for (const Clock::time_point closing = Clock::now(); left > 0 && msSince(closing) < 2000;) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            left = openDescriptors() - descriptors;
+            left = openSockets() - sockets;
         }
         std::printf("%s: %.1f s, %d exchanges taken over; load average %s\n", kind.title, seconds, quiet.takenOver,
                     loadAverage().c_str());
@@ -221,12 +221,12 @@ private:
         print(after);
         std::printf("  poll off its 30 ms by  %s, 99 %% %+.3f ms to calm\n", summary(poll).c_str(),
                     percentile(poll, 0.99) - percentile(m_calm, 0.99));
-        std::printf("  memory %.1f MiB before, %.1f highest, %.1f after; %d descriptors more\n", before, highest,
+        std::printf("  memory %.1f MiB before, %.1f highest, %.1f after; %d sockets more\n", before, highest,
                     residentMiB(), left);
         std::fflush(stdout);
         good = good && after.takenOver == 0 && left <= 0 && highest - before < kMemoryBound;
         if (!good)
-            std::fprintf(stderr, "bench_host: %s: a wrong or missing answer, or memory or descriptors that stay\n",
+            std::fprintf(stderr, "bench_host: %s: a wrong or missing answer, or memory or sockets that stay\n",
                          kind.title);
         return good;
     }

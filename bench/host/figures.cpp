@@ -42,8 +42,11 @@ double residentMiB() {
     return resident * double(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
 }
 
-int openDescriptors() {
-    return int(QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size());
+int openSockets() {
+    int count = 0;
+    for (QFileInfo const& one : QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System))
+        count += one.symLinkTarget().contains(QStringLiteral("socket:[")) ? 1 : 0;
+    return count;
 }
 
 std::string loadAverage() {

@@ -16,8 +16,8 @@ double percentile(std::vector<double> values, double share);
 std::string summary(std::vector<double> const& ms);
 /// Resident memory of this program, MiB.
 double residentMiB();
-/// Open descriptors of this program.
-int openDescriptors();
+/// Open sockets of this program.
+int openSockets();
 std::string loadAverage();
 
 /// How far each beat of the input poll is from 30 ms after the one before, where the window handles it.
