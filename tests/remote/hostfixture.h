@@ -5,6 +5,7 @@
 #include "remote/hostresponsetcp.h"
 #include "tests/remote/hostgbk.h"
 #include "tests/shell/windowcase.h"
+#include "tests/support/logtexts.h"
 #include "tests/support/socketclient.h"
 #include "tests/support/timeoutscale.h"
 
@@ -88,16 +89,7 @@ protected:
     }
 
     /// The log of this root, all days.
-    QString log() {
-        QString all;
-        const QDir folder(m_Root.path(QStringLiteral("/日志文件")));
-        for (QString const& name : folder.entryList({QStringLiteral("*.log")}, QDir::Files)) {
-            QFile file(folder.filePath(name));
-            if (file.open(QIODevice::ReadOnly))
-                all += QString::fromUtf8(file.readAll());
-        }
-        return all;
-    }
+    static QString log() { return QString::fromUtf8(logBytes()); }
     bool waitForClients(int count) {
         return waitFor([&] { return log().count(QStringLiteral("新客户端---127.0.0.1:")) >= count; });
     }

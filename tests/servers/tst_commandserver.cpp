@@ -8,6 +8,7 @@
 #include "simengine/servers/commandserversettings.h"
 #include "simengine/servers/documentuploads.h"
 #include "support/approot.h"
+#include "support/logtexts.h"
 #include "support/temporaryroot.h"
 #include "support/waitfor.h"
 
@@ -22,17 +23,6 @@
 #include <unistd.h>
 
 namespace {
-
-QByteArray logText() {
-    QByteArray all;
-    QDir const folder(tessera::rootPath("/日志文件"));
-    for (QString const& name : folder.entryList({"*.log"}, QDir::Files)) {
-        QFile file(folder.filePath(name));
-        if (file.open(QIODevice::ReadOnly))
-            all += file.readAll();
-    }
-    return all;
-}
 
 int journalled(char const* name) {
     int count = 0;
@@ -117,7 +107,7 @@ private slots:
         if (!settings) {
             QVERIFY(error.contains("is no port"));
             QVERIFY(!InitServer());
-            QVERIFY(logText().contains("is no port"));
+            QVERIFY(tests::logBytes().contains("is no port"));
             return;
         }
         QCOMPARE(settings->address, address);
@@ -168,7 +158,7 @@ private slots:
         QVERIFY(writeKey(bytes, static_cast<mode_t>(mode)));
         QVERIFY(!InitServer());
         QCOMPARE(CCSServerAccess::port(m_server), quint16(0));
-        QVERIFY2(logText().contains(logged), logText());
+        QVERIFY2(tests::logBytes().contains(logged), tests::logBytes());
         QCOMPARE(m_root->read("/ini/CommandServer.key"), bytes);
     }
 
@@ -176,7 +166,7 @@ private slots:
         QVERIFY(m_root->write("/ini/CommandServer.ini", kSettings));
         QVERIFY(QDir().mkpath(m_root->path("/ini/CommandServer.key")));
         QVERIFY(!InitServer());
-        QVERIFY(logText().contains("not a regular file"));
+        QVERIFY(tests::logBytes().contains("not a regular file"));
     }
 
     void the_longest_and_the_shortest_key_serve_data() {
@@ -199,17 +189,17 @@ private slots:
         QVERIFY(m_root->write("/ini/CommandServer.ini", "[server]\nport=" + QByteArray::number(other.serverPort())));
         QVERIFY(writeKey(kKey));
         QVERIFY(!InitServer());
-        QVERIFY(logText().contains("does not start: 127.0.0.1 port " + QByteArray::number(other.serverPort())));
+        QVERIFY(tests::logBytes().contains("does not start: 127.0.0.1 port " + QByteArray::number(other.serverPort())));
     }
 
     void listening_beyond_the_loopback_is_logged() {
         QVERIFY(m_root->write("/ini/CommandServer.ini", "[server]\nport=0\naddress=0.0.0.0\n"));
         QVERIFY(writeKey(kKey));
         QVERIFY(InitServer());
-        QVERIFY(logText().contains("command server: is open to the network"));
+        QVERIFY(tests::logBytes().contains("command server: is open to the network"));
         CloseServer();
         QVERIFY(start());
-        QCOMPARE(logText().count("is open to the network"), 1);
+        QCOMPARE(tests::logBytes().count("is open to the network"), 1);
     }
 
     void a_second_start_changes_nothing() {
@@ -245,8 +235,8 @@ private slots:
         QCOMPARE(got.Second, -4);
         QCOMPARE(got.Args, std::vector<QString>{"plate"});
         QCOMPARE(gotTag, 7);
-        QVERIFY(logText().contains("command server: 127.0.0.1 (line-3): SetCurDoc (tag 7), 1 arguments"));
-        QVERIFY(logText().contains("answered SetCurDoc (tag 7): 0, 文档切换成功"));
+        QVERIFY(tests::logBytes().contains("command server: 127.0.0.1 (line-3): SetCurDoc (tag 7), 1 arguments"));
+        QVERIFY(tests::logBytes().contains("answered SetCurDoc (tag 7): 0, 文档切换成功"));
     }
 
     void answers_come_from_any_thread() {
@@ -269,7 +259,7 @@ private slots:
             QVERIFY(station.send(Client::commandLine("RunManualStart", {"0", "0"}, 41)));
             QTRY_COMPARE(commands.count(), 1);
         }
-        QTRY_VERIFY(logText().contains("has gone"));
+        QTRY_VERIFY(tests::logBytes().contains("has gone"));
         Client again;
         QVERIFY(connectStation(again));
         m_server.WriteTcpMsg(commands[0][0].value<CCSCmd>(), commands[0][1].toInt());
@@ -283,8 +273,8 @@ private slots:
         m_server.WriteTcpMsg(cmd, 3);
         QVERIFY(start());
         m_server.WriteTcpMsg(cmd, 4);
-        QVERIFY(logText().contains("no station to answer SetCurDoc (tag 3)"));
-        QVERIFY(logText().contains("no station to answer SetCurDoc (tag 4)"));
+        QVERIFY(tests::logBytes().contains("no station to answer SetCurDoc (tag 3)"));
+        QVERIFY(tests::logBytes().contains("no station to answer SetCurDoc (tag 4)"));
         CloseServer();
         QCOMPARE(journalled("WriteTcpMsg"), 2);
         QCOMPARE(journalled("InitServer"), 1);
@@ -299,7 +289,7 @@ private slots:
         cmd.Name = "SyncFile";
         cmd.Args = {QString(1024 * 1024, 'x')};
         m_server.WriteTcpMsg(cmd, 1);
-        QVERIFY(logText().contains("the answer to SyncFile (tag 1) is too long to be sent"));
+        QVERIFY(tests::logBytes().contains("the answer to SyncFile (tag 1) is too long to be sent"));
         QVERIFY(station.send("{\"type\":\"ping\",\"tag\":2}\n"));
         QCOMPARE(station.message().value("type").toString(), QString("pong"));
     }
@@ -359,7 +349,7 @@ private slots:
                 station.line(),
                 QByteArray("{\"line\":4,\"reason\":\"upload: offset 3, but 4 bytes are there\",\"type\":\"error\"}"));
             QCOMPARE(sim::stationUploads().find("板"), QByteArray("\0\1\2\3", 4));
-            QVERIFY(logText().contains("refused line 4: upload: offset 3"));
+            QVERIFY(tests::logBytes().contains("refused line 4: upload: offset 3"));
             QVERIFY(station.send("{\"type\":\"put\",\"name\":\"b\",\"offset\":0,\"data\":\"AAEC\"}\n"
                                  "{\"type\":\"drop\",\"name\":\"b\"}\n{\"type\":\"drop\",\"name\":\"b\"}\n"));
             QVERIFY(!station.line().isNull());

@@ -3,6 +3,7 @@
 #include "engine/qrulerview.h"
 #include "simengine/servers/documentuploads.h"
 #include "simengine/servers/pusheddocument.h"
+#include "support/logtexts.h"
 #include "support/temporaryroot.h"
 
 #include <QDir>
@@ -46,14 +47,6 @@ private:
         return all;
     }
 
-    QString logText() const {
-        QString all;
-        QDir const folder(m_root->path("/日志文件"));
-        for (QString const& name : folder.entryList({"*.log"}, QDir::Files))
-            all += QString::fromUtf8(m_root->read("/日志文件/" + name));
-        return all;
-    }
-
     /// A push that is to be refused with `reason`, and after which all is as it was.
     void refuse(QString const& first, QString const& second, QString const& reason) {
         QRulerView view(nullptr);
@@ -64,7 +57,7 @@ private:
         QCOMPARE(view.GetFileName(), QString("before"));
         QCOMPARE(objectsOf(view), 1);
         QCOMPARE(everything(), before);
-        QVERIFY2(logText().contains(reason), qPrintable(logText()));
+        QVERIFY2(tests::logBytes().contains(reason.toUtf8()), tests::logBytes());
     }
 
 private slots:

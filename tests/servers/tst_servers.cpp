@@ -7,27 +7,15 @@
 #include "simengine/servers/rundatagatheraccess.h"
 #include "simengine/servers/runrecord.h"
 #include "support/approot.h"
+#include "support/logtexts.h"
 #include "support/socketclient.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QtTest>
 #include <atomic>
 #include <thread>
 
 namespace {
-
-QByteArray logText() {
-    QByteArray all;
-    QDir const folder(tessera::rootPath("/日志文件"));
-    for (QString const& name : folder.entryList({"*.log"}, QDir::Files)) {
-        QFile file(folder.filePath(name));
-        if (file.open(QIODevice::ReadOnly))
-            all += file.readAll();
-    }
-    return all;
-}
 
 class Laser : public IModbusLaser {
 public:
@@ -61,7 +49,7 @@ private:
     }
     /// Where the link listens, as the log tells.
     static quint16 cameraPort() {
-        QByteArray const log = logText();
+        QByteArray const log = tests::logBytes();
         QByteArray const mark = "camera link: listens at 127.0.0.1 port ";
         return log.mid(log.lastIndexOf(mark) + mark.size()).split('\n').first().toUShort();
     }
@@ -88,7 +76,7 @@ private slots:
         QFETCH(QByteArray, logged);
         CCDServer* const server = cameraLink(address);
         QVERIFY(!server->HasClient());
-        QVERIFY2(logText().contains(logged), logText());
+        QVERIFY2(tests::logBytes().contains(logged), tests::logBytes());
     }
 
     void a_camera_is_seen_while_it_is_connected() {
@@ -97,12 +85,12 @@ private slots:
         tests::SocketClient camera;
         QVERIFY(camera.connectTcp(cameraPort()));
         QTRY_VERIFY(server->HasClient());
-        QVERIFY(logText().contains("camera link: camera at 127.0.0.1"));
+        QVERIFY(tests::logBytes().contains("camera link: camera at 127.0.0.1"));
         QVERIFY(camera.write(QByteArray(1 << 20, 'x'))); // far more than the buffers hold: it is taken
         QVERIFY(server->HasClient());
         camera.close();
         QTRY_VERIFY(!server->HasClient());
-        QVERIFY(logText().contains("camera link: the camera has gone"));
+        QVERIFY(tests::logBytes().contains("camera link: the camera has gone"));
     }
 
     void the_newest_camera_is_the_camera() {
@@ -173,7 +161,7 @@ private slots:
         QCOMPARE(used.size(), 3);
         QVERIFY(used[0].MarkSpeed == 107.0 && used[1].MarkSpeed == 103.0 && used[2].MarkSpeed == 100.0);
         QVERIFY(!RunDataGather::Instance()->GetRunResult());
-        QVERIFY(logText().contains("stopped: 5 strokes"));
+        QVERIFY(tests::logBytes().contains("stopped: 5 strokes"));
         sim::RunRecord(job, nullptr).ended(true);
         QVERIFY(RunDataGather::Instance()->GetLayerList().isEmpty() && RunDataGather::Instance()->GetRunResult());
     }
