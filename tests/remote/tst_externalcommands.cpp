@@ -63,6 +63,7 @@ private slots:
     void an_odd_list_closes_nothing();
     void synchronising_during_a_run_is_refused();
     void a_pair_that_fails_ends_it_with_its_second_name();
+    void a_name_that_stands_twice_is_closed_like_any_other();
     void a_stop_with_nothing_running_is_good();
     void a_command_that_closes_the_marked_document_is_refused_and_the_run_goes_on();
 
@@ -290,6 +291,20 @@ void ExternalCommandsTest::a_pair_that_fails_ends_it_with_its_second_name() {
     QCOMPARE(answers(), QStringList{QStringLiteral("1|%1文档同步失败").arg(file("b"))});
     QCOMPARE(openNames(), QStringList{"a"});
     QVERIFY(!QFile::exists(file("c")));
+}
+
+void ExternalCommandsTest::a_name_that_stands_twice_is_closed_like_any_other() {
+    const QString one = makeFile(QStringLiteral("one"), 1);
+    const QString three = makeFile(QStringLiteral("three"), 3);
+    order(QStringLiteral("SyncFile"), {one, file("a"), three, file("b"), three, file("a")});
+    QCOMPARE(answers().last(), QStringLiteral("0|文档同步成功"));
+    QCOMPARE(openNames(), (QStringList{"a", "b", "a"}));
+    order(QStringLiteral("SyncFile"), {one, file("c")});
+    QCOMPARE(answers().last(), QStringLiteral("0|文档同步成功"));
+    QCOMPARE(openNames(), QStringList{"c"});
+    QVERIFY(!window().IsFileOpened(file("a")));
+    order(QStringLiteral("RunManualStart"), {"0", "0"});
+    QTRY_COMPARE(answers().last(), QStringLiteral("0|文档执行成功"));
 }
 
 void ExternalCommandsTest::a_stop_with_nothing_running_is_good() {

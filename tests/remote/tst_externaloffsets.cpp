@@ -75,7 +75,20 @@ private slots:
     void a_report_without_a_document_is_a_text();
     void times_have_hours_and_milliseconds_data();
     void times_have_hours_and_milliseconds();
+
+private:
+    void prepareRefusal();
 };
+
+/// One document, and alarm and state of the card as the row says.
+void ExternalOffsetsTest::prepareRefusal() {
+    QFETCH(bool, alarm);
+    QFETCH(bool, busy);
+    open(QStringLiteral("test"));
+    window().SetSafeAlarm(alarm, tessera::AlarmCurtain);
+    card()->SetMarkStaus(busy ? MarkStatusPause : MarkStatusStop);
+    machine().clearJournal();
+}
 
 void ExternalOffsetsTest::a_run_with_offsets_makes_its_calls_in_order() {
     open(QStringLiteral("test"));
@@ -115,15 +128,10 @@ void ExternalOffsetsTest::an_order_is_refused_in_order_data() {
 }
 
 void ExternalOffsetsTest::an_order_is_refused_in_order() {
-    QFETCH(bool, alarm);
-    QFETCH(bool, busy);
     QFETCH(int, doc);
     QFETCH(QString, text);
     QFETCH(QString, textByName);
-    open(QStringLiteral("test"));
-    window().SetSafeAlarm(alarm, tessera::AlarmCurtain);
-    card()->SetMarkStaus(busy ? MarkStatusPause : MarkStatusStop);
-    machine().clearJournal();
+    prepareRefusal();
     QCOMPARE(hostOrder(doc, {offsetRecord(1.0, 0.0)}), refused(qPrintable(text)));
     QCOMPARE(hostOrder(QStringLiteral("nobody.mkf"), {offsetRecord(1.0, 0.0)}), refused(qPrintable(textByName)));
     QVERIFY(machineJournal().isEmpty());
@@ -184,15 +192,10 @@ void ExternalOffsetsTest::orders_without_waiting_tell_refusals_alone_data() {
 }
 
 void ExternalOffsetsTest::orders_without_waiting_tell_refusals_alone() {
-    QFETCH(bool, alarm);
-    QFETCH(bool, busy);
     QFETCH(int, doc);
     QFETCH(QString, text);
     QFETCH(QString, textByName);
-    open(QStringLiteral("test"));
-    window().SetSafeAlarm(alarm, tessera::AlarmCurtain);
-    card()->SetMarkStaus(busy ? MarkStatusPause : MarkStatusStop);
-    machine().clearJournal();
+    prepareRefusal();
     QSignalSpy told(&response(), qOverload<bool, QString>(&ExternalResponse::MarkFinish));
     response().VZSetOffset(doc, QVector<CCDBufdata>{});
     response().VZSetOffset(QStringLiteral("nobody.mkf"), QVector<CCDBufdata>{});

@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <thread>
+#include <unistd.h>
 
 using namespace tests;
 
@@ -52,6 +53,11 @@ private:
         for (QFileInfo const& one : QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System))
             count += one.symLinkTarget().contains(QStringLiteral("socket:[")) ? 1 : 0;
         return count;
+    }
+    /// A thread of this process waits for something.
+    static bool isAsleep(pid_t thread) {
+        QFile file(QStringLiteral("/proc/self/task/%1/stat").arg(thread));
+        return file.open(QIODevice::ReadOnly) && file.readAll().contains(") S ");
     }
     static bool connectsTo(char const* address, quint16 to);
     /// The system takes little for the host, so that what it does not read piles up in the program.
@@ -301,16 +307,15 @@ void HostClientsTest::a_write_from_another_thread_reaches_the_client() {
 void HostClientsTest::a_write_from_another_thread_ends_with_the_window() {
     startWithHost();
     HostResponseTcp* server = HostResponseTcp::Instance();
-    std::atomic<bool> begun{false};
+    std::atomic<pid_t> writer{0};
     std::atomic<int> written{-1};
     std::thread other([&] {
-        begun = true;
+        writer = ::gettid();
         written = server->WriteData(QStringLiteral("x")) ? 1 : 0;
     });
-    while (!begun)
-        std::this_thread::yield();
     // The main thread does not come to it any more: it looks at no events before the end.
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    while (writer == 0 || !isAsleep(writer))
+        std::this_thread::yield();
     server->disconnect();
     m_Window.reset();
     other.join();
