@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -68,6 +69,8 @@ public:
         for (Series const& series : m_series)
             printRow(series);
         printRow(m_all);
+        std::printf("lost: %d while the beat's thread did not run, %d while the main thread was held, %d with a poll\n",
+                    m_losses[0], m_losses[1], m_losses[2]);
         std::printf("load average at the end %s\n", loadAverage().c_str());
         std::fflush(stdout);
         return m_all.lost == 0;
@@ -86,6 +89,7 @@ private:
             const double ms = m_plant.edge(kind);
             if (ms < 0.0) {
                 ++series.lost;
+                ++m_losses[static_cast<std::size_t>(m_plant.lossOfLastEdge())];
             } else {
                 series.answers.add(ms);
                 m_all.answers.add(ms);
@@ -108,6 +112,7 @@ private:
     char const* const m_load;
     std::vector<Series> m_series;
     Series m_all;
+    std::array<int, 3> m_losses{};
 };
 
 bool loaded(sim::SimControl& machine, int edges) {

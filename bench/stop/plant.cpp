@@ -47,6 +47,30 @@ std::int64_t firstNumber(sim::SimCall const& call) {
 
 } // namespace
 
+Plant::Plant(sim::SimControl& machine)
+    : m_machine(machine) {
+    MainWindow* window = MainWindow::Instance();
+    m_beat = QObject::connect(
+        window, &MainWindow::TimerUpDate, window, [this] { ++m_beats; }, Qt::DirectConnection);
+    // Behind the window's own slot, as it was connected later.
+    m_poll = QObject::connect(
+        window, &MainWindow::TimerUpDate, window, [this] { ++m_polls; }, Qt::QueuedConnection);
+}
+
+/// What is still queued for the main thread is waited for.
+Plant::~Plant() {
+    QObject::disconnect(m_beat);
+    QObject::disconnect(m_poll);
+    onMainThread([] {});
+}
+
+Plant::Loss Plant::lossOfLastEdge() const {
+    // One may have looked just before the edge.
+    if (m_pollsOfEdge > 1)
+        return Loss::NoStop;
+    return m_beatsOfEdge > 0 || m_beatWaited ? Loss::NoPoll : Loss::NoBeat;
+}
+
 void Plant::wire() {
     SystemParam::Instance()->m_nResponseIO = 1;
     GlassParam::Instance()->SetCheckSafeInRun(false);
@@ -93,10 +117,16 @@ double Plant::edge(Kind const& kind) {
     std::this_thread::sleep_for(std::chrono::microseconds(m_random() % (kPollMs * 1000)));
     m_machine.clearJournal();
     const std::uint64_t since = m_machine.journalEnd();
+    const int polls = m_polls;
+    const int beats = m_beats;
+    // While one waits no other is given.
+    m_beatWaited = beats > polls;
     MarkCardInstance::Instance()->SetOutputBit(kMarkOutput, 1);
     m_machine.setInput(kind.input, true);
     const double seen = waitAnswer(kind, since, 2 * kPollMs);
     m_machine.setInput(kind.input, false);
+    m_beatsOfEdge = m_beats - beats;
+    m_pollsOfEdge = m_polls - polls;
     // The poll may have sampled the input in the last moment.
     return seen < 0.0 ? waitAnswer(kind, since, 10 * kPollMs) : seen;
 }

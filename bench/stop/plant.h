@@ -4,6 +4,8 @@
 #include "engine/marktypes.h"
 #include "simengine/simcontrol.h"
 
+#include <QObject>
+#include <atomic>
 #include <cstdint>
 #include <random>
 
@@ -41,8 +43,10 @@ constexpr Kind kKinds[] = {
 /// threads: the computer's load does not make a door's switch come late.
 class Plant {
 public:
-    explicit Plant(sim::SimControl& machine)
-        : m_machine(machine) {}
+    explicit Plant(sim::SimControl& machine);
+    ~Plant();
+    Plant(Plant const&) = delete;
+    Plant& operator=(Plant const&) = delete;
 
     /// Wires the functions of all kinds. Main thread, before the window is made.
     static void wire();
@@ -54,6 +58,13 @@ public:
     /// An edge at any moment between two polls, held until the card is told to stop or pause, two poll periods at
     /// most. Gives the ms from the edge to that call; below 0 when none came.
     double edge(Kind const& kind);
+    /// Why no call came for the last edge.
+    enum class Loss {
+        NoBeat, ///< the thread that gives the beat did not run while the edge lasted: the computer itself stood still
+        NoPoll, ///< the beat was given and the main thread had not handled it when the edge was over
+        NoStop, ///< a poll has looked at the input and nothing followed
+    };
+    Loss lossOfLastEdge() const;
     /// Ends the job, if it goes on. The inputs are low.
     void endJob();
 
@@ -63,6 +74,13 @@ private:
 
     sim::SimControl& m_machine;
     std::mt19937 m_random{20261};
+    QMetaObject::Connection m_beat;
+    QMetaObject::Connection m_poll;
+    std::atomic<int> m_beats{0};
+    std::atomic<int> m_polls{0};
+    bool m_beatWaited = false;
+    int m_beatsOfEdge = 0;
+    int m_pollsOfEdge = 0;
 };
 
 } // namespace bench

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "engine/drawnparts.h"
-#include "shell/alarmctrl.h"
 #include "run/delayedstop.h"
+#include "shell/alarmctrl.h"
 #include "tests/shell/safetymodel.h"
 #include "tests/shell/supervisionfixture.h"
 #include "tests/support/timeoutscale.h"
