@@ -1075,6 +1075,8 @@
     <!-- Multi-document run -->
     <message><source>运行次数</source><translation>Runs</translation></message>
     <message><source>触发序号</source><translation>Trigger no.</translation></message>
+    <message><source>最近运行</source><translation>Last run</translation></message>
+    <message><source>可能同时触发,只运行靠前的文档</source><translation>Can fire on the same change, only the upper one runs</translation></message>
     <message><source>多文档保存失败</source><translation>The project could not be saved</translation></message>
 </context>
 </TS>

@@ -7,6 +7,7 @@
 #include "engine/showdebugino.h"
 #include "files/filemanager.h"
 #include "multidoc/addmultidoc.h"
+#include "multidoc/patterns.h"
 #include "multidoc/projectfile.h"
 #include "shell/mainwindow.h"
 #include "support/durablefile.h"
@@ -21,6 +22,8 @@ namespace {
 
 /// What a row asks for, px.
 constexpr QSize kRowSize(100, 32);
+/// Pairs of entries that the warning names.
+constexpr int kShownClashes = 8;
 
 QString text(char const* key) {
     return LanguageManager::GetLanText(key);
@@ -45,8 +48,9 @@ QByteArray contentOf(QString const& path) {
 void MultiDocMark::OpenDoc(QString const& path) {
     const QVector<TrigerDoc> docs = tessera::ReadProject(contentOf(path));
     ClearDocs();
-    for (TrigerDoc doc : docs)
-        AddDoc(doc);
+    for (TrigerDoc const& doc : docs)
+        Append(doc);
+    ShowEntries();
 }
 
 void MultiDocMark::SaveDoc(QString const& name) {
@@ -71,6 +75,11 @@ void MultiDocMark::SetCurMultiMarkFile(QString const& name) {
 }
 
 void MultiDocMark::AddDoc(TrigerDoc& doc) {
+    Append(doc);
+    ShowEntries();
+}
+
+void MultiDocMark::Append(TrigerDoc const& doc) {
     m_Owned.push_back(std::make_unique<TrigerDoc>(doc));
     TrigerDoc* entry = m_Owned.back().get();
     entry->ResetDoc();
@@ -88,13 +97,17 @@ void MultiDocMark::RemoveDoc(int index) {
                                     [doc](std::unique_ptr<TrigerDoc> const& other) { return other.get() == doc; });
     m_Removed.push_back(std::move(*owned));
     m_Owned.erase(owned);
+    m_Runs.Forget(doc);
     delete ui->listWidget->takeItem(index);
+    ShowEntries();
 }
 
 void MultiDocMark::ClearDocs() {
     m_Docs.clear();
     m_Owned.clear();
+    m_Runs.Clear();
     ui->listWidget->clear();
+    ShowEntries();
 }
 
 void MultiDocMark::ChangeIndex(int from, int to) {
@@ -103,6 +116,40 @@ void MultiDocMark::ChangeIndex(int from, int to) {
     std::swap(m_Docs[from], m_Docs[to]);
     ui->listWidget->insertItem(to, ui->listWidget->takeItem(from));
     ui->listWidget->setCurrentRow(to);
+    ShowEntries();
+}
+
+void MultiDocMark::ShowEntries() {
+    const int inputs = tessera::ShownInputs(m_Docs);
+    for (int row = 0; row < m_Docs.size(); ++row) {
+        QListWidgetItem* item = ui->listWidget->item(row);
+        item->setData(tessera::ProjectPattern, tessera::PatternText(*m_Docs.at(row)));
+        item->setData(tessera::ProjectInputCount, inputs);
+        ShowRuns(m_Docs.at(row));
+    }
+    m_pHeader->Show(ui->listWidget, inputs);
+    ShowClashes();
+}
+
+void MultiDocMark::ShowRuns(TrigerDoc const* doc) {
+    const auto place = std::find(m_Docs.begin(), m_Docs.end(), doc);
+    if (place == m_Docs.end())
+        return;
+    QListWidgetItem* item = ui->listWidget->item(int(place - m_Docs.begin()));
+    item->setData(tessera::ProjectLastRun, m_Runs.LastRun(doc));
+    item->setData(tessera::ProjectRunCount, m_Runs.Count(doc));
+}
+
+/// Only warns: a plant may know that its inputs never change together.
+void MultiDocMark::ShowClashes() {
+    QStringList pairs;
+    for (QPair<int, int> const& pair : tessera::Clashes(m_Docs))
+        pairs.append(QStringLiteral("%1-%2").arg(pair.first).arg(pair.second));
+    const QString warning = text("可能同时触发,只运行靠前的文档") + QStringLiteral(": ");
+    const bool more = pairs.size() > kShownClashes;
+    ui->labelClash->setText(warning + QStringList(pairs.mid(0, kShownClashes)).join(QStringLiteral(", ")) +
+                            (more ? QStringLiteral(" ...") : QString()));
+    ui->labelClash->setVisible(!pairs.isEmpty());
 }
 
 void MultiDocMark::UpDateWindowText() {
@@ -193,8 +240,10 @@ void MultiDocMark::on_pushButtonAdd_clicked() {
 
 void MultiDocMark::on_pushButtonEdit_clicked() {
     const int row = ui->listWidget->currentRow();
-    if (AuthorityManager::CanAddMarkShape() && row >= 0 && row < m_Docs.size())
-        AddMultiDoc(m_Docs.at(row), true, nullptr).exec();
+    if (!AuthorityManager::CanAddMarkShape() || row < 0 || row >= m_Docs.size())
+        return;
+    AddMultiDoc(m_Docs.at(row), true, nullptr).exec();
+    ShowEntries();
 }
 
 void MultiDocMark::on_pushButtonDel_clicked() {

@@ -3,6 +3,7 @@
 
 #include "engine/vzdialog.h"
 #include "multidoc/multimarkthread.h"
+#include "multidoc/projectrows.h"
 #include "multidoc/trigerdoc.h"
 #include "multidoc/triggerrule.h"
 
@@ -110,13 +111,18 @@ private:
     bool CanSave() const;
     void AskForSave();
     void StoreAs(QString const& name);
+    void Append(TrigerDoc const& doc);
+    /// Patterns and warning after a change of the entries.
+    void ShowEntries();
+    void ShowRuns(TrigerDoc const* doc);
+    void ShowClashes();
 
     // Run
     bool isSafe() override;
     unsigned int settledInput() override;
     bool isIdle() override;
     bool isOpen(QString const& name) override;
-    void queueDocument(QString const& name) override;
+    void queueDocument(TrigerDoc const& doc) override;
     void note(QString const& text) override;
     void SetUI(bool running);
     void SetMarkStatus(MultiMarkStatus status);
@@ -134,6 +140,8 @@ private:
     QVector<TrigerDoc*> m_Docs;                        ///< in the order of the list
     std::vector<std::unique_ptr<TrigerDoc>> m_Owned;   ///< those of m_Docs
     std::vector<std::unique_ptr<TrigerDoc>> m_Removed; ///< that somebody may still hold
+    tessera::ProjectHeader* m_pHeader;
+    tessera::RunRecords m_Runs;
     tessera::TriggerRule m_Rule;
     MultiMarkThread m_Thread{this};
     int m_nDelay = 50; ///< s

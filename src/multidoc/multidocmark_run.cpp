@@ -56,6 +56,9 @@ MultiDocMark::MultiDocMark(QWidget* parent)
     : VZDialog(parent)
     , ui(std::make_unique<Ui_MultiDocMark>()) {
     ui->setupUi(this);
+    m_pHeader = new tessera::ProjectHeader(this);
+    ui->layoutList->insertWidget(0, m_pHeader);
+    ui->listWidget->setItemDelegate(new tessera::ProjectDelegate(ui->listWidget));
     Connect();
     ui->labelRunCount->installEventFilter(this);
     SetUIText();
@@ -95,6 +98,8 @@ void MultiDocMark::SetUIText() {
     ui->pushButtonMoveUp->setText(text("上移"));
     ui->pushButtonMoveDown->setText(text("下移"));
     ui->pushButtonClose->setText(text("退出"));
+    m_pHeader->SetTexts(text("文档"), text("最近运行"), text("运行次数"));
+    ShowClashes();
     ui->labelTimeText->setText(text("单个时间"));
     ui->labelRunCountText->setText(text("运行次数"));
     ui->pushButtonRun->setText(text("运行") + QStringLiteral("(F6)"));
@@ -155,8 +160,9 @@ bool MultiDocMark::isOpen(QString const& name) {
     return MainWindow::Instance()->GetDoc(name) != nullptr;
 }
 
-void MultiDocMark::queueDocument(QString const& name) {
-    m_Thread.AddMarkFile(MainWindow::Instance()->GetDoc(name));
+void MultiDocMark::queueDocument(TrigerDoc const& doc) {
+    if (m_Thread.AddMarkFile(MainWindow::Instance()->GetDoc(doc.m_FileName)))
+        m_Runs.Triggered(doc.m_FileName, &doc);
 }
 
 void MultiDocMark::note(QString const& text) {
@@ -207,12 +213,11 @@ void MultiDocMark::on_pushButtonStopMark_clicked() {
 }
 
 void MultiDocMark::on_pushButtonTriger0_clicked() {
-    MainWindow const* window = MainWindow::Instance();
     const int index = ui->spinBoxTrigerIndex->value();
     if (isIdle() || !isSafe() || index >= m_Docs.size())
         return;
-    if (QRulerView* view = window->GetDoc(m_Docs.at(index)->m_FileName))
-        m_Thread.AddMarkFile(view);
+    if (isOpen(m_Docs.at(index)->m_FileName))
+        queueDocument(*m_Docs.at(index));
 }
 
 /// Kept for the buttons' names alone: nothing is shown of them.
@@ -238,6 +243,7 @@ void MultiDocMark::OnMarkstatusChange(int status, QString const& file) {
     case MultiMarkWaiting:
         ShowStatusColor(Qt::yellow);
         m_Timer.stop();
+        ShowRuns(m_Runs.End());
         if (m_Thread.GetRunning())
             emit SendRunData();
         break;
@@ -255,6 +261,7 @@ void MultiDocMark::BeginDocument(QString const& file) {
     const QList<QListWidgetItem*> rows = ui->listWidget->findItems(file, Qt::MatchExactly | Qt::MatchCaseSensitive);
     if (!rows.isEmpty())
         ui->listWidget->setCurrentItem(rows.first());
+    ShowRuns(m_Runs.Begin(file, m_Docs));
     m_StartTime = QDateTime::currentDateTime();
     m_nElapsed = 0;
     m_Timer.start(kTimePeriodMs);

@@ -38,7 +38,7 @@ void TriggerRule::Trigger(unsigned int input, QVector<TrigerDoc*> const& docs, T
                                 number(m_nLast & doc.m_nMask), number(doc.m_nMask & doc.m_nValue), number(m_nLast),
                                 number(input), number(doc.m_nMask), number(doc.m_nValue)) +
               doc.m_FileName);
-    port.queueDocument(doc.m_FileName);
+    port.queueDocument(doc);
 }
 
 } // namespace tessera

@@ -25,8 +25,8 @@ public:
     virtual bool isIdle() = 0;
     /// The document of this name is open.
     virtual bool isOpen(QString const& name) = 0;
-    /// Hands the document to the worker.
-    virtual void queueDocument(QString const& name) = 0;
+    /// Hands the entry's document to the worker.
+    virtual void queueDocument(TrigerDoc const& doc) = 0;
     /// A line for the log.
     virtual void note(QString const& text) = 0;
 };

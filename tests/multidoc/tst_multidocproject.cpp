@@ -46,6 +46,7 @@ private slots:
     void a_double_click_opens_the_document();
     void an_import_reads_the_last_project_anew();
     void a_row_asks_for_its_size();
+    void entries_that_can_fire_together_are_warned_of();
     void texts_are_in_the_operators_language();
 
 private:
@@ -413,6 +414,26 @@ void MultiDocProjectTest::an_import_reads_the_last_project_anew() {
 void MultiDocProjectTest::a_row_asks_for_its_size() {
     add(QStringLiteral("A"), 1, 1);
     QCOMPARE(list()->item(0)->sizeHint(), QSize(100, 32));
+}
+
+void MultiDocProjectTest::entries_that_can_fire_together_are_warned_of() {
+    auto* warning = part<QLabel>("labelClash");
+    add(QStringLiteral("A"), 1, 1);
+    add(QStringLiteral("B"), 0, 1);
+    QVERIFY(warning->isHidden());
+    add(QStringLiteral("C"), 3, 3);
+    QVERIFY(!warning->isHidden());
+    QCOMPARE(warning->text(), QStringLiteral("可能同时触发,只运行靠前的文档: 0-2"));
+    QCOMPARE(list()->item(2)->data(tessera::ProjectPattern).toString(), "11" + QString(30, '-'));
+    dialog().ChangeIndex(2, 1);
+    QCOMPARE(warning->text(), QStringLiteral("可能同时触发,只运行靠前的文档: 0-1"));
+    dialog().RemoveDoc(0);
+    QVERIFY(warning->isHidden());
+    for (int i = 0; i < 5; ++i)
+        add(QStringLiteral("D"), 4, 4);
+    QVERIFY(warning->text().endsWith(QLatin1String(" ...")));
+    dialog().ClearDocs();
+    QVERIFY(warning->isHidden());
 }
 
 void MultiDocProjectTest::texts_are_in_the_operators_language() {

@@ -54,6 +54,7 @@ private slots:
     void a_run_can_be_started_again();
     void status_and_colour_follow_the_run();
     void the_document_that_runs_is_the_current_row();
+    void each_row_tells_its_last_run_and_its_runs();
     void run_data_is_told_at_the_start_and_after_each_document();
     void time_runs_while_a_document_is_marked();
     void dots_follow_the_status();
@@ -449,6 +450,22 @@ void MultiDocRunTest::the_document_that_runs_is_the_current_row() {
     QCOMPARE(list()->currentRow(), 1);
     letEnd();
     endRun();
+}
+
+void MultiDocRunTest::each_row_tells_its_last_run_and_its_runs() {
+    run();
+    for (int i = 1; i <= 2; ++i) {
+        take(2);
+        QTRY_COMPARE(list()->item(1)->data(tessera::ProjectRunCount).toInt(), i);
+        QTRY_VERIFY(list()->item(1)->data(tessera::ProjectLastRun).toString().endsWith(QLatin1String(" ms")));
+        take(0);
+    }
+    QCOMPARE(list()->item(0)->data(tessera::ProjectRunCount).toInt(), 0);
+    endRun();
+    QCOMPARE(rows(), (QStringList{"A", "B"}));
+    list()->setCurrentRow(1);
+    press("pushButtonMoveUp");
+    QCOMPARE(list()->item(0)->data(tessera::ProjectRunCount).toInt(), 2);
 }
 
 void MultiDocRunTest::run_data_is_told_at_the_start_and_after_each_document() {

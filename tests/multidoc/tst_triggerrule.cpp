@@ -24,7 +24,7 @@ public:
     }
     bool isIdle() override { return idle; }
     bool isOpen(QString const& name) override { return open.contains(name); }
-    void queueDocument(QString const& name) override { queued.append(name); }
+    void queueDocument(TrigerDoc const& doc) override { queued.append(doc.m_FileName); }
     void note(QString const& text) override { notes.append(text); }
 
     bool safe = true;
