@@ -56,6 +56,8 @@ private slots:
     void switching_is_refused_in_order_data();
     void switching_is_refused_in_order();
     void switching_during_a_run_is_refused();
+    void a_command_that_is_refused_during_a_run_frees_the_window_data();
+    void a_command_that_is_refused_during_a_run_frees_the_window();
 
     void documents_are_made_equal_to_the_list();
     void no_pairs_close_everything();
@@ -238,6 +240,23 @@ void ExternalCommandsTest::switching_during_a_run_is_refused() {
     QCOMPARE(answers(), (QStringList{"1|文档正在运行中", "0|文档执行成功"}));
 }
 
+void ExternalCommandsTest::a_command_that_is_refused_during_a_run_frees_the_window_data() {
+    the_window_is_busy_while_documents_are_handled_data();
+}
+
+/// Kept: every answered command ends with the free window, the refused one too.
+void ExternalCommandsTest::a_command_that_is_refused_during_a_run_frees_the_window() {
+    QFETCH(QString, name);
+    open(QStringLiteral("one"));
+    startSlowly();
+    QTRY_VERIFY(!windowIsFree());
+    order(name, {"one"});
+    QCOMPARE(answers(), QStringList{"1|文档正在运行中"});
+    QVERIFY(windowIsFree());
+    QCOMPARE(machine().state().activity, sim::SimActivity::Running);
+    letEnd();
+}
+
 void ExternalCommandsTest::documents_are_made_equal_to_the_list() {
     open(QStringLiteral("old"));
     const QString first = makeFile(QStringLiteral("first"), 3);
@@ -309,8 +328,9 @@ void ExternalCommandsTest::a_name_that_stands_twice_is_closed_like_any_other() {
 
 void ExternalCommandsTest::a_stop_with_nothing_running_is_good() {
     order(QStringLiteral("RunManualStop"), {"left", "aside"});
-    COMPARE_JOURNAL(machineJournal(),
-                    {call("SetMarkStaus", 2), call("StopMark"), answer("RunManualStop", "0", "终止运行成功")});
+    // The second pair is the multi-document run's, which stops without being asked whether it goes on.
+    COMPARE_JOURNAL(machineJournal(), {call("SetMarkStaus", 2), call("StopMark"), call("StopMark"),
+                                       call("SetMarkStaus", 2), answer("RunManualStop", "0", "终止运行成功")});
 }
 
 void ExternalCommandsTest::a_command_that_closes_the_marked_document_is_refused_and_the_run_goes_on() {
