@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "shell/alarmhistory.h"
 
-#include <QSet>
 #include <algorithm>
 
 namespace tessera {
@@ -30,8 +29,8 @@ QVector<AlarmEntry> AlarmHistory::Update(QVector<ActiveAlarm> const& active, qin
             continue;
         AlarmEntry entry;
         entry.number = ++m_nLast;
-        entry.code = alarm.code;
-        entry.text = alarm.text;
+        entry.code = Shared(alarm.code);
+        entry.text = Shared(alarm.text);
         entry.firstOut = firstOut;
         entry.raisedMs = nowMs;
         firstOut = false;
@@ -90,6 +89,10 @@ AlarmEntry* AlarmHistory::End(QString const& code, AlarmEnd end, qint64 nowMs) {
         entry->clearedMs = nowMs;
     }
     return entry;
+}
+
+QString AlarmHistory::Shared(QString const& text) {
+    return *m_Texts.insert(text);
 }
 
 void AlarmHistory::Trim() {

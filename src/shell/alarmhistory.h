@@ -5,6 +5,7 @@
 #include "shell/alarmsources.h"
 
 #include <QMap>
+#include <QSet>
 #include <deque>
 #include <optional>
 
@@ -41,11 +42,13 @@ private:
     AlarmEntry* Find(qint64 number);
     AlarmEntry* End(QString const& code, AlarmEnd end, qint64 nowMs);
     void Trim();
+    QString Shared(QString const& text);
 
     int m_nLimit;
     qint64 m_nLast = 0;
     std::deque<AlarmEntry> m_Entries; ///< by number
     QMap<QString, qint64> m_Active;   ///< source, number
+    QSet<QString> m_Texts;            ///< one copy of what thousands of entries have in common
 };
 
 } // namespace tessera
