@@ -16,7 +16,6 @@
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QMessageBox>
-#include <QScroller>
 #include <QSet>
 
 namespace {
@@ -68,7 +67,6 @@ void AlarmHistoryDialog::BuildTable() {
             table->setColumnWidth(column, kColumnWidths[column]);
     }
     header->setSectionResizeMode(tessera::AlarmColumnText, QHeaderView::Stretch);
-    QScroller::grabGesture(table->viewport(), QScroller::TouchGesture);
     connect(table->selectionModel(), &QItemSelectionModel::selectionChanged, this, &AlarmHistoryDialog::EnableButtons);
     connect(m_pModel, &QAbstractItemModel::modelReset, this, &AlarmHistoryDialog::EnableButtons);
     connect(m_pModel, &QAbstractItemModel::dataChanged, this, &AlarmHistoryDialog::EnableButtons);

@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -368,6 +369,7 @@ void AlarmRecorderTest::targets_are_large_enough_for_a_finger() {
     QVERIFY(part<QRadioButton>("radioButtonAll")->height() >= 40);
     QVERIFY(part<QRadioButton>("radioButtonActive")->height() >= 40);
     QVERIFY(part<QTableView>("tableAlarms")->verticalHeader()->defaultSectionSize() >= 40);
+    QVERIFY(part<QTableView>("tableAlarms")->verticalScrollBar()->sizeHint().width() >= 40);
     QVERIFY(m_Window->child<AlarmCtrl>("alarmSafe")->height() >= 40);
 }
 
