@@ -97,10 +97,16 @@ void Form_Marking::OnStopStateChanged(tessera::StopState state) {
     emit StopStateChanged(state);
 }
 
-/// The job that was triggered out of the red-light loop is done: back to the loop.
+/// The job that was triggered out of the red-light loop is done: back to the loop, unless it was stopped or started
+/// anew while this message was under way.
 void Form_Marking::OnMarkRunSpecial() {
     tessera::ShowTrace(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz")) +
                        QStringLiteral(":红光循环时触发运行完成"));
+    if (!m_Thread.TakeReturn()) {
+        if (!m_Thread.IsActive())
+            OnMarkFinishUI();
+        return;
+    }
     SetRunSelection(1, true);
     m_Thread.RunTrigerOnly(ui->checkBoxSelectMarking->isChecked(), true, ui->spinBox->value(), MarkTypeRedPreview,
                            false);

@@ -37,6 +37,9 @@ public:
     void PassCounted() { m_Run.PassCounted(); }
     void SetEnableTriggerWhenRedLoop(bool on);
 
+    /// After markrunspecial(): the red-light loop is still wanted. Asked once.
+    bool TakeReturn() { return m_Run.TakeReturn(); }
+
     bool IsActive() const { return m_Run.IsActive(); }
     bool IsPaused() const { return m_Run.IsPaused(); }
     bool IsGoingOn() const { return m_Run.IsGoingOn(); }

@@ -2,6 +2,7 @@
 #include "run/runloop.h"
 
 #include <chrono>
+#include <utility>
 
 namespace tessera {
 
@@ -30,6 +31,7 @@ void RunLoop::ReStartTriger() {
 void RunLoop::StopTriger() {
     {
         const std::lock_guard<std::mutex> lock(m_Lock);
+        m_bReturning = false;
         if (!m_bActive)
             return;
         StopCard();
@@ -45,6 +47,11 @@ void RunLoop::StopTrigerVirtual() {
         return;
     SetStopVirtual(true);
     StopCard();
+}
+
+bool RunLoop::TakeReturn() {
+    const std::lock_guard<std::mutex> lock(m_Lock);
+    return std::exchange(m_bReturning, false);
 }
 
 void RunLoop::SetStopVirtual(bool on) {
@@ -109,6 +116,7 @@ bool RunLoop::Begin(bool select, bool loop, int delay, MarkType type, bool const
             return false;
         m_bPause = false;
         m_bStop = false;
+        m_bReturning = false;
         SetStopVirtual(false);
         m_bSelect = select;
         m_bLoop = loop;
@@ -163,8 +171,10 @@ void RunLoop::StopCard() {
     m_Port.stopMark();
 }
 
+/// A pause is waited out first.
 bool RunLoop::SetRunUnlessStopped() {
-    const std::lock_guard<std::mutex> lock(m_Lock);
+    std::unique_lock<std::mutex> lock(m_Lock);
+    m_Wake.wait(lock, [this] { return m_bStop || !m_bPause; });
     if (!m_bStop)
         m_Port.setMarkStatus(MarkStatusRun);
     return !m_bStop;
@@ -178,11 +188,12 @@ void RunLoop::BeginPass() {
         m_Port.setMarkStatus(MarkStatusRun);
 }
 
+/// An order to take new data that comes between two jobs makes the card refuse the second: it is run again too.
 bool RunLoop::RunPass() {
     BeginPass();
     m_Port.event(RunEvent::Started);
     bool ok = MarkFileTraced();
-    while (ok && m_MarkType != MarkTypeLaser && IsStopVirtual()) {
+    while (m_MarkType != MarkTypeLaser && IsStopVirtual()) {
         m_Port.waitMarkStopped();
         SetStopVirtual(false);
         m_Port.waitMarkStopped();
@@ -249,6 +260,7 @@ void RunLoop::Finish(bool ok) {
         const std::lock_guard<std::mutex> lock(m_Lock);
         data = TraceData(ok);
         triggered = m_EnableTriggerWhenRedLoop.exchange(false);
+        m_bReturning = triggered;
         m_bActive = false;
         m_Port.setMarkStatus(MarkStatusStop);
     }

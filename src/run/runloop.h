@@ -37,6 +37,10 @@ public:
     void PassCounted();
     void SetEnableTriggerWhenRedLoop(bool on) { m_EnableTriggerWhenRedLoop = on; }
 
+    /// Whether the way back to the red-light loop is still wanted that EndedToRedLoop told of: neither a stop nor
+    /// another run has come since. Asked once.
+    bool TakeReturn();
+
     /// From the order that starts a run to the moment the worker has decided to end it.
     bool IsActive() const;
     /// A run is paused and not being stopped.
@@ -65,13 +69,14 @@ private:
     RunTraceData TraceData(bool ok) const;
 
     RunPort& m_Port;
-    /// Guards the five flags below against the worker's test and set; it may be held during a call to the card, never
+    /// Guards the six flags below against the worker's test and set; it may be held during a call to the card, never
     /// while a job runs or an event is reported.
     mutable std::mutex m_Lock;
     std::condition_variable m_Wake;
     bool m_bActive = false;
     bool m_bHoldUntilCounted = false;
     bool m_bUncounted = false; ///< a pass has ended and not been counted yet
+    bool m_bReturning = false; ///< the job triggered out of a red-light loop has ended, and the loop is not back yet
     std::atomic<bool> m_bPause{false};
     std::atomic<bool> m_bStop{false};
     std::atomic<bool> m_bSelect{false};

@@ -283,6 +283,68 @@ TEST_F(RunLoopTest, a_stop_of_a_triggered_run_does_not_go_back) {
     EXPECT_EQ(port.calls().back(), "ended");
 }
 
+TEST_F(RunLoopTest, a_stop_on_the_way_back_to_the_red_loop_ends_it) {
+    loop.RunTrigerOnly(false, false, 50, MarkTypeLaser, true);
+    port.join();
+    EXPECT_TRUE(loop.TakeReturn());
+    EXPECT_FALSE(loop.TakeReturn());
+    loop.RunTrigerOnly(false, false, 50, MarkTypeLaser, true);
+    port.join();
+    loop.StopTriger();
+    EXPECT_FALSE(loop.TakeReturn());
+    loop.RunTrigerOnly(false, false, 50, MarkTypeLaser, true);
+    port.join();
+    loop.RunTrigerOnly(false, false, 50, MarkTypeLaser, false);
+    EXPECT_FALSE(loop.TakeReturn());
+    port.join();
+    EXPECT_FALSE(loop.TakeReturn());
+}
+
+TEST_F(RunLoopTest, a_preview_that_the_card_refused_because_of_new_data_runs_again) {
+    port.mark = [this] {
+        if (++passes > 1)
+            return true;
+        loop.StopTrigerVirtual();
+        return false;
+    };
+    start(false, 50, MarkTypeBorderPreview);
+    port.join();
+    EXPECT_EQ(port.count("mark 2"), 2);
+    EXPECT_EQ(port.count("started"), 1);
+    EXPECT_EQ(port.count("pass"), 1);
+    EXPECT_TRUE(loop.LastPassMarked());
+}
+
+TEST_F(RunLoopTest, a_preview_with_nothing_to_mark_ends_in_spite_of_new_data) {
+    port.mark = [this] {
+        if (++passes == 1)
+            loop.StopTrigerVirtual();
+        return false;
+    };
+    start(true, 1, MarkTypeRedPreview);
+    port.join();
+    EXPECT_EQ(port.count("mark 1 loop"), 2);
+    EXPECT_EQ(port.calls().back(), "ended");
+}
+
+TEST_F(RunLoopTest, new_data_of_a_paused_preview_wait_for_the_resume) {
+    port.mark = [this] {
+        if (++passes > 1)
+            return true;
+        loop.PauseTriger();
+        loop.StopTrigerVirtual();
+        return true;
+    };
+    start(false, 50, MarkTypeRedPreview);
+    ASSERT_TRUE(port.waitFor("settle", 2));
+    EXPECT_TRUE(loop.IsPaused());
+    EXPECT_EQ(port.count("status 0"), 1);
+    loop.ReStartTriger();
+    port.join();
+    EXPECT_EQ(port.count("mark 1"), 2);
+    EXPECT_EQ(port.count("ended"), 1);
+}
+
 TEST_F(RunLoopTest, a_pass_that_was_stopped_or_empty_is_not_marked) {
     EXPECT_FALSE(loop.LastPassMarked());
     start();
