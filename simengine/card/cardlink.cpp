@@ -69,6 +69,19 @@ bool CardRun::start(Job job) {
     return ran;
 }
 
+Point onMachine(Point place) {
+    SystemParam const* system = SystemParam::Instance();
+    return {system->InvertX() ? -place.x : place.x, system->InvertY() ? -place.y : place.y};
+}
+
+std::optional<QPointF> pilotSpot() {
+    CardCore const& card = simulatedCard();
+    if (!card.isOpen())
+        return std::nullopt;
+    const Point spot = onMachine(card.head().at);
+    return QPointF(spot.x, spot.y);
+}
+
 void logCentreLines(JobTime const& time) {
     if (time.centreLines == 0)
         return;

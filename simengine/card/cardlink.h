@@ -5,7 +5,9 @@
 #include "engine/layerparamex.h"
 #include "simengine/card/cardcore.h"
 
+#include <QPointF>
 #include <QString>
+#include <optional>
 
 namespace sim {
 
@@ -37,6 +39,13 @@ private:
     bool m_loop;
     JobRunner::Ticket m_ticket;
 };
+
+/// A place of the document as the head is sent there, and back: an inverted axis counts the other way. Jobs and single
+/// moves agree on it, so that a taught place is where it will be marked. Any thread.
+Point onMachine(Point place);
+
+/// Where the pilot beam's spot is in the document, mm; nothing with the card closed. Any thread.
+std::optional<QPointF> pilotSpot();
 
 /// Tells the log when wobble was too long to be traced in the job that took the given time. Any thread.
 void logCentreLines(JobTime const& time);

@@ -161,7 +161,7 @@ void IMarkCardBase::AddMarkPoint(LayerParamEx const&, int layer, DOT3 point, dou
 
 void IMarkCardBase::MoveMirrorPos(double x, double y, double speed, int mode) {
     d->record("MoveMirrorPos", journalArgs(x, y, speed, mode));
-    d->card.moveTo({x, y}, speed);
+    d->card.moveTo(onMachine({x, y}), speed);
 }
 
 bool IMarkCardBase::SystemIsAlarm(unsigned int& word) {

@@ -53,6 +53,7 @@ QString pathOf(const QString& name) {
 QRulerView::Private::Private(QRulerView& view)
     : q(view)
     , container(MarkShapeContainerAccess::make(session.document()))
+    , windowKeys(view)
     , top(new sim::RulerBar(Qt::Horizontal, &view))
     , left(new sim::RulerBar(Qt::Vertical, &view))
     , canvas(new sim::CanvasWidget(session, &view))

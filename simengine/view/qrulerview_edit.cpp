@@ -5,7 +5,9 @@
 #include "simengine/document/hatch.h"
 #include "simengine/document/strokefonts.h"
 #include "simengine/view/arraydialog.h"
+#include "simengine/view/frontendlink.h"
 #include "simengine/view/qrulerview_p.h"
+#include "simengine/view/runningjob.h"
 
 using sim::DocumentState;
 using sim::EditResult;
@@ -212,8 +214,11 @@ void QRulerView::ScaleSelectedObj(double scaleX, double scaleY, double x, double
     d->edit([=](const DocumentState& state) { return sim::edits::scale(state, scaleX, scaleY, x, y); });
 }
 
+// The beam of a running preview follows at once, not after the round that it is on.
 void QRulerView::MoveSelectObjRelative(double dx, double dy) {
-    d->edit([=](const DocumentState& state) { return sim::edits::move(state, dx, dy); });
+    const bool moved = d->edit([=](const DocumentState& state) { return sim::edits::move(state, dx, dy); });
+    if (moved && sim::previewRuns())
+        sim::renewPreview();
 }
 
 void QRulerView::MoveSelected2Center() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
-#include "engine/markcardinstance.h"
 #include "simengine/view/frontendlink.h"
 #include "simengine/view/qrulerview_p.h"
+#include "simengine/view/runningjob.h"
 
 #include <QKeyEvent>
 
@@ -24,11 +24,6 @@ const Direction* directionOf(int key) {
     return nullptr;
 }
 
-bool jobRuns() {
-    const IMarkCardBase* card = MarkCardInstance::Instance();
-    return card && card->IsCardOpend() && card->GetMarkStatus() != MarkStatusStop;
-}
-
 } // namespace
 
 bool QRulerView::Private::handleKey(QKeyEvent& event) {
@@ -43,7 +38,7 @@ bool QRulerView::Private::handleArrow(QKeyEvent& event) {
     const Direction* direction = directionOf(event.key());
     if (!direction)
         return false;
-    if (jobRuns())
+    if (sim::jobRuns())
         sim::handDirectionKey(event);
     else
         moveByKeys({event.key()}, false);

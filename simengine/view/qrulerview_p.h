@@ -7,6 +7,7 @@
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/rulerbar.h"
 #include "simengine/view/viewsession.h"
+#include "simengine/view/windowkeys.h"
 
 #include <QPointer>
 #include <mutex>
@@ -35,6 +36,7 @@ struct QRulerView::Private {
     QRulerView& q;
     sim::ViewSession session;
     std::unique_ptr<MarkShapeContainer> container;
+    sim::WindowKeys windowKeys;
     sim::RulerBar* top;
     sim::RulerBar* left;
     sim::CanvasWidget* canvas;

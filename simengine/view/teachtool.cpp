@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/teachtool.h"
 
+#include "simengine/card/cardlink.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
@@ -9,11 +10,43 @@
 
 namespace sim {
 
+namespace {
+
+constexpr int kFollowMs = 40;
+
+bool teaches(OperatorOnView op) {
+    return op == OperatorTeach || op == OperatorTeachCircle || op == OperatorTeachArc;
+}
+
+} // namespace
+
+TeachTool::TeachTool(CanvasWidget& canvas)
+    : CanvasTool(canvas) {
+    QObject::connect(&m_follow, &QTimer::timeout, [this] { follow(); });
+    m_follow.start(kFollowMs);
+    follow();
+}
+
 void TeachTool::press(const CanvasPoint& point) {
-    if (point.button == Qt::LeftButton)
+    if (point.button == Qt::LeftButton) {
         m_canvas.session().teach(point.mm);
-    else if (point.button == Qt::RightButton)
+        follow();
+    } else if (point.button == Qt::RightButton) {
         m_canvas.session().finishOperator();
+    }
+}
+
+/// A tool that was put away may live on until the next one is.
+void TeachTool::follow() {
+    if (!teaches(m_canvas.session().operatorOnView())) {
+        m_follow.stop();
+        return;
+    }
+    const std::optional<QPointF> now = pilotSpot();
+    if (now == m_spot)
+        return;
+    m_spot = now;
+    m_canvas.update();
 }
 
 void TeachTool::paint(QPainter& painter) const {
@@ -30,6 +63,31 @@ void TeachTool::paint(QPainter& painter) const {
         painter.drawLine(at - QPointF(14, 0), at + QPointF(14, 0));
         painter.drawLine(at - QPointF(0, 14), at + QPointF(0, 14));
     }
+    if (m_spot)
+        paintSpot(painter, transform.toPixel(*m_spot));
+}
+
+/// The dot of the pilot beam and where it is, kept within the canvas.
+void TeachTool::paintSpot(QPainter& painter, const QPointF& at) const {
+    QColor halo(theme::kPilot);
+    halo.setAlpha(70);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(halo);
+    painter.drawEllipse(at, 8.0, 8.0);
+    painter.setBrush(QColor(theme::kPilot));
+    painter.drawEllipse(at, 3.5, 3.5);
+    const QString text = QStringLiteral("%1, %2").arg(m_spot->x(), 0, 'f', 3).arg(m_spot->y(), 0, 'f', 3);
+    const QFontMetrics metrics = painter.fontMetrics();
+    QRectF box(0.0, 0.0, metrics.horizontalAdvance(text) + 10.0, metrics.height() + 4.0);
+    box.moveTopLeft(at + QPointF(14.0, 10.0));
+    box.moveRight(std::min(box.right(), m_canvas.width() - 2.0));
+    box.moveBottom(std::min(box.bottom(), m_canvas.height() - 2.0));
+    QColor ground(theme::kCanvas);
+    ground.setAlpha(220);
+    painter.setBrush(ground);
+    painter.drawRoundedRect(box, 3.0, 3.0);
+    painter.setPen(QColor(theme::kRulerText));
+    painter.drawText(box, Qt::AlignCenter, text);
 }
 
 } // namespace sim

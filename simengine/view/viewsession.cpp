@@ -63,8 +63,9 @@ void ViewSession::setOperatorOnView(OperatorOnView op) {
     emit overlayChanged();
 }
 
+// Taught points have a window of their own, and only its close ends them.
 void ViewSession::finishOperator() {
-    if (m_operator == OperatorSelect)
+    if (m_operator == OperatorSelect || m_operator == OperatorTeach)
         return;
     setOperatorOnView(OperatorSelect);
     emit operatorChanged();

@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 // The operators that place objects, zoom and teach.
+#include "engine/systemparam.h"
+#include "simengine/card/cardlink.h"
 #include "simengine/view/canvastool.h"
+#include "simengine/view/viewtheme.h"
+#include "support/waitfor.h"
 #include "viewfixture.h"
 
 using namespace sim;
@@ -43,7 +47,7 @@ private slots:
 
     void right_button_goes_back_to_selecting_data() {
         QTest::addColumn<int>("op");
-        for (const int op : {11, 12, 13, 15, 16, 17, 18, 19, 20, 10})
+        for (const int op : {11, 12, 15, 16, 17, 18, 19, 20, 10})
             QTest::newRow(qPrintable(QString::number(op))) << op;
     }
     void right_button_goes_back_to_selecting() {
@@ -56,6 +60,16 @@ private slots:
         QCOMPARE(f.view.GetOperatorOnView(), OperatorSelect);
         QCOMPARE(spy.count(), 1);
         QCOMPARE(f.state()->count(), 0);
+    }
+
+    void teaching_points_ends_by_its_window_alone() {
+        ViewFixture f;
+        f.view.SetOperatorOnView(OperatorTeach);
+        f.click(0, 0, {}, Qt::RightButton);
+        QTest::keyClick(&f.canvas(), Qt::Key_Escape);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorTeach);
+        f.view.SetOperatorOnView(OperatorSelect);
+        QCOMPARE(f.view.GetOperatorOnView(), OperatorSelect);
     }
 
     void rectangle_by_drag_and_by_two_presses() {
@@ -217,6 +231,50 @@ private slots:
         f.view.SetCallBackMirrorPt(nullptr);
         f.click(0, 0);
         QCOMPARE(g_taught.size(), 1);
+    }
+
+    void the_spot_is_shown_where_the_mirrors_send_it() {
+        ViewFixture f;
+        CardCore& card = simulatedCard();
+        card.close();
+        f.view.SetOperatorOnView(OperatorTeach);
+        const auto pilotAt = [&](double x, double y) {
+            const QImage image = f.canvas().grab().toImage();
+            return image.pixelColor(f.pixel(x, y) * image.devicePixelRatio()) == QColor(theme::kPilot);
+        };
+        QVERIFY(!pilotAt(0, 0));
+        QVERIFY(card.open());
+        card.setSpeed(0.0);
+        card.moveTo(onMachine({0, 0}), 1000.0);
+        QVERIFY(tests::waitFor([&] { return pilotAt(0, 0); }));
+        card.moveTo(onMachine({20, -10}), 1000.0);
+        QVERIFY(tests::waitFor([&] { return pilotAt(20, -10) && !pilotAt(0, 0); }));
+        SystemParam::Instance()->SetInvertX(true);
+        QVERIFY(tests::waitFor([&] { return pilotAt(-20, -10); }));
+        SystemParam::Instance()->SetInvertX(false);
+        f.view.SetOperatorOnView(OperatorSelect);
+        QVERIFY(!pilotAt(20, -10));
+        card.moveTo(onMachine({0, 0}), 1000.0);
+        card.close();
+    }
+
+    void the_spot_is_on_its_way_while_the_mirrors_move() {
+        ViewFixture f;
+        CardCore& card = simulatedCard();
+        QVERIFY(card.open());
+        card.setSpeed(0.0);
+        card.moveTo(onMachine({0, 0}), 1000.0);
+        card.setSpeed(1.0);
+        card.moveTo(onMachine({40, 0}), 10.0);
+        const auto between = [] {
+            const auto spot = pilotSpot();
+            return spot && spot->x() > 0.0 && spot->x() < 40.0;
+        };
+        QVERIFY(tests::waitFor(between));
+        card.setSpeed(0.0);
+        card.moveTo(onMachine({0, 0}), 1000.0);
+        card.close();
+        QVERIFY(!pilotSpot());
     }
 
     void three_taught_points_make_a_circle_or_an_arc_data() {
