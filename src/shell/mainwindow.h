@@ -24,12 +24,14 @@
 class AlarmCtrl;
 class AlarmHistoryDialog;
 class FileListView;
+class FormTeaching;
 class LeftPanel;
 class MarkLayerParamForm;
 class MarkToolProperty;
 class QLabel;
 class QResizeEvent;
 class QRulerView;
+class RedLoopPreview;
 class RightPanel;
 class StatuseView;
 class Ui_MainWindow;
@@ -112,6 +114,9 @@ public:
     /// Hands pending direction keys to the active view. Key thread.
     void PassDirKeys();
 
+    /// The teaching window has been closed: back to selecting.
+    void onTeachingRecover();
+
     // Supervision
     /// True when no listed alarm is active; otherwise the alarms are shown in the status list. Any thread.
     bool CheckAlarmStatus();
@@ -193,6 +198,7 @@ private slots:
     void onMouseMoveEvent(QPointF mm, QPoint pixel);
     void OnChangeOperatorOnView();
 
+    void onTeaching(bool on);
     void onUndo();
     void onRedo();
     void onSort();
@@ -207,6 +213,7 @@ private slots:
     void on_actionTeachCircle_triggered(bool on);
     void on_actionTeachArc_triggered(bool on);
     void on_actionscaleRegion_triggered(bool on);
+    void on_actionRedLoopPreview_triggered();
     void on_actionImportCAD_triggered();
     void on_actionscaleSelect_triggered();
     void on_actionscaleReset_triggered();
@@ -339,6 +346,8 @@ private:
     void UnSelectAllTooll();
     void SelectTool(QAction* action, OperatorOnView op, bool on);
     void BackToSelect();
+    void NewTeachingWindow();
+    void NeedTeachingWindow();
 
     static std::atomic<MainWindow*> m_pInstance;
     static int m_FirstLoad;
@@ -351,6 +360,8 @@ private:
     tessera::InputEdges m_Edges;
     std::shared_ptr<tessera::DelayedStop> m_pDelayedStop;
     QPointer<QWidget> m_pCustomWindow;
+    QPointer<FormTeaching> m_pTeaching;  ///< of the last start; null before the first
+    QPointer<RedLoopPreview> m_pRedLoop; ///< of the last use; null before the first
     int m_nTimerId = -1;
     QFile m_DebugFile;
     std::unique_ptr<QTextStream> m_pDebugStream;

@@ -38,6 +38,7 @@ void MainWindow::initSlotSingle() {
         connect(entry.action, &QAction::triggered, this, entry.slot);
     connect(ui->actionAddPoint, &QAction::triggered, this, &MainWindow::on_actAddMarkPoint_triiger);
     connect(ui->actionaddLine, &QAction::triggered, this, &MainWindow::on_actAddLine_triiger);
+    connect(ui->actionTeaching, &QAction::triggered, this, &MainWindow::onTeaching);
     connect(this, &MainWindow::updateMatrBTTime, this, &MainWindow::ShowBufferRunTime);
 }
 
@@ -92,14 +93,6 @@ void MainWindow::on_actionAddCircle_triggered(bool on) {
 
 void MainWindow::on_actionAddText_triggered(bool on) {
     SelectTool(ui->actionAddText, OperatorAddText, on);
-}
-
-void MainWindow::on_actionTeachCircle_triggered(bool on) {
-    SelectTool(ui->actionTeachCircle, OperatorTeachCircle, on);
-}
-
-void MainWindow::on_actionTeachArc_triggered(bool on) {
-    SelectTool(ui->actionTeachArc, OperatorTeachArc, on);
 }
 
 void MainWindow::on_actionscaleRegion_triggered(bool on) {

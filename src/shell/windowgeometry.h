@@ -22,6 +22,12 @@ inline QRect CentredRect(QRect const& area, QRect const& target) {
     return QRect(QPoint(left, top), target.size());
 }
 
+/// A window of this size in the middle of the lower edge of `screen`.
+inline QRect BottomCentredRect(QRect const& screen, QSize const& size) {
+    const int left = screen.left() + (screen.width() - size.width()) / 2;
+    return QRect(QPoint(left, screen.top() + screen.height() - size.height()), size);
+}
+
 /// Place of the card status window of this size beside the lower right corner of the main window's rectangle: the
 /// status bar stays free as far as it is one row high.
 inline QRect CardStatusRect(QRect const& window, QSize const& size) {
