@@ -32,6 +32,8 @@ bool Wire::connect(std::uint16_t port, char const* from, int receiveBuffer) {
     ::setsockopt(m_descriptor, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     if (receiveBuffer > 0)
         ::setsockopt(m_descriptor, SOL_SOCKET, SO_RCVBUF, &receiveBuffer, sizeof receiveBuffer);
+    // The port is chosen by connect(): bind() would look through all that were used a moment ago.
+    ::setsockopt(m_descriptor, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &on, sizeof on);
     const sockaddr_in here = addressOf(from, 0);
     const sockaddr_in there = addressOf("127.0.0.1", port);
     if (::bind(m_descriptor, reinterpret_cast<sockaddr const*>(&here), sizeof here) == 0 &&

@@ -11,7 +11,7 @@ class HostListener : public QTcpServer {
     Q_OBJECT
 public:
     /// Bytes that a socket reads ahead; what a host sends beyond waits in the system.
-    static constexpr int kReadAhead = 2048;
+    static constexpr int kReadAhead = 1024;
 
     explicit HostListener(QObject* parent = nullptr);
 

@@ -212,7 +212,8 @@ bool HostResponseTcp::WriteHere(QString const& text) {
     QTcpSocket* client = Client();
     if (!client)
         return true;
-    if (client->write(inGbk(text)) < 1)
+    // A host that has reset its connection is told of before the socket leaves its state.
+    if (!client->isValid() || client->write(inGbk(text)) < 1)
         return false;
     // The socket may find out here that the host has gone; MSGError deletes it later, not at once.
     const bool flushed = client->flush();

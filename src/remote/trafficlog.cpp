@@ -16,13 +16,13 @@ constexpr std::chrono::milliseconds kGather{2};
 } // namespace
 
 void TrafficLog::Add(QString line) {
-    std::unique_lock<std::mutex> lock(m_Lock);
-    while (m_Waiting.size() >= kMostWaiting) {
-        lock.unlock();
-        WriteOldest();
-        lock.lock();
+    const std::lock_guard<std::mutex> lock(m_Lock);
+    if (m_Waiting.missing > 0 || m_Waiting.characters + line.size() > kMostWaiting) {
+        ++m_Waiting.missing;
+    } else {
+        m_Waiting.characters += line.size();
+        m_Waiting.lines.push_back(std::move(line));
     }
-    m_Waiting.push_back(std::move(line));
     if (!m_Thread.joinable())
         m_Thread = std::thread([this] { Work(); });
     if (std::exchange(m_bIdle, false))
@@ -39,39 +39,31 @@ void TrafficLog::Close() {
     m_Changed.notify_all();
     if (thread.joinable())
         thread.join();
-    while (WriteOldest()) {
-    }
     const std::lock_guard<std::mutex> lock(m_Lock);
+    Write(std::exchange(m_Waiting, {}));
     m_bEnd = false;
 }
 
 void TrafficLog::Work() {
     std::unique_lock<std::mutex> lock(m_Lock);
     while (!m_bEnd) {
-        m_bIdle = m_Waiting.empty();
-        m_Changed.wait(lock, [this] { return m_bEnd || !m_Waiting.empty(); });
+        m_bIdle = m_Waiting.IsEmpty();
+        m_Changed.wait(lock, [this] { return m_bEnd || !m_Waiting.IsEmpty(); });
         m_bIdle = false;
         m_Changed.wait_for(lock, kGather, [this] { return m_bEnd; });
+        const Batch batch = std::exchange(m_Waiting, {});
         lock.unlock();
-        while (WriteOldest()) {
-        }
+        Write(batch);
         lock.lock();
     }
 }
 
-/// False when nothing waits.
-bool TrafficLog::WriteOldest() {
-    const std::lock_guard<std::mutex> writing(m_WriteLock);
-    QString line;
-    {
-        const std::lock_guard<std::mutex> lock(m_Lock);
-        if (m_Waiting.empty())
-            return false;
-        line = std::move(m_Waiting.front());
-        m_Waiting.pop_front();
-    }
-    MarkLog::Instance()->ShowNode(NoteDebug, line);
-    return true;
+void TrafficLog::Write(Batch const& batch) {
+    for (QString const& line : batch.lines)
+        MarkLog::Instance()->ShowNode(NoteDebug, line);
+    if (batch.missing > 0)
+        MarkLog::Instance()->ShowNote_Error(
+            QStringLiteral("host port: %1 messages came too fast for the log").arg(batch.missing));
 }
 
 } // namespace tessera

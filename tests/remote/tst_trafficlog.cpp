@@ -14,6 +14,7 @@ class TestTrafficLog : public QObject {
 
 private:
     static QStringList written() { return tests::logTexts("debug"); }
+    static QStringList missing() { return tests::logTexts("error"); }
 
 private slots:
     void a_line_is_written_without_being_waited_for() {
@@ -25,18 +26,37 @@ private slots:
         QVERIFY(tests::waitFor([&] { return written() == (QStringList{"a", "b"}); }));
     }
 
-    void more_lines_than_may_wait_are_all_written_in_their_order() {
+    void lines_that_may_not_wait_are_counted() {
         const tests::TemporaryRoot root;
-        constexpr int kLines = 3 * int(TrafficLog::kMostWaiting);
+        constexpr int kLines = 200;
+        const QString large(TrafficLog::kMostWaiting / 4, QLatin1Char('x'));
         {
             TrafficLog log;
             for (int i = 0; i < kLines; ++i)
-                log.Add(QString::number(i));
+                log.Add(QString::number(i) + large);
         }
-        const QStringList lines = written();
-        QCOMPARE(lines.size(), kLines);
-        for (int i = 0; i < kLines; ++i)
-            QCOMPARE(lines.at(i), QString::number(i));
+        int counted = written().size();
+        for (QString const& line : missing())
+            counted += line.section(QLatin1Char(' '), 2, 2).toInt();
+        QCOMPARE(counted, kLines);
+        int last = -1;
+        for (QString const& line : written()) {
+            const int number = line.leftRef(line.indexOf(QLatin1Char('x'))).toInt();
+            QVERIFY(number > last);
+            last = number;
+        }
+    }
+
+    void a_line_longer_than_may_wait_is_counted() {
+        const tests::TemporaryRoot root;
+        TrafficLog log;
+        log.Add(QString(TrafficLog::kMostWaiting + 1, QLatin1Char('x')));
+        const QStringList told{"host port: 1 messages came too fast for the log"};
+        QVERIFY(tests::waitFor([&] { return missing() == told; }));
+        log.Add(QStringLiteral("a"));
+        log.Close();
+        QCOMPARE(missing(), told);
+        QCOMPARE(written(), QStringList{"a"});
     }
 
     void each_of_several_threads_keeps_its_order() {
