@@ -58,7 +58,7 @@ bool StationLink::send(QByteArray const& lines) {
     if (static_cast<std::size_t>(m_answers.size()) + static_cast<std::size_t>(lines.size()) > m_limits.answerBytes)
         m_overflow = true;
     else
-        m_answers += lines;
+        m_answers.append(lines.constData(), lines.size()); // a copy: the caller's own may go at any time on its thread
     m_wake.set();
     return true;
 }

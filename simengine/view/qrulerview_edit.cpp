@@ -9,6 +9,8 @@
 #include "simengine/view/qrulerview_p.h"
 #include "simengine/view/runningjob.h"
 
+#include <QPointer>
+
 using sim::DocumentState;
 using sim::EditResult;
 using sim::edits::Alignment;
@@ -149,8 +151,10 @@ void QRulerView::ArraySelectObj() {
     if (state->selection.isEmpty() || d->session.document().isReadOnly())
         return;
     const sim::Box box = sim::selectionBounds(*state);
-    sim::ArrayDialog dialog(QSizeF(box.width(), box.height()), this);
-    if (dialog.exec() != QDialog::Accepted)
+    // A controlling station may close the document while the dialog asks.
+    const QPointer<QRulerView> view(this);
+    sim::ArrayDialog dialog(QSizeF(box.width(), box.height()), window());
+    if (dialog.exec() != QDialog::Accepted || !view)
         return;
     const sim::ArrayCells cells = dialog.cells();
     d->edit([cells](const DocumentState& now) {

@@ -10,6 +10,8 @@
 #include "iosetup/laseralarmset.h"
 #include "ui_mainwindow.h"
 
+#include <QPointer>
+
 void MainWindow::initSlotSingle() {
     const struct {
         QAction* action;
@@ -195,12 +197,13 @@ void MainWindow::on_actionarrayObj_triggered() {
         view->ArraySelectObj();
 }
 
+/// A controlling station may close the document while the dialog asks.
 void MainWindow::on_actionalienation_triggered() {
-    QRulerView* view = GetActiveView();
+    const QPointer<QRulerView> view(GetActiveView());
     if (!view || view->GetSelectedToolCnt() <= 0)
         return;
     DimitionSet dialog(true, this, true);
-    if (dialog.exec() != QDialog::Accepted)
+    if (dialog.exec() != QDialog::Accepted || !view)
         return;
     DissimilationParam param;
     dialog.GetDimitionParam(param);

@@ -36,6 +36,8 @@ private slots:
     void the_delete_button_of_a_row_data();
     void the_delete_button_of_a_row();
     void a_document_that_cannot_be_stored_is_not_closed();
+    void a_document_that_goes_while_a_dialog_asks_about_it_is_not_edited_data();
+    void a_document_that_goes_while_a_dialog_asks_about_it_is_not_edited();
 
 private:
     using Fill = std::function<void(QWidget&)>;
@@ -341,6 +343,26 @@ void DocumentDialogsTest::a_document_that_cannot_be_stored_is_not_closed() {
     QVERIFY(answerer.waitUntilAnswered());
     QCOMPARE(openNames(), (QStringList{"a", "c"}));
     QVERIFY(QFileInfo(file("b")).isFile());
+}
+
+void DocumentDialogsTest::a_document_that_goes_while_a_dialog_asks_about_it_is_not_edited_data() {
+    QTest::addColumn<QByteArray>("asking");
+    QTest::newRow("array") << QByteArray("actionarrayObj");
+    QTest::newRow("roughen") << QByteArray("actionalienation");
+}
+
+/// As a controlling station may close it.
+void DocumentDialogsTest::a_document_that_goes_while_a_dialog_asks_about_it_is_not_edited() {
+    QFETCH(QByteArray, asking);
+    window().NewFile(file("a"));
+    QRulerView* view = window().GetActiveView();
+    view->AddMarkPoint(QPointF(1.0, 2.0));
+    QVERIFY(view->GetSelectedToolCnt() > 0);
+    DialogAnswerer answerer;
+    answerer.fillAndPress([this](QWidget&) { window().CloseAllFile(); }, QStringLiteral("确定"));
+    action(asking)->trigger();
+    QVERIFY(answerer.waitUntilAnswered());
+    QVERIFY(window().GetDocs().isEmpty());
 }
 
 QTEST_MAIN(DocumentDialogsTest)
