@@ -52,8 +52,24 @@ public:
     /// full disk or a signal leaves over is written behind it.
     bool append(QByteArray const& path, QByteArray const& line) {
         const std::lock_guard<std::mutex> lock(m_lock);
+        return (isOpen(path) || open(path)) && write(line);
+    }
+
+    /// The same for a line that a full file does without; `last` is written behind the line that fills it.
+    bool appendWhileSmall(QByteArray const& path, QByteArray const& line, QByteArray const& last) {
+        const std::lock_guard<std::mutex> lock(m_lock);
         if (!isOpen(path) && !open(path))
             return false;
+        struct stat info = {};
+        if (::fstat(m_file, &info) != 0)
+            return false;
+        if (info.st_size >= kLogDebugBytes)
+            return true;
+        return write(info.st_size + line.size() < kLogDebugBytes ? line : line + last);
+    }
+
+private:
+    bool write(QByteArray const& line) {
         qint64 done = 0;
         while (done < line.size()) {
             ssize_t const count =
@@ -67,7 +83,6 @@ public:
         return done == line.size();
     }
 
-private:
     /// False too when the file was deleted or replaced meanwhile.
     bool isOpen(QByteArray const& path) const {
         struct stat open = {};
@@ -145,10 +160,16 @@ bool writeLog(LogKind kind, QString const& text) {
     qint64 const now = QDateTime::currentMSecsSinceEpoch();
     LoggedSecond const& second = loggedSecond(now / 1000);
     QByteArray const name = QFile::encodeName(logPath(second.day));
-    QByteArray const line = second.text + QByteArray::number(now % 1000).rightJustified(3, '0') + entry(kind, text);
-    if (openFile().append(name, line))
-        return true;
-    return QDir().mkpath(tessera::rootPath(QStringLiteral("/日志文件"))) && openFile().append(name, line);
+    QByteArray const time = second.text + QByteArray::number(now % 1000).rightJustified(3, '0');
+    QByteArray const line = time + entry(kind, text);
+    auto const append = [&] {
+        if (kind != LogKind::Debug)
+            return openFile().append(name, line);
+        return openFile().appendWhileSmall(
+            name, line,
+            time + entry(LogKind::Note, QStringLiteral("the log is full: no debug lines for the rest of the day")));
+    };
+    return append() || (QDir().mkpath(tessera::rootPath(QStringLiteral("/日志文件"))) && append());
 }
 
 } // namespace sim

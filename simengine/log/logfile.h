@@ -32,6 +32,10 @@ QByteArray logLine(QDateTime const& time, LogKind kind, QString const& text);
 /// The file of a day: "yyyy-MM-dd.log" in /日志文件.
 QString logPath(QDate const& day);
 
+/// From this size on a day's file takes no lines of the kind Debug any more, which hosts of the plant can have written
+/// at the speed of their line; one line says so. All other kinds go on.
+constexpr qint64 kLogDebugBytes = 64 * 1024 * 1024;
+
 /// Appends one entry to the file of today if the settings let it be written. False when it should have been written and
 /// could not be. Any thread and any process: an entry is one write at the end of the file.
 bool writeLog(LogKind kind, QString const& text);

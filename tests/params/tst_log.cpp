@@ -188,6 +188,30 @@ private slots:
         QCOMPARE(sink.types, QVector<DebugInfoType>{DebugInfoAlarm});
     }
 
+    void a_full_file_of_a_day_takes_no_debug_lines_and_says_so() {
+        setSwitches(true);
+        QVERIFY(sim::writeLog(LogKind::Note, "begin"));
+        QFile file(sim::logPath(QDate::currentDate()));
+        qint64 const room = 130; // for one line, not for two
+        QVERIFY(file.resize(sim::kLogDebugBytes - room));
+        QVERIFY(sim::writeLog(LogKind::Debug, QString(70, 'x')));
+        QVERIFY(file.size() < sim::kLogDebugBytes);
+        QVERIFY(sim::writeLog(LogKind::Debug, "the last one"));
+        qint64 const full = file.size();
+        QVERIFY(full >= sim::kLogDebugBytes);
+        QVERIFY(sim::writeLog(LogKind::Debug, "left out"));
+        QCOMPARE(file.size(), full);
+        QVERIFY(sim::writeLog(LogKind::Error, "goes on"));
+        QVERIFY(file.open(QIODevice::ReadOnly) && file.seek(sim::kLogDebugBytes - room));
+        QByteArray const end = file.readAll();
+        file.close();
+        QVERIFY(end.contains("\tdebug\tthe last one\n"));
+        QVERIFY(end.contains("\tnote\tthe log is full: no debug lines for the rest of the day\n"));
+        QVERIFY(!end.contains("left out"));
+        QVERIFY(end.endsWith("\terror\tgoes on\n"));
+        QVERIFY(file.remove());
+    }
+
     void a_flood_of_lines_keeps_the_newest() {
         QPlainTextEdit* text = debugText();
         QVERIFY(text);
