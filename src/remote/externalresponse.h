@@ -55,7 +55,7 @@ public:
     bool VZGetLayerParas(int doc, int layer, LayerData& out);
     /// Appends the report of the last run: 0 good or 1, then of the last pen that it marked with the power in percent,
     /// frequency in Hz, pulse width in us, speed in mm/s, and the time of the run in ms. False, with `out` replaced by
-    /// a text, without an active document. Any thread.
+    /// a text, without an active document. Main thread.
     bool VZGetSendRunData(QString& out);
 
     /// "hh:mm:ss.zzz"; hours go on beyond 24. A minus stands before a negative time.
