@@ -52,7 +52,7 @@ void QRulerView::Private::moveByKeys(const QList<int>& keys, bool renewPreview) 
         if (const Direction* direction = directionOf(key))
             moved = session.moveByKey(direction->x * distance, direction->y * distance) || moved;
     }
-    if (moved && renewPreview)
+    if (moved && renewPreview && sim::previewRuns())
         sim::renewPreview();
 }
 

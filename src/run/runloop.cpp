@@ -41,9 +41,10 @@ void RunLoop::StopTriger() {
     m_Wake.notify_all();
 }
 
+/// A job with the laser is not cut off for new data: it may have taken the preview's place since the key was pressed.
 void RunLoop::StopTrigerVirtual() {
     const std::lock_guard<std::mutex> lock(m_Lock);
-    if (!m_bActive)
+    if (!m_bActive || m_MarkType == MarkTypeLaser)
         return;
     SetStopVirtual(true);
     StopCard();

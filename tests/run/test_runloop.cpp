@@ -239,11 +239,12 @@ TEST_F(RunLoopTest, a_preview_takes_new_data_without_a_signal) {
     EXPECT_FALSE(loop.IsStopVirtual());
 }
 
-TEST_F(RunLoopTest, a_normal_job_is_not_restarted_with_new_data) {
+TEST_F(RunLoopTest, a_normal_job_is_neither_stopped_nor_restarted_for_new_data) {
     port.mark = [this] { return loop.StopTrigerVirtual(), true; };
     start();
     port.join();
     EXPECT_EQ(port.count("mark 0"), 1);
+    EXPECT_EQ(port.count("stop"), 0);
     EXPECT_EQ(port.calls().back(), "ended");
 }
 
