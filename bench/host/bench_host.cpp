@@ -42,8 +42,12 @@ constexpr char kRun[] = "_VZSetOffset(0);";
 constexpr int kMarkOutput = 30;
 /// Slow enough that no run ends by itself.
 constexpr double kSlow = 0.000001;
-/// MiB that a storm may leave behind: the system's allocator keeps some of what was used.
+/// MiB that a storm may leave behind: the system's allocator keeps some of what was used, a sanitizer far more.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr double kMemoryBound = 512.0;
+#else
 constexpr double kMemoryBound = 64.0;
+#endif
 constexpr int kFloodWindow = 32;
 
 struct Sizes {
