@@ -25,8 +25,9 @@ void AnswerStation(RemoteOrderLog& log, QString const& sender, CCSCmd received, 
     const QString order = StationOrder(received);
     const QString status = good ? QStringLiteral("0") : QStringLiteral("1");
     received.Args = {status, text};
-    CCSServer::Instance()->WriteTcpMsg(std::move(received), tag);
+    // Recorded first: what the station orders upon the answer is to stand behind it.
     log.Add(sender, order, status + QLatin1Char(',') + text);
+    CCSServer::Instance()->WriteTcpMsg(std::move(received), tag);
 }
 
 } // namespace tessera
