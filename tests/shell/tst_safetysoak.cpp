@@ -17,8 +17,8 @@ constexpr int kPollsADay = 24 * 3600 * 1000 / 30;
 /// Memory is compared with that after this share of the polls: until then caches and lists fill.
 constexpr int kWarmUpShare = 10;
 constexpr int kSamples = 20;
-/// The allocator keeps what a larger moment once needed. The sanitizers keep what was given back for a while, up to 256 MiB, and
-/// find what is lost themselves.
+/// The allocator keeps what a larger moment once needed. The sanitizers keep what was given back for a while, up to 256
+/// MiB, and find what is lost themselves.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr double kAllowedGrowth = 3.0;
 #else
