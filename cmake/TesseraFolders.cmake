@@ -19,6 +19,8 @@
 # USES names the folders of src/ whose headers are included. engine/ and support/ may be used by all, and so may
 # shell/mainwindow.h, the meeting point. scripts/check-includes holds a folder to its USES.
 
+include(TesseraPrecompiled)
+
 set(TESSERA_ENGINE_DIR "${PROJECT_SOURCE_DIR}/src/engine")
 
 # Parses the arguments of the calling function into ARG_... and refuses what it does not know. options, one and many are
@@ -125,6 +127,7 @@ function(tessera_folder name)
     target_link_libraries(${target} PUBLIC tessera_engine tessera-support Qt5::Widgets Qt5::Network Qt5::Concurrent Qt5::Svg
                                            ${ARG_LIBS})
     set_property(GLOBAL APPEND PROPERTY TESSERA_FOLDERS ${name})
+    tessera_precompile(${target} library)
     foreach(used IN LISTS ARG_USES)
         set_property(GLOBAL APPEND PROPERTY TESSERA_USED_FOLDERS "${name}>${used}")
     endforeach()
@@ -138,6 +141,7 @@ function(sim_folder name)
     target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}")
     target_link_libraries(${target} PUBLIC tessera_engine tessera-support Qt5::Widgets Qt5::Svg Qt5::Sql Qt5::Network
                                            PkgConfig::SODIUM PkgConfig::POLYCLIPPING Threads::Threads ${CMAKE_DL_LIBS} ${ARG_LIBS})
+    tessera_precompile(${target} library)
     set_property(GLOBAL APPEND PROPERTY SIM_FOLDERS ${name})
 endfunction()
 
@@ -253,6 +257,7 @@ function(tessera_test name)
     endif()
     tessera_link_system(${name})
     target_link_libraries(${name} PRIVATE tessera_engine Qt5::Test Qt5::Widgets Qt5::Network ${ARG_LIBS})
+    tessera_precompile(${name} test)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/bin/tests")
     if(ARG_XVFB)
         find_program(TESSERA_XVFB_RUN xvfb-run REQUIRED)

@@ -4,6 +4,7 @@
 #include "machinecontrol.h"
 #include "simengine/simcontrol.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
 
@@ -29,11 +30,40 @@ struct HeadValue {
     double sim::SimHeadDistortion::*value;
 };
 constexpr HeadValue kHeadValues[] = {
-    {"scaleX", &sim::SimHeadDistortion::scaleX},         {"scaleY", &sim::SimHeadDistortion::scaleY},
-    {"rotation", &sim::SimHeadDistortion::rotation},     {"barrel", &sim::SimHeadDistortion::barrel},
-    {"trapezoidX", &sim::SimHeadDistortion::trapezoidX}, {"trapezoidY", &sim::SimHeadDistortion::trapezoidY},
+    {"scaleX", &sim::SimHeadDistortion::scaleX},
+    {"scaleY", &sim::SimHeadDistortion::scaleY},
+    {"rotation", &sim::SimHeadDistortion::rotation},
+    {"barrel", &sim::SimHeadDistortion::barrel},
+    {"trapezoidX", &sim::SimHeadDistortion::trapezoidX},
+    {"trapezoidY", &sim::SimHeadDistortion::trapezoidY},
     {"noise", &sim::SimHeadDistortion::noise},
+    {"seed", &sim::SimHeadDistortion::seed},
+    {"offsetX", &sim::SimHeadDistortion::offsetX},
+    {"offsetY", &sim::SimHeadDistortion::offsetY},
+    {"skew", &sim::SimHeadDistortion::skew},
+    {"pilotScaleX", &sim::SimHeadDistortion::pilotScaleX},
+    {"pilotScaleY", &sim::SimHeadDistortion::pilotScaleY},
+    {"pilotOffsetX", &sim::SimHeadDistortion::pilotOffsetX},
+    {"pilotOffsetY", &sim::SimHeadDistortion::pilotOffsetY},
 };
+
+/// head.set takes every value of the head and nothing else.
+RpcParameters headParameters() {
+    RpcParameters parameters{};
+    std::size_t i = 0;
+    for (HeadValue const& entry : kHeadValues)
+        parameters[i++] = {entry.name, RpcType::Number, false};
+    return parameters;
+}
+static_assert(std::size(kHeadValues) <= std::size_t(kMaxRpcParameters), "a parameter for each value");
+
+/// How what was not done is answered: the same for all methods of the head.
+RpcReply refusal(sim::SimOutcome outcome, std::string const& error) {
+    int const code = outcome == sim::SimOutcome::BadValue    ? RpcInvalidParams
+                     : outcome == sim::SimOutcome::FileError ? RpcFileError
+                                                             : RpcMachineRefused;
+    return RpcReply::failure(code, QString::fromStdString(error));
+}
 
 RpcReply noSimulator() {
     return RpcReply::failure(RpcNoSimulator, QStringLiteral("the engine is not a simulated machine"));
@@ -80,25 +110,25 @@ QJsonObject toJson(sim::SimHeadDistortion const& distortion) {
 
 } // namespace
 
-std::array<CardMethods::Row, 9> const& CardMethods::methods() {
+std::array<CardMethods::Row, 13> const& CardMethods::methods() {
     static constexpr RpcParameter kFile{"file", RpcType::Text, true};
-    static std::array<Row, 9> const rows{{
+    static std::array<Row, 13> const rows{{
         {"card.state", {}, &CardMethods::state},
         {"card.setInput", {{{"bit", RpcType::Index, true}, {"value", RpcType::Level, true}}}, &CardMethods::setInput},
         {"card.setInputs", {{{"word", RpcType::Word, true}}}, &CardMethods::setInputs},
         {"card.journal", {{{"since", RpcType::Count, false}}}, &CardMethods::journal},
         {"card.clearJournal", {}, &CardMethods::clearJournal},
-        {"card.trace", {{kFile}}, &CardMethods::trace},
+        {"card.trace", {{kFile, {"commanded", RpcType::Switch, false}}}, &CardMethods::trace},
         {"card.fault", {{{"name", RpcType::Text, true}, {"on", RpcType::Switch, true}}}, &CardMethods::fault},
-        {"head.set",
-         {{{"scaleX", RpcType::Number, false},
-           {"scaleY", RpcType::Number, false},
-           {"rotation", RpcType::Number, false},
-           {"barrel", RpcType::Number, false},
-           {"trapezoidX", RpcType::Number, false},
-           {"trapezoidY", RpcType::Number, false},
-           {"noise", RpcType::Number, false}}},
-         &CardMethods::setHead},
+        {"card.runTimes",
+         {{{"document", RpcType::Text, false}, {"limit", RpcType::Count, false}}},
+         &CardMethods::runTimes},
+        {"card.device", {{{"name", RpcType::Text, false}, {"value", RpcType::Number, false}}}, &CardMethods::device},
+        {"card.flash",
+         {{kFile, {"address", RpcType::Word, false}, {"size", RpcType::Word, false}}},
+         &CardMethods::flash},
+        {"head.set", headParameters(), &CardMethods::setHead},
+        {"head.get", {}, &CardMethods::getHead},
         {"head.measure", {{kFile}}, &CardMethods::measureHead},
     }};
     return rows;
@@ -116,6 +146,8 @@ RpcReply CardMethods::state(QJsonObject const&) {
                                        {QStringLiteral("outputs"), double(state.outputs)},
                                        {QStringLiteral("x"), state.x},
                                        {QStringLiteral("y"), state.y},
+                                       {QStringLiteral("spotX"), state.spotX},
+                                       {QStringLiteral("spotY"), state.spotY},
                                        {QStringLiteral("laser"), state.laser},
                                        {QStringLiteral("pen"), state.pen},
                                        {QStringLiteral("runTime"), state.runTimeMs},
@@ -162,7 +194,7 @@ RpcReply CardMethods::trace(QJsonObject const& params) {
         return noSimulator();
     QString const file = fileParam(params);
     std::string error;
-    m_machine.sim()->writeTrace(nativeName(file), error);
+    m_machine.sim()->writeTrace(nativeName(file), error, params.value(QLatin1String("commanded")).toBool());
     return fileReply(file, error);
 }
 
@@ -179,21 +211,89 @@ RpcReply CardMethods::fault(QJsonObject const& params) {
                              QJsonObject{{QStringLiteral("candidates"), names}});
 }
 
+RpcReply CardMethods::runTimes(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    constexpr int kUsual = 20;
+    std::string const document = params.value(QLatin1String("document")).toString().toStdString();
+    auto const limit = std::size_t(params.value(QLatin1String("limit")).toInt(kUsual));
+    QJsonArray runs;
+    for (sim::SimRunTime const& run : m_machine.sim()->runTimes(document, limit)) {
+        QJsonObject object{
+            {QStringLiteral("document"), QString::fromStdString(run.document)},
+            {QStringLiteral("when"), QDateTime::fromMSecsSinceEpoch(run.whenMs, Qt::UTC).toString(Qt::ISODateWithMs)},
+            {QStringLiteral("actual"), run.actualMs},
+            {QStringLiteral("wall"), run.wallMs},
+            {QStringLiteral("whole"), run.whole},
+            {QStringLiteral("selectedOnly"), run.selectedOnly}};
+        if (run.estimateMs >= 0.0)
+            object.insert(QStringLiteral("estimate"), run.estimateMs);
+        runs.append(object);
+    }
+    return RpcReply::value(runs);
+}
+
 RpcReply CardMethods::setHead(QJsonObject const& params) {
     if (!m_machine.isSimulated())
         return noSimulator();
     sim::SimHeadDistortion distortion;
     std::string error;
-    bool done = m_machine.sim()->head(distortion, error);
+    if (!m_machine.sim()->head(distortion, error))
+        return refusal(sim::SimOutcome::NotThere, error);
     for (HeadValue const& entry : kHeadValues) {
         QJsonValue const value = params.value(QLatin1String(entry.name));
         if (!value.isUndefined())
             distortion.*entry.value = value.toDouble();
     }
-    done = done && m_machine.sim()->setHead(distortion, error);
-    if (!done)
-        return RpcReply::failure(RpcMachineRefused, QString::fromStdString(error));
-    return RpcReply::value(toJson(distortion));
+    sim::SimOutcome const outcome = m_machine.sim()->setHead(distortion, error);
+    return outcome == sim::SimOutcome::Done ? RpcReply::value(toJson(distortion)) : refusal(outcome, error);
+}
+
+RpcReply CardMethods::getHead(QJsonObject const&) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    sim::SimHeadDistortion distortion;
+    std::string error;
+    if (!m_machine.sim()->head(distortion, error))
+        return refusal(sim::SimOutcome::NotThere, error);
+    QJsonObject values = toJson(distortion);
+    values.insert(QStringLiteral("gridCorrection"), m_machine.sim()->state().gridCorrection);
+    return RpcReply::value(values);
+}
+
+/// All devices, or the one named; with a value that one is set first.
+RpcReply CardMethods::device(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    QString const name = params.value(QLatin1String("name")).toString();
+    if (params.contains(QLatin1String("value"))) {
+        std::string error;
+        sim::SimOutcome const outcome =
+            m_machine.sim()->setDevice(name.toStdString(), params.value(QLatin1String("value")).toDouble(), error);
+        if (outcome != sim::SimOutcome::Done)
+            return refusal(outcome, error);
+    }
+    QJsonObject values;
+    for (sim::SimDevice const& device : m_machine.sim()->devices()) {
+        if (name.isEmpty() || name == QString::fromStdString(device.name))
+            values.insert(QString::fromStdString(device.name), device.value);
+    }
+    if (values.isEmpty())
+        return RpcReply::failure(RpcMachineRefused, QStringLiteral("the machine has no \"%1\"").arg(name));
+    return RpcReply::value(values);
+}
+
+RpcReply CardMethods::flash(QJsonObject const& params) {
+    if (!m_machine.isSimulated())
+        return noSimulator();
+    QString const file = fileParam(params);
+    auto const word = [&params](char const* key) {
+        return static_cast<std::uint32_t>(params.value(QLatin1String(key)).toDouble());
+    };
+    std::string error;
+    sim::SimOutcome const outcome = m_machine.sim()->writeFlash(nativeName(file), word("address"), word("size"), error);
+    return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
+                                            : refusal(outcome, error);
 }
 
 RpcReply CardMethods::measureHead(QJsonObject const& params) {
@@ -201,8 +301,9 @@ RpcReply CardMethods::measureHead(QJsonObject const& params) {
         return noSimulator();
     QString const file = fileParam(params);
     std::string error;
-    m_machine.sim()->measureHead(nativeName(file), error);
-    return fileReply(file, error);
+    sim::SimOutcome const outcome = m_machine.sim()->measureHead(nativeName(file), error);
+    return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
+                                            : refusal(outcome, error);
 }
 
 } // namespace tessera

@@ -15,7 +15,7 @@ class CardMethods : public RpcMethodTable<CardMethods> {
 public:
     explicit CardMethods(MachineControl const& machine)
         : m_machine(machine) {}
-    static std::array<Row, 9> const& methods();
+    static std::array<Row, 13> const& methods();
 
 private:
     RpcReply state(QJsonObject const& params);
@@ -25,7 +25,11 @@ private:
     RpcReply clearJournal(QJsonObject const& params);
     RpcReply trace(QJsonObject const& params);
     RpcReply fault(QJsonObject const& params);
+    RpcReply runTimes(QJsonObject const& params);
+    RpcReply device(QJsonObject const& params);
+    RpcReply flash(QJsonObject const& params);
     RpcReply setHead(QJsonObject const& params);
+    RpcReply getHead(QJsonObject const& params);
     RpcReply measureHead(QJsonObject const& params);
 
     MachineControl const& m_machine;

@@ -127,7 +127,7 @@ constexpr Option kOptions[] = {
      "Switch a fault of the simulated machine on before anything starts:\nlaser_no_ready, outputs_stuck and others."},
     {"open", "FILE", true, readOpen, nullptr, "Open a mark document, by path or by its name below MarkFile/."},
     {"import", "FILE", true, readImport, nullptr,
-     "Import an SVG drawing into a new document below MarkFile/ and open it."},
+     "Import a drawing (SVG, DXF, PLT) into a new document below MarkFile/ and open it."},
     {"mark", "N", false, readMark, nullptr, "Run the active document N times, as by pressing Start in the run dialog."},
     {"trace", "FILE", true, readTrace, nullptr,
      "Write what the last job marked as .svg, .csv or .png, after the runs of --mark or else\nat the end."},

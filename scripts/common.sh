@@ -59,12 +59,13 @@ ensure_packages() {
 }
 
 # configure_if_needed PRESET: the build system configures itself again after its own files changed; the presets are not among them.
+# The toolkit's headers are compiled once: what is built here is nearly everything.
 configure_if_needed() {
     local made="$TESSERA_DIR/build/$1/build.ninja"
     if [ -f "$made" ] && [ ! "$TESSERA_DIR/CMakePresets.json" -nt "$made" ]; then
         return 0
     fi
-    (cd "$TESSERA_DIR" && cmake --preset "$1") ||
+    (cd "$TESSERA_DIR" && cmake --preset "$1" -DTESSERA_PRECOMPILED=ON) ||
         say_and_fail "The build could not be configured: mend what CMake says above; when build/$1 itself is damaged, remove that folder and start again."
 }
 

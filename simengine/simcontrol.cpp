@@ -1,10 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/simcontrol.h"
 
+#include "simengine/card/bordersettings.h"
 #include "simengine/card/cardcore.h"
+#include "simengine/card/fitteddevices.h"
+#include "simengine/card/headsettings.h"
+#include "simengine/card/markedrows.h"
+#include "simengine/card/measurement.h"
 #include "simengine/card/traceexport.h"
+#include "simengine/log/runtimes.h"
+#include "simengine/motion/cardaxes.h"
 #include "simengine/panel/panelwindow.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -28,6 +36,9 @@ SimActivity activityOf(Activity activity) {
 
 class MachineControl final : public SimControl {
 public:
+    /// The axes make the names of their faults known.
+    MachineControl() { simulatedAxes(); }
+
     unsigned version() const override { return kSimControlVersion; }
 
     SimCardState state() const override {
@@ -44,6 +55,9 @@ public:
         state.waveNumber = m_card.devices().waveNumber();
         state.x = head.at.x;
         state.y = head.at.y;
+        const Point spot = m_card.spot();
+        state.spotX = spot.x;
+        state.spotY = spot.y;
         state.laser = head.laser;
         state.pen = head.pen;
         state.runTimeMs = m_card.bufferRunTimeMs();
@@ -52,7 +66,8 @@ public:
         state.markInfo = m_card.markInfo();
         state.scanState = m_card.scanState();
         state.alarmWord = m_card.alarmWord();
-        state.encoder = m_card.devices().encoder();
+        state.encoder = m_card.encoder().count();
+        state.gridCorrection = m_card.isOpen() && m_card.headWay().hasGrid();
         return state;
     }
 
@@ -63,7 +78,7 @@ public:
 
     bool setInput(int bit, bool on) override { return m_card.io().setInput(bit, on); }
     void setInputs(std::uint32_t word) override { m_card.io().setInputs(word); }
-    void setEncoder(int position) override { m_card.devices().setEncoder(position); }
+    void setEncoder(int position) override { m_card.encoder().setCount(position); }
 
     std::vector<SimCall> journal(std::uint64_t since, std::size_t limit) const override {
         std::vector<SimCall> calls;
@@ -75,21 +90,28 @@ public:
     void clearJournal() override { m_card.journal().clear(); }
     void setJournalEnabled(bool on) override { m_card.journal().setEnabled(on); }
 
-    bool writeTrace(const std::string& file, std::string& error) const override {
+    bool writeTrace(const std::string& file, std::string& error, bool commanded) const override {
         QString reason;
-        const bool ok = sim::writeTrace(m_card.trace().snapshot(), QString::fromStdString(file), reason);
+        const TraceSnapshot rows = m_card.trace().snapshot();
+        const bool ok = sim::writeTrace(commanded ? rows.commanded() : rows, QString::fromStdString(file), reason);
         error = reason.toStdString();
         return ok;
     }
 
     std::size_t followTrace(std::uint64_t& pass, std::size_t& from, std::vector<SimTraceRow>& rows,
                             std::size_t limit) const override {
-        std::vector<TraceRow> read;
-        m_card.trace().readSince(pass, from, read, limit);
+        const TraceSnapshot snapshot = m_card.trace().snapshot();
+        if (pass != snapshot.pass())
+            from = 0;
+        pass = snapshot.pass();
+        const std::size_t end = std::min(snapshot.size(), from + std::min(limit, snapshot.size()));
         rows.clear();
-        rows.reserve(read.size());
-        for (const TraceRow& row : read)
-            rows.push_back({row.ms, row.at.x, row.at.y, row.pen, row.laser, row.drawn, row.power});
+        rows.reserve(end - std::min(from, end));
+        forEachMarked(snapshot, from, end, [&rows](const TraceRow& row, const Point& commanded, bool vertex) {
+            rows.push_back({row.ms, row.at.x, row.at.y, commanded.x, commanded.y, row.pen, row.laser, row.drawn,
+                            row.power, vertex});
+        });
+        from = std::max(from, end);
         return rows.size();
     }
 
@@ -106,18 +128,51 @@ public:
     }
     void setHardwareBits(std::uint32_t word) override { m_card.devices().setHardwareBits(word); }
 
-    bool setHead(const SimHeadDistortion&, std::string& error) override { return hasNo("head", error); }
-    bool head(SimHeadDistortion&, std::string& error) const override { return hasNo("head", error); }
-    bool measureHead(const std::string&, std::string& error) const override { return hasNo("head", error); }
+    SimOutcome setHead(const SimHeadDistortion& distortion, std::string& error) override {
+        return setHeadDistortion(distortion, error);
+    }
+    bool head(SimHeadDistortion& distortion, std::string&) const override {
+        distortion = headDistortion();
+        return true;
+    }
+    SimOutcome measureHead(const std::string& file, std::string& error) override {
+        return measureFigures(m_card, QString::fromStdString(file), error);
+    }
     bool showPanel(bool on, std::string& error) override { return PanelWindow::showPanel(*this, on, error); }
-
-private:
-    /// For what this build of the machine does not contain.
-    static bool hasNo(const char* part, std::string& error) {
-        error = std::string("this machine has no ") + part;
+    std::vector<SimDevice> devices() const override { return machineDevices(); }
+    SimOutcome setDevice(const std::string& name, double value, std::string& error) override {
+        return setMachineDevice(name, value, error);
+    }
+    SimOutcome writeFlash(const std::string& file, std::uint32_t address, std::uint32_t size,
+                          std::string& error) const override {
+        return writeFlashImage(file, address, size, error);
+    }
+    SimBorder border() const override {
+        const BorderSettings settings = readBorderSettings();
+        const bool hull = settings.outline == BorderOutline::Hull;
+        return {hull ? SimBorderOutline::Hull : SimBorderOutline::Rectangle, settings.speed};
+    }
+    bool setBorder(const SimBorder& border, std::string& error) override {
+        if (!(border.speed >= 0.0) || !std::isfinite(border.speed)) {
+            error = "the speed must be 0 or more";
+            return false;
+        }
+        const bool hull = border.outline == SimBorderOutline::Hull;
+        if (writeBorderSettings({hull ? BorderOutline::Hull : BorderOutline::Rectangle, border.speed}))
+            return true;
+        error = "/ini/VZMarkPara.cfg cannot be written";
         return false;
     }
 
+    std::vector<SimRunTime> runTimes(const std::string& document, std::size_t limit) const override {
+        std::vector<SimRunTime> times;
+        for (const RunTime& run : RunTimes::instance().newest(QString::fromStdString(document), limit))
+            times.push_back({run.document.toStdString(), run.when.toMSecsSinceEpoch(), run.estimateMs, run.actualMs,
+                             run.wallMs, run.whole, run.selectedOnly});
+        return times;
+    }
+
+private:
     CardCore& m_card = simulatedCard();
 };
 

@@ -17,7 +17,7 @@
 namespace sim {
 
 /// Raised with every change of this file that is not an addition at the end of SimControl.
-constexpr unsigned kSimControlVersion = 2;
+constexpr unsigned kSimControlVersion = 3;
 constexpr char kSimControlSymbol[] = "tessera_sim_control";
 
 enum class SimActivity { Idle, Running, Paused, Waiting };
@@ -34,6 +34,8 @@ struct SimCardState {
     int waveNumber = 0; ///< on the waveform outputs
     double x = 0.0;     ///< mm, commanded position of the head
     double y = 0.0;
+    double spotX = 0.0; ///< mm, where the spot is on the workpiece
+    double spotY = 0.0;
     bool laser = false;
     int pen = 0;
     double runTimeMs = 0.0; ///< time of the last job as GetBufferRunTime() gives it
@@ -43,6 +45,7 @@ struct SimCardState {
     std::uint32_t scanState = 0;
     std::uint32_t alarmWord = 0;
     int encoder = 0;
+    bool gridCorrection = false; ///< a high-precision correction table is in force
 };
 
 /// Where the time of the last job went: ms and mm.
@@ -54,6 +57,14 @@ struct SimJobTime {
     double markedMm = 0.0;
     double jumpedMm = 0.0;
     std::size_t vertices = 0;
+};
+
+/// The line on which a border preview goes round a job: the rectangle round it, or its convex hull.
+enum class SimBorderOutline { Rectangle, Hull };
+
+struct SimBorder {
+    SimBorderOutline outline = SimBorderOutline::Rectangle;
+    double speed = 0.0; ///< mm/s; 0 for the red-light speed of the first stroke's pen
 };
 
 using SimValue = std::variant<std::int64_t, double, std::string>;
@@ -71,22 +82,63 @@ struct SimTraceRow {
     double ms = 0.0;
     double x = 0.0; ///< mm, as marked
     double y = 0.0;
+    double commandedX = 0.0; ///< mm
+    double commandedY = 0.0;
     int pen = 0;
     bool laser = false;
     bool drawn = false; ///< part of a contour, with the laser or the pilot beam; else a jump
     /// Percent of the laser's full power reached here, straight from the row before; of a jump what it opens with.
     double power = 0.0;
+    bool vertex = true; ///< else a place on a way that the head bends
 };
 
-/// Distortion between the commanded and the marked position.
+/// Distortion between the position to which the mirrors are sent and the marked one. The pilot beam's own values come
+/// first, then skew and scale, trapezoid and barrel, rotation and offset. Shares hold 50 mm from the middle.
 struct SimHeadDistortion {
-    double scaleX = 1.0;
+    double scaleX = 1.0; ///< 0.1 to 10; below 0 for an inverted mirror
     double scaleY = 1.0;
-    double rotation = 0.0;   ///< degrees, counter-clockwise
-    double barrel = 0.0;     ///< share of growth at the edge of the field
-    double trapezoidX = 0.0; ///< share by which X grows from the field's middle to its upper edge
-    double trapezoidY = 0.0; ///< share by which Y grows from the field's middle to its right edge
-    double noise = 0.0;      ///< mm, standard deviation of a position
+    double rotation = 0.0; ///< degrees, -360 to 360, counter-clockwise
+    double offsetX = 0.0;  ///< mm, -100 to 100
+    double offsetY = 0.0;
+    double barrel = 0.0;      ///< share of growth, times the square of the distance from the middle, -0.5 to 0.5
+    double trapezoidX = 0.0;  ///< share by which X grows from the field's middle to its upper edge, -0.4 to 0.4
+    double trapezoidY = 0.0;  ///< share by which Y grows from the field's middle to its right edge
+    double skew = 0.0;        ///< degrees by which the Y axis leans to the right, -45 to 45
+    double pilotScaleX = 1.0; ///< of the pilot beam beside the laser, 0.1 to 10
+    double pilotScaleY = 1.0;
+    double pilotOffsetX = 0.0; ///< mm, -100 to 100
+    double pilotOffsetY = 0.0;
+    double noise = 0.0; ///< mm, 0 to 1: standard deviation of X and of Y of a vertex, and once more of a measurement
+    double seed = 0.0;  ///< of the noise, a whole number of 32 bits
+};
+
+/// How an order to the head ended.
+enum class SimOutcome {
+    Done,
+    NotThere,  ///< the machine has no such part
+    BadValue,  ///< a value is out of its limits
+    NoFigures, ///< there is nothing to be measured: no job yet, one on the card, or nothing of the kind in the last one
+    FileError, ///< a file could not be written
+};
+
+/// Estimate and time of one laser run.
+struct SimRunTime {
+    std::string document;     ///< path of its file
+    std::int64_t whenMs = 0;  ///< its beginning, ms since 1970, UTC
+    double estimateMs = -1.0; ///< of the card's time, made from the document; below 0 when none could be made
+    double actualMs = 0.0;    ///< of the card
+    double wallMs = 0.0;      ///< by the wall's clock, with preparation, pauses and end signal
+    bool whole = false;       ///< not stopped
+    bool selectedOnly = false;
+};
+
+/// A value of what stands beside the card: belt, encoder, beam splitter, flash.
+struct SimDevice {
+    std::string name;
+    double value = 0.0;
+    double low = 0.0; ///< limits
+    double high = 0.0;
+    bool settable = false;
 };
 
 /// All calls from any thread, from the loading of the engine to the end of the process.
@@ -110,11 +162,13 @@ public:
     virtual void clearJournal() = 0;
     virtual void setJournalEnabled(bool on) = 0;
 
-    /// Writes the trace of the last job; the ending .csv, .svg or .png decides the form. False with a reason in
-    /// `error` when the ending is another one or the file cannot be written.
-    virtual bool writeTrace(const std::string& file, std::string& error) const = 0;
+    /// Writes the trace of the last job; the ending .csv, .svg or .png decides the form. The places are those that were
+    /// marked, with `commanded` those that were told. False with a reason in `error` when the ending is another one or
+    /// the file cannot be written.
+    virtual bool writeTrace(const std::string& file, std::string& error, bool commanded = false) const = 0;
     /// Rows marked since the last call, for a display that follows: keep `pass` and `from` between calls, both 0 at
-    /// first. A changed pass means that the rows before are to be forgotten. Returns the number of rows.
+    /// first. A changed pass means that the rows before are to be forgotten. At most `limit` vertices, and the rows
+    /// between them where the head bends the way. Returns the number of rows.
     virtual std::size_t followTrace(std::uint64_t& pass, std::size_t& from, std::vector<SimTraceRow>& rows,
                                     std::size_t limit = 65536) const = 0;
 
@@ -129,15 +183,34 @@ public:
     /// Bits that the hardware word shows besides those of the laser type (bits 5 to 7).
     virtual void setHardwareBits(std::uint32_t word) = 0;
 
-    /// False with a reason in `error` when the machine has no head whose distortion can be set, or for values that
-    /// are not finite.
-    virtual bool setHead(const SimHeadDistortion& distortion, std::string& error) = 0;
+    /// Sets the head for the jobs to come and keeps it for the next start of the program; the noise begins anew. What
+    /// is not done changes nothing and has a reason in `error`.
+    virtual SimOutcome setHead(const SimHeadDistortion& distortion, std::string& error) = 0;
+    /// False with a reason in `error` when the machine has no head whose distortion can be set.
     virtual bool head(SimHeadDistortion& distortion, std::string& error) const = 0;
-    /// Writes the crosses of the last job as a measurement file.
-    virtual bool measureHead(const std::string& file, std::string& error) const = 0;
+    /// Writes where the crosses of the last job came to lie, or its mark points when it has no crosses, as a
+    /// measurement file: "x,y" in mm a line, six significant digits, in the order of marking, with the noise of an
+    /// instrument.
+    virtual SimOutcome measureHead(const std::string& file, std::string& error) = 0;
 
     /// Shows or hides the machine's own window. Main thread. False with a reason in `error` when there is none.
     virtual bool showPanel(bool on, std::string& error) = 0;
+
+    /// How the next border preview goes round its job. The card keeps it in its parameter file.
+    virtual SimBorder border() const = 0;
+    /// False with a reason in `error` for a speed below 0 or not finite, and when the file cannot be written.
+    virtual bool setBorder(const SimBorder& border, std::string& error) = 0;
+
+    /// The newest laser runs of a document, of all documents with an empty path; the newest first. A run is there soon
+    /// after its end, when its estimate has been made.
+    virtual std::vector<SimRunTime> runTimes(const std::string& document, std::size_t limit) const = 0;
+
+    virtual std::vector<SimDevice> devices() const = 0;
+    /// What is not done changes nothing and has a reason in `error`.
+    virtual SimOutcome setDevice(const std::string& name, double value, std::string& error) = 0;
+    /// Writes a part of the card's flash as a file, or with `size` 0 all that was ever written to it.
+    virtual SimOutcome writeFlash(const std::string& file, std::uint32_t address, std::uint32_t size,
+                                  std::string& error) const = 0;
 
 protected:
     ~SimControl() = default;

@@ -14,18 +14,19 @@
 #include "bench/host/figures.h"
 #include "bench/host/references.h"
 #include "bench/host/storms.h"
+#include "bench/support/loadaverage.h"
+#include "bench/support/newroot.h"
+#include "bench/support/percentile.h"
 #include "engine/markcardinstance.h"
 #include "engine/qrulerview.h"
 #include "engine/systemparam.h"
 #include "remote/hostresponsetcp.h"
 #include "shell/mainwindow.h"
 #include "simengine/simcontrol.h"
-#include "support/approot.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QTemporaryDir>
 #include <cstdio>
 #include <dlfcn.h>
 #include <random>
@@ -365,20 +366,15 @@ int main(int argc, char** argv) {
             return 2;
         }
     }
-    QTemporaryDir root;
-    tessera::setApplicationRoot(root.path());
-    QDir::setCurrent(root.path());
-    QDir().mkpath(root.filePath(QStringLiteral("ini")));
-    // Any host of the loopback but the one that knocks.
-    QFile access(root.filePath(QStringLiteral("ini/HostTcp.ini")));
-    if (!access.open(QIODevice::WriteOnly) || access.write("[Host]\nAllow=127.0.0.1\n") <= 0) {
-        std::fprintf(stderr, "bench_host: no root can be made\n");
-        return 1;
-    }
-    access.close();
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    const int code = run(sizes);
-    MainWindow::ClearMainWnd();
-    return code;
+    return runInNewRoot(argc, argv, [&](QString const& root) {
+        QDir().mkpath(root + QStringLiteral("/ini"));
+        // Any host of the loopback but the one that knocks.
+        QFile access(root + QStringLiteral("/ini/HostTcp.ini"));
+        if (!access.open(QIODevice::WriteOnly) || access.write("[Host]\nAllow=127.0.0.1\n") <= 0) {
+            std::fprintf(stderr, "bench_host: the access list can not be made\n");
+            return 1;
+        }
+        access.close();
+        return run(sizes);
+    });
 }

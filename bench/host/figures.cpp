@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "bench/host/figures.h"
 
+#include "bench/support/percentile.h"
 #include "shell/mainwindow.h"
+#include "tests/support/processstatus.h"
 
 #include <QDir>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <fstream>
 #include <mutex>
-#include <unistd.h>
 #include <utility>
 
 namespace bench {
@@ -20,13 +20,6 @@ constexpr double kPollMs = 30.0;
 
 } // namespace
 
-double percentile(std::vector<double> values, double share) {
-    if (values.empty())
-        return 0.0;
-    std::sort(values.begin(), values.end());
-    return values[std::min(values.size() - 1, std::size_t(share * double(values.size())))];
-}
-
 std::string summary(std::vector<double> const& ms) {
     char text[128];
     std::snprintf(text, sizeof text, "median %7.3f  99 %% %7.3f  longest %7.3f ms (%zu)", percentile(ms, 0.5),
@@ -35,11 +28,7 @@ std::string summary(std::vector<double> const& ms) {
 }
 
 double residentMiB() {
-    std::ifstream file("/proc/self/statm");
-    double size = 0;
-    double resident = 0;
-    file >> size >> resident;
-    return resident * double(::sysconf(_SC_PAGESIZE)) / (1024.0 * 1024.0);
+    return double(tests::processStatus("VmRSS:")) / 1024.0;
 }
 
 int openSockets() {
@@ -47,14 +36,6 @@ int openSockets() {
     for (QFileInfo const& one : QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System))
         count += one.symLinkTarget().contains(QStringLiteral("socket:[")) ? 1 : 0;
     return count;
-}
-
-std::string loadAverage() {
-    std::ifstream file("/proc/loadavg");
-    std::string one;
-    std::string five;
-    file >> one >> five;
-    return one + " " + five;
 }
 
 struct PollWatch::State {

@@ -10,15 +10,12 @@
 
 namespace bench {
 
-/// Value below which `share` of the values lie; 0 without any.
-double percentile(std::vector<double> values, double share);
 /// "median 0.05  99 % 0.31  longest 1.20 ms (1000)"
 std::string summary(std::vector<double> const& ms);
 /// Resident memory of this program, MiB.
 double residentMiB();
 /// Open sockets of this program.
 int openSockets();
-std::string loadAverage();
 
 /// How far each beat of the input poll is from 30 ms after the one before, where the window handles it.
 class PollWatch {

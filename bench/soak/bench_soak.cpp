@@ -3,6 +3,8 @@
 // threads and open files must stay what they were after the first hundred runs, which are the reference.
 //
 //     bench_soak [RUNS]
+#include "tests/support/processstatus.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -29,22 +31,11 @@ struct Sample {
     int files = 0;
 };
 
-long statusField(qint64 process, char const* name) {
-    QFile file(QStringLiteral("/proc/%1/status").arg(process));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (QByteArray const& line : file.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(int(qstrlen(name))).trimmed().split(' ').first().toLong();
-    }
-    return 0;
-}
-
 Sample sampleOf(qint64 process, int run) {
     Sample sample;
     sample.run = run;
-    sample.residentKb = statusField(process, "VmRSS:");
-    sample.threads = int(statusField(process, "Threads:"));
+    sample.residentKb = tests::processStatus("VmRSS:", process);
+    sample.threads = int(tests::processStatus("Threads:", process));
     sample.files = QDir(QStringLiteral("/proc/%1/fd").arg(process)).entryList(QDir::AllEntries | QDir::System).size();
     return sample;
 }

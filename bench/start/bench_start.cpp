@@ -2,19 +2,18 @@
 // From the press of Start to the first vector, on a document of 100,000 vertices, with the whole front end and the
 // simulated machine in real time. The reference is what no way from a document to a card can save: a thread is woken
 // and goes once through as many points, copying them.
+#include "bench/support/newroot.h"
+#include "bench/support/percentile.h"
 #include "engine/dot3.h"
 #include "engine/qrulerview.h"
 #include "run/form_marking.h"
 #include "shell/mainwindow.h"
 #include "simengine/simcontrol.h"
-#include "support/approot.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -35,11 +34,6 @@ constexpr qint64 kLongest = 30000; // ms
 
 double msBetween(Clock::time_point begin, Clock::time_point end) {
     return std::chrono::duration<double, std::milli>(end - begin).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 /// Waves below one another, 80 mm wide.
@@ -163,22 +157,17 @@ int run(QString const& root) {
         references.push_back(reference);
     }
     // The head jumps to the first vector before the laser goes on: that is the machine's time and not the program's.
-    double const reference = median(references);
+    double const reference = bench::percentile(references, 0.5);
     std::printf("bench_start: press of Start to the first vector, %d vertices, median of %d\n", vertices, kRounds);
     std::printf("reference: thread and one copy %8.3f ms\n", reference);
-    std::printf("tessera, jump to the line too  %8.3f ms   ratio %5.1f   (slowest %.3f ms)\n", median(times),
-                median(times) / reference, *std::max_element(times.begin(), times.end()));
+    std::printf("tessera, jump to the line too  %8.3f ms   ratio %5.1f   (slowest %.3f ms)\n",
+                bench::percentile(times, 0.5), bench::percentile(times, 0.5) / reference,
+                *std::max_element(times.begin(), times.end()));
     return 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    QTemporaryDir root;
-    tessera::setApplicationRoot(root.path());
-    QDir::setCurrent(root.path());
-    QApplication application(argc, argv);
-    int const code = run(root.path());
-    MainWindow::ClearMainWnd();
-    return code;
+    return bench::runInNewRoot(argc, argv, run);
 }

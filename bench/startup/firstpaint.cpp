@@ -2,6 +2,8 @@
 // Loaded by LD_PRELOAD into the programs that bench_startup compares. When the main window has been painted for the
 // first time and the event loop has come round again, writes "<ns of the monotonic clock> <resident kB>" into the file
 // TESSERA_FIRSTPAINT and ends the program.
+#include "tests/support/processstatus.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFile>
@@ -15,17 +17,6 @@ long long nowNs() {
     timespec time{};
     ::clock_gettime(CLOCK_MONOTONIC, &time);
     return time.tv_sec * 1000000000LL + time.tv_nsec;
-}
-
-long residentKb() {
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (QByteArray const& line : file.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return 0;
 }
 
 class FirstPaint : public QObject {
@@ -42,7 +33,7 @@ private:
     static void tell() {
         QFile file(qEnvironmentVariable("TESSERA_FIRSTPAINT"));
         if (file.open(QIODevice::WriteOnly))
-            file.write(QByteArray::number(nowNs()) + ' ' + QByteArray::number(int(residentKb())));
+            file.write(QByteArray::number(nowNs()) + ' ' + QByteArray::number(int(tests::processStatus("VmRSS:"))));
         file.close();
         QCoreApplication::quit();
     }

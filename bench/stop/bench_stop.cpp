@@ -9,19 +9,16 @@
 #include "bench/stop/distribution.h"
 #include "bench/stop/plant.h"
 #include "bench/stop/plantload.h"
+#include "bench/support/loadaverage.h"
+#include "bench/support/newroot.h"
 #include "engine/qrulerview.h"
 #include "shell/mainwindow.h"
-#include "support/approot.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QTemporaryDir>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
-#include <fstream>
 #include <thread>
 
 namespace {
@@ -37,14 +34,6 @@ struct Options {
     bool idle = true;
     bool loaded = true;
 };
-
-/// Load of the machine as the kernel tells it: the last 1, 5 and 15 minutes.
-std::string loadAverage() {
-    std::ifstream file("/proc/loadavg");
-    std::string one, five, fifteen;
-    file >> one >> five >> fifteen;
-    return one + ' ' + five + ' ' + fifteen;
-}
 
 /// All that is measured under one load.
 class Round {
@@ -206,12 +195,5 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "bench_stop [EDGES [idle|loaded]]: a number above 0\n");
         return 2;
     }
-    QTemporaryDir root;
-    tessera::setApplicationRoot(root.path());
-    QDir::setCurrent(root.path());
-    QApplication application(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    int const code = run(options);
-    MainWindow::ClearMainWnd();
-    return code;
+    return runInNewRoot(argc, argv, [&options](QString const&) { return run(options); });
 }

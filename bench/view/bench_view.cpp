@@ -2,19 +2,17 @@
 // How long the view takes for a frame of a large document, beside a bare QPainter that draws the same polylines, mapped
 // by a matrix, into a picture of the same size in the same run; and how long the window takes to show another of two
 // open documents, beside a bare pile of two widgets that draw the same lines. A frame is to be there within 50 ms.
+#include "bench/support/newroot.h"
 #include "engine/qrulerview.h"
 #include "shell/mainwindow.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/gridpainter.h"
 #include "simengine/view/qrulerviewaccess.h"
 #include "simengine/view/viewsession.h"
-#include "support/approot.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QPainter>
 #include <QStackedWidget>
-#include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -269,16 +267,7 @@ bool switching(const QString& root) {
     return all;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir root;
-    tessera::setApplicationRoot(root.path());
-    QDir::setCurrent(root.path());
-    QApplication app(argc, argv);
-    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+int run(QString const& root) {
     std::printf("bench_view: time of a frame of %d x %d, median of %d; reference: bare QPainter\n", kSize.width(),
                 kSize.height(), kRounds);
     frames("ordinary, 200 objects x 50 vertices", waves(200, 50));
@@ -289,9 +278,18 @@ int main(int argc, char** argv) {
     frames("hatch of 1000 lines, turned by 30", hatch(1000, 30.0));
     frames("hatch of 20000 lines, level", hatch(20000, 0.0));
     frames("hatch of 20000 lines, turned by 30", hatch(20000, 30.0));
-    if (!switching(root.path())) {
+    if (!switching(root)) {
         std::fprintf(stderr, "bench_view: the two documents were not shown in turn\n");
         return 1;
     }
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    return bench::runInNewRoot(argc, argv, run);
 }

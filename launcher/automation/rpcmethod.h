@@ -43,7 +43,7 @@ struct RpcParameter {
     bool required = false;
 };
 
-constexpr int kMaxRpcParameters = 8;
+constexpr int kMaxRpcParameters = 16;
 using RpcParameters = std::array<RpcParameter, kMaxRpcParameters>;
 
 /// Checks the parameters of a call against a method's list and gives them by name; positional ones are taken in the

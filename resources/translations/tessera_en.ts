@@ -150,6 +150,8 @@
     <message><source>急停</source><translation>Emergency stop</translation></message>
     <message><source>未知错误</source><translation>Unknown error</translation></message>
     <message><source>打开卡失败</source><translation>The card could not be opened</translation></message>
+    <message><source>没有高精度校正文件,不校正</source><translation>No high-precision correction file: nothing is corrected</translation></message>
+    <message><source>高精度校正文件已损坏,不校正</source><translation>The high-precision correction file is damaged: nothing is corrected</translation></message>
     <!-- Status window -->
     <message><source>卡&amp;振镜状态</source><translation>Card &amp; scanner state</translation></message>
     <message><source>运行中</source><translation>Running</translation></message>
@@ -549,6 +551,13 @@
     <message><source>宽度</source><translation>Width</translation></message>
     <message><source>高度</source><translation>Height</translation></message>
     <message><source>角度</source><translation>Angle</translation></message>
+    <message><source>吸附</source><translation>Snap</translation></message>
+    <message><source>吸附设置</source><translation>Snap settings</translation></message>
+    <message><source>吸附到对象</source><translation>Snap to objects</translation></message>
+    <message><source>吸附到网格</source><translation>Snap to the grid</translation></message>
+    <message><source>对齐其他对象</source><translation>In line with other objects</translation></message>
+    <message><source>吸附距离</source><translation>Snap within</translation></message>
+    <message><source>锁定方向</source><translation>Lock direction</translation></message>
     <message><source>等比缩放</source><translation>Keep ratio</translation></message>
     <message><source>对象移动当量</source><translation>Move step</translation></message>
     <message><source>不工作</source><translation>Do not mark</translation></message>
@@ -924,6 +933,133 @@
     <message><source>单线</source><translation>Single line</translation></message>
     <message><source>未安装</source><translation>Not installed</translation></message>
     <message><source>文字</source><translation>Text</translation></message>
+    <message><source>工具图形</source><translation>Tool shape</translation></message>
+    <!-- Drawing view: nodes of paths -->
+    <message><source>插入节点</source><translation>Insert</translation></message>
+    <message><source>删除节点</source><translation>Delete</translation></message>
+    <message><source>角点</source><translation>Corner</translation></message>
+    <message><source>平滑</source><translation>Smooth</translation></message>
+    <message><source>对称</source><translation>Symmetric</translation></message>
+    <message><source>直线段</source><translation>Line</translation></message>
+    <message><source>曲线段</source><translation>Curve</translation></message>
+    <message><source>断开</source><translation>Break</translation></message>
+    <message><source>闭合</source><translation>Close</translation></message>
+    <message><source>开口</source><translation>Open</translation></message>
+    <message><source>多选</source><translation>Add</translation></message>
+    <message><source>完成</source><translation>Done</translation></message>
+    <message><source>编辑节点</source><translation>Edit nodes</translation></message>
+    <message><source>转为路径</source><translation>To path</translation></message>
+    <message><source>修改超出允许范围</source><translation>The change leaves the permitted range</translation></message>
+    <!-- Tools of modules -->
+    <message><source>贝塞尔曲线</source><translation>Bezier curve</translation></message>
+    <message><source>多边形</source><translation>Polygon</translation></message>
+    <message><source>星形</source><translation>Star</translation></message>
+    <message><source>螺旋线</source><translation>Spiral</translation></message>
+    <message><source>角数</source><translation>Corners</translation></message>
+    <message><source>外接圆半径</source><translation>Radius</translation></message>
+    <message><source>内径比例</source><translation>Inner ratio</translation></message>
+    <message><source>圆角半径</source><translation>Rounding</translation></message>
+    <message><source>起始角度</source><translation>Start angle</translation></message>
+    <message><source>内半径</source><translation>Inner radius</translation></message>
+    <message><source>圈距</source><translation>Pitch</translation></message>
+    <message><source>圈数</source><translation>Turns</translation></message>
+    <message><source>顺时针</source><translation>Clockwise</translation></message>
+    <message><source>返回方式</source><translation>Way back</translation></message>
+    <message><source>不返回</source><translation>None</translation></message>
+    <message><source>原路返回</source><translation>The same way</translation></message>
+    <message><source>继续旋转返回</source><translation>Turning on</translation></message>
+    <message><source>参数不能组成图形</source><translation>These parameters give no shape</translation></message>
+    <message><source>没有该对象的工具模块,不能修改参数</source><translation>The tool module of this object is missing: its parameters cannot be changed</translation></message>
+    <!-- Drawing view: codes -->
+    <message><source>条码</source><translation>Code</translation></message>
+    <message><source>条码内容为空</source><translation>The code is empty</translation></message>
+    <message><source>条码内容过长</source><translation>The content is too long for the code</translation></message>
+    <message><source>条码不能编码这些字符</source><translation>The code cannot hold these characters</translation></message>
+    <message><source>EAN位数错误</source><translation>Wrong number of EAN digits</translation></message>
+    <message><source>EAN校验位错误</source><translation>Wrong EAN check digit</translation></message>
+    <message><source>条码尺寸超出范围</source><translation>The size of the code is out of range</translation></message>
+    <message><source>条码选项不可用</source><translation>The code does not have this option</translation></message>
+    <message><source>条码编码失败</source><translation>The code cannot be encoded</translation></message>
+    <!-- Drawing view: dialogs of codes and variables -->
+    <message><source>含变量</source><translation>Variables</translation></message>
+    <message><source>插入变量</source><translation>Insert variable</translation></message>
+    <message><source>变量设置</source><translation>Variables...</translation></message>
+    <message><source>新增</source><translation>Add</translation></message>
+    <message><source>当前值</source><translation>Current value</translation></message>
+    <message><source>起始值</source><translation>First value</translation></message>
+    <message><source>结束值</source><translation>Last value</translation></message>
+    <message><source>增量</source><translation>Step</translation></message>
+    <message><source>位数(0不补零)</source><translation>Digits (0: any)</translation></message>
+    <message><source>进制</source><translation>Radix</translation></message>
+    <message><source>每值打标次数</source><translation>Marks of a value</translation></message>
+    <message><source>用完之后</source><translation>At the end</translation></message>
+    <message><source>停止打标</source><translation>Stop marking</translation></message>
+    <message><source>从头开始</source><translation>Begin again</translation></message>
+    <message><source>每日复位</source><translation>Daily reset</translation></message>
+    <message><source>从起始值开始</source><translation>From the first value</translation></message>
+    <message><source>当前值已打标次数</source><translation>Marks of the current value</translation></message>
+    <message><source>CSV文件</source><translation>CSV file</translation></message>
+    <message><source>分隔符</source><translation>Separator</translation></message>
+    <message><source>编码</source><translation>Encoding</translation></message>
+    <message><source>列名</source><translation>Column names</translation></message>
+    <message><source>首行为列名</source><translation>In the first row</translation></message>
+    <message><source>当前行</source><translation>Current row</translation></message>
+    <message><source>开始时间</source><translation>Begins at</translation></message>
+    <message><source>班次代码</source><translation>Shift code</translation></message>
+    <message><source>每班持续到下一班开始</source><translation>A shift goes on until the next one begins</translation></message>
+    <message><source>序列号</source><translation>Serial numbers</translation></message>
+    <message><source>CSV数据</source><translation>CSV data</translation></message>
+    <message><source>班次</source><translation>Shifts</translation></message>
+    <message><source>绘制条码</source><translation>Draw code</translation></message>
+    <message><source>编辑条码</source><translation>Edit code</translation></message>
+    <message><source>输入条码内容</source><translation>Enter the content of the code</translation></message>
+    <message><source>轮廓填充</source><translation>Filled outline</translation></message>
+    <message><source>线条</source><translation>Lines</translation></message>
+    <message><source>点阵</source><translation>Dots</translation></message>
+    <message><source>按模块宽度</source><translation>By module</translation></message>
+    <message><source>按总宽度</source><translation>By width</translation></message>
+    <message><source>反色</source><translation>Inverted</translation></message>
+    <message><source>条码类型</source><translation>Code</translation></message>
+    <message><source>打标方式</source><translation>Marked as</translation></message>
+    <message><source>尺寸方式</source><translation>Size</translation></message>
+    <message><source>每模块线数</source><translation>Lines a module</translation></message>
+    <message><source>模块宽度(mm)</source><translation>Module (mm)</translation></message>
+    <message><source>总宽度(mm)</source><translation>Width (mm)</translation></message>
+    <message><source>条高(mm)</source><translation>Bar height (mm)</translation></message>
+    <message><source>静区(模块)</source><translation>Quiet zone</translation></message>
+    <message><source>纠错等级</source><translation>Error level</translation></message>
+    <message><source>规格</source><translation>Symbol size</translation></message>
+    <!-- Drawing view: variables -->
+    <message><source>上次打标中断电,请检查最后的工件</source><translation>The power failed while marking; check the last part</translation></message>
+    <message><source>缓存循环时变量不变</source><translation>The buffer loop repeats the same values of the variables</translation></message>
+    <message><source>变量格式错误</source><translation>Wrong format of a variable</translation></message>
+    <message><source>没有该序列号</source><translation>There is no such serial number</translation></message>
+    <message><source>序列号已用完</source><translation>The serial number is used up</translation></message>
+    <message><source>没有该CSV数据</source><translation>There is no such CSV data</translation></message>
+    <message><source>CSV数据已用完</source><translation>The CSV data is used up</translation></message>
+    <message><source>CSV文件不可用</source><translation>The CSV file cannot be used</translation></message>
+    <message><source>CSV文件内容错误</source><translation>The content of the CSV file is wrong</translation></message>
+    <message><source>CSV文件没有该列</source><translation>The CSV file does not have the column</translation></message>
+    <message><source>没有定义班次</source><translation>No shifts are defined</translation></message>
+    <message><source>变量定义文件损坏</source><translation>The file of the variables is damaged</translation></message>
+    <message><source>变量当前值不能保存</source><translation>The values of the variables cannot be kept</translation></message>
+    <message><source>变量内容不能作为文字</source><translation>The values of the variables make no text</translation></message>
+    <message><source>变量内容不能作为条码</source><translation>The values of the variables make no code</translation></message>
+    <message><source>条码内容重复</source><translation>The code was marked before</translation></message>
+    <message><source>名称为空或含有不可用字符</source><translation>The name is empty or has characters that cannot be used</translation></message>
+    <message><source>序列号范围错误</source><translation>The range of the serial number is wrong</translation></message>
+    <message><source>当前值不在序列号范围内</source><translation>The current value is outside the range</translation></message>
+    <message><source>序列号位数或进制错误</source><translation>Wrong number of digits or radix</translation></message>
+    <message><source>最大值超过序列号位数</source><translation>The largest value has more digits</translation></message>
+    <message><source>重复次数错误</source><translation>Wrong number of repetitions</translation></message>
+    <message><source>CSV文件名不可用</source><translation>The name of the CSV file cannot be used</translation></message>
+    <message><source>分隔符不可用</source><translation>The separator cannot be used</translation></message>
+    <message><source>CSV行号错误</source><translation>Wrong row of the CSV file</translation></message>
+    <message><source>班次时间或代码错误</source><translation>Wrong time or code of a shift</translation></message>
+    <message><source>班次开始时间重复</source><translation>Two shifts begin at one time</translation></message>
+    <message><source>变量过多</source><translation>Too many variables</translation></message>
+    <message><source>名称重复</source><translation>A name occurs twice</translation></message>
+    <!-- Drawing view: texts -->
     <message><source>文字内容为空</source><translation>The text is empty</translation></message>
     <message><source>文字超过10000个字符</source><translation>The text has more than 10,000 characters</translation></message>
     <message><source>文字含有控制字符</source><translation>The text holds a control character</translation></message>
@@ -983,10 +1119,133 @@
     <message><source>导入对象</source><translation>Imported objects</translation></message>
     <message><source>页面</source><translation>Page</translation></message>
     <message><source>未导入</source><translation>Not imported</translation></message>
+    <message><source>文件不是PNG、JPEG或BMP图片</source><translation>The file is no PNG, JPEG or BMP picture</translation></message>
+    <message><source>图片需要的内存过多,请降低分辨率或增大去斑点值</source><translation>The picture needs too much memory: lower its resolution, or raise the size of the specks left out</translation></message>
+    <message><source>图片细节过多,请降低分辨率或增大去斑点值</source><translation>The picture has too many details: lower its resolution, or raise the size of the specks left out</translation></message>
+    <message><source>文件无法打开</source><translation>The file cannot be opened</translation></message>
+    <message><source>文件没有给出分辨率</source><translation>the file tells no resolution</translation></message>
+    <message><source>图片文件已损坏</source><translation>The picture file is damaged</translation></message>
+    <message><source>图片过大,最多5000万像素</source><translation>The picture is too large: 50 million pixels at most</translation></message>
+    <message><source>图片无法处理</source><translation>The picture cannot be processed</translation></message>
+    <message><source>图片处理超时,请降低分辨率或增大去斑点值</source><translation>The picture takes too long: lower its resolution, or raise the size of the specks left out</translation></message>
+    <message><source>图片处理程序没有应答</source><translation>The program that processes pictures does not answer</translation></message>
+    <message><source>图片尺寸超出0.01至10000 mm的范围</source><translation>The size of the picture is outside 0.01 to 10000 mm</translation></message>
+    <message><source>图片中没有可描摹的区域,请调整阈值或反相</source><translation>The picture has nothing to trace: change the threshold, or invert it</translation></message>
+    <message><source>加工回放</source><translation>Playback</translation></message>
+    <message><source>正在计算</source><translation>Calculating</translation></message>
+    <message><source>估计时间</source><translation>Estimated time</translation></message>
+    <message><source>已用时间</source><translation>Time passed</translation></message>
+    <message><source>剩余时间</source><translation>Time left</translation></message>
+    <message><source>位置</source><translation>Position</translation></message>
+    <message><source>当前图层</source><translation>Current pen</translation></message>
+    <message><source>激光</source><translation>Laser</translation></message>
+    <message><source>估计</source><translation>Estimate</translation></message>
+    <message><source>实际</source><translation>Actual</translation></message>
+    <message><source>比值</source><translation>Ratio</translation></message>
+    <message><source>回到开头</source><translation>To the start</translation></message>
+    <message><source>播放</source><translation>Play</translation></message>
+    <message><source>仅选中对象</source><translation>Selected only</translation></message>
+    <message><source>开</source><translation>On</translation></message>
+    <message><source>关</source><translation>Off</translation></message>
+    <message><source>没有可加工的对象</source><translation>Nothing to mark</translation></message>
+    <message><source>空跳</source><translation>Jumps</translation></message>
+    <message><source>延时</source><translation>Delays</translation></message>
+    <message><source>结束信号</source><translation>End signal</translation></message>
+    <message><source>等待结束信号应答</source><translation>Acknowledge of the end signal</translation></message>
+    <message><source>不含准备、暂停和循环间隔</source><translation>Without preparation, pauses and loop delay</translation></message>
+    <message><source>已终止</source><translation>Stopped</translation></message>
+    <message><source>描摹图片</source><translation>Trace picture</translation></message>
+    <message><source>正在处理</source><translation>Working</translation></message>
+    <message><source>反相</source><translation>Invert</translation></message>
+    <message><source>优化曲线</source><translation>Optimise curves</translation></message>
+    <message><source>去斑点(像素)</source><translation>Specks left out (pixels)</translation></message>
+    <message><source>转角平滑</source><translation>Corner smoothness</translation></message>
+    <message><source>合并为一个对象</source><translation>One object for all</translation></message>
+    <message><source>自动阈值</source><translation>Automatic threshold</translation></message>
+    <message><source>保持比例</source><translation>Keep ratio</translation></message>
+    <message><source>轮廓</source><translation>Outlines</translation></message>
+    <message><source>点数</source><translation>Points</translation></message>
     <message><source>文档只读</source><translation>The document is read-only</translation></message>
     <message><source>文件中没有可导入的对象</source><translation>The file has nothing that can be imported</translation></message>
     <message><source>图形超出坐标范围</source><translation>The drawing reaches beyond the coordinate range</translation></message>
     <message><source>导入矢量文件</source><translation>Import vector file</translation></message>
+    <message><source>文件过大</source><translation>The file is too large</translation></message>
+    <message><source>不支持此类文件的导入</source><translation>Files of this kind cannot be imported</translation></message>
+    <message><source>不是SVG图形文件</source><translation>This is not an SVG drawing</translation></message>
+    <message><source>不是DXF图形文件</source><translation>This is not a DXF drawing</translation></message>
+    <message><source>不是PLT图形文件</source><translation>This is not a plotter file</translation></message>
+    <message><source>不支持二进制DXF文件,请另存为文本格式</source><translation>Binary DXF files cannot be read, save the drawing as a text DXF</translation></message>
+    <message><source>文件结构错误</source><translation>The structure of the file is wrong</translation></message>
+    <message><source>文件不完整</source><translation>The file is incomplete</translation></message>
+    <message><source>viewBox无效</source><translation>The viewBox is not usable</translation></message>
+    <message><source>图形没有尺寸</source><translation>The drawing has no size</translation></message>
+    <message><source>图元嵌套过深</source><translation>Elements are nested too deeply</translation></message>
+    <message><source>图元引用了自身</source><translation>An element refers to itself</translation></message>
+    <message><source>图元数量超过上限</source><translation>The drawing has too many elements</translation></message>
+    <message><source>图形点数超过上限</source><translation>The drawing has too many points</translation></message>
+    <message><source>图形过于复杂,导入超时</source><translation>The drawing is too complex, the import took too long</translation></message>
+    <message><source>数值无效</source><translation>a number is not usable</translation></message>
+    <message><source>内存不足</source><translation>There is not enough memory</translation></message>
+    <message><source>字符编码无法识别,部分字符可能有误</source><translation>the character encoding is unknown, some characters may be wrong</translation></message>
+    <message><source>既无线条也无填充</source><translation>it has neither line nor area</translation></message>
+    <message><source>超出坐标范围</source><translation>it lies outside the coordinate range</translation></message>
+    <message><source>颜色多于笔数,共用最后一支笔</source><translation>there are more colours than pens, they share the last pen</translation></message>
+    <message><source>填充区域按轮廓导入</source><translation>filled areas come as their outlines</translation></message>
+    <message><source>对象过多,已合并为路径</source><translation>too many objects, they are gathered into paths</translation></message>
+    <message><source>首尾相接的线段已连成折线</source><translation>lines that meet end to end are joined to polylines</translation></message>
+    <message><source>虚线按实线导入</source><translation>dashed lines come as full lines</translation></message>
+    <message><source>未知图元</source><translation>the element is unknown</translation></message>
+    <message><source>没有几何图形</source><translation>it has no geometry</translation></message>
+    <message><source>不导入图片</source><translation>pictures are not imported</translation></message>
+    <message><source>不支持蒙版</source><translation>masks are not applied</translation></message>
+    <message><source>不支持滤镜效果</source><translation>effects are not applied</translation></message>
+    <message><source>不绘制线端标记</source><translation>line ends are not drawn</translation></message>
+    <message><source>不绘制图案填充</source><translation>patterns are not drawn</translation></message>
+    <message><source>不播放动画</source><translation>animations are not played</translation></message>
+    <message><source>不导入外部内容</source><translation>foreign content is not imported</translation></message>
+    <message><source>文字中不绘制此图元</source><translation>it is not drawn within a text</translation></message>
+    <message><source>不支持单个字符的位置</source><translation>places of single letters are not applied</translation></message>
+    <message><source>不支持旋转字符和指定长度</source><translation>turned letters and set lengths are not applied</translation></message>
+    <message><source>不支持行内偏移</source><translation>a shift within a line is not applied</translation></message>
+    <message><source>以字高为单位的偏移按16像素计算</source><translation>shifts in letter sizes are counted with 16 pixels</translation></message>
+    <message><source>不支持相对字号</source><translation>a font size in parts of another one is not applied</translation></message>
+    <message><source>定位行之后的文字不导入</source><translation>what follows a placed line is not imported</translation></message>
+    <message><source>不支持沿路径的文字</source><translation>text along a path is not imported</translation></message>
+    <message><source>已按剪切路径裁剪,曲线变为折线</source><translation>it is cut along its clip, curves become polylines</translation></message>
+    <message><source>全部位于剪切路径之外</source><translation>it lies outside its clip</translation></message>
+    <message><source>引用的图元不存在</source><translation>it refers to an element that is not there</translation></message>
+    <message><source>路径数据有误,有误处之后不导入</source><translation>path data are wrong, what follows them is not imported</translation></message>
+    <message><source>变换无效,图元不导入</source><translation>the transform is not usable, the element is not imported</translation></message>
+    <message><source>渐变只取第一种颜色</source><translation>of a gradient the first colour counts</translation></message>
+    <message><source>不支持此样式规则</source><translation>this style rule is not applied</translation></message>
+    <message><source>剪切路径中不支持文字</source><translation>texts are not applied in a clip</translation></message>
+    <message><source>文件未指定单位,按毫米计算</source><translation>the file names no unit, millimetres are assumed</translation></message>
+    <message><source>已隐藏,或所在图层已关闭或冻结</source><translation>it is hidden, or its layer is off or frozen</translation></message>
+    <message><source>字体由单线字体代替</source><translation>its font is replaced by a single-line font</translation></message>
+    <message><source>字体中没有的字符</source><translation>characters that the font lacks</translation></message>
+    <message><source>字体由轮廓字体代替</source><translation>its font is replaced by an outline font</translation></message>
+    <message><source>拟合点样条按经过各点的曲线导入</source><translation>a spline of fit points comes as a curve through them</translation></message>
+    <message><source>不导入尺寸标注</source><translation>dimensions are not imported</translation></message>
+    <message><source>不导入无限长的线</source><translation>lines without end are not imported</translation></message>
+    <message><source>填充按边界轮廓导入</source><translation>hatches come as their outlines</translation></message>
+    <message><source>高度被忽略,投影到平面</source><translation>heights are left out, it is projected onto the plane</translation></message>
+    <message><source>不导入三维实体</source><translation>solids are not imported</translation></message>
+    <message><source>引用的图块不存在</source><translation>it refers to a block that is not there</translation></message>
+    <message><source>不支持此类图元</source><translation>entities of this kind are not imported</translation></message>
+    <message><source>不导入图纸空间的图元</source><translation>entities of the paper space are not imported</translation></message>
+    <message><source>倾斜平面上的图元按投影导入</source><translation>on a tilted plane, it comes as its projection</translation></message>
+    <message><source>网格不导入</source><translation>meshes are not imported</translation></message>
+    <message><source>属性定义不导入</source><translation>definitions of attributes are not imported</translation></message>
+    <message><source>有SC但无IP,按A4绘图仪的P1、P2计算</source><translation>SC without IP, the P1 and P2 of an A4 plotter are assumed</translation></message>
+    <message><source>未选笔,按1号笔导入</source><translation>no pen is chosen, pen 1 is assumed</translation></message>
+    <message><source>未知指令</source><translation>the command is unknown</translation></message>
+    <message><source>参数有误</source><translation>its arguments are wrong</translation></message>
+    <message><source>不绘制刻度和符号</source><translation>ticks and symbols are not drawn</translation></message>
+    <message><source>图层</source><translation>Layer</translation></message>
+    <message><source>详见日志</source><translation>see the log</translation></message>
+    <message><source>文件单位</source><translation>Unit of the file</translation></message>
+    <message><source>已转换</source><translation>Converted</translation></message>
+    <message><source>所有图形文件</source><translation>All drawings</translation></message>
     <message><source>任务失败</source><translation>Job fails</translation></message>
     <message><source>Flash写入失败</source><translation>Flash write fails</translation></message>
     <message><source>停止无响应</source><translation>Stop not obeyed</translation></message>
@@ -1009,7 +1268,28 @@
     <message><source>输出卡死</source><translation>Outputs stuck</translation></message>
     <message><source>激光器不就绪</source><translation>Laser not ready</translation></message>
     <message><source>激光器不出光</source><translation>No laser emission</translation></message>
+    <message><source>轴</source><translation>Axis </translation></message>
+    <message><source>驱动报警</source><translation>driver alarm</translation></message>
+    <message><source>正限位卡死</source><translation>limit + stuck</translation></message>
+    <message><source>负限位卡死</source><translation>limit - stuck</translation></message>
+    <message><source>原点开关卡死</source><translation>home stuck</translation></message>
+    <message><source>原点开关失效</source><translation>home dead</translation></message>
+    <message><source>联轴器打滑</source><translation>slips</translation></message>
     <message><source>振镜通信断开</source><translation>Scan link down</translation></message>
+    <message><source>编码器停转</source><translation>Encoder stopped</translation></message>
+    <message><source>分光器断线</source><translation>Splitter link down</translation></message>
+    <message><source>分光振镜卡死</source><translation>Splitter mirror stuck</translation></message>
+    <message><source>皮带速度(mm/s)</source><translation>Belt speed (mm/s)</translation></message>
+    <message><source>皮带编码器(脉冲/mm)</source><translation>Belt encoder (pulses/mm)</translation></message>
+    <message><source>编码器计数</source><translation>Encoder count</translation></message>
+    <message><source>分光卡号</source><translation>Splitter card number</translation></message>
+    <message><source>分光振镜位置</source><translation>Splitter mirror place</translation></message>
+    <message><source>当前光路</source><translation>Light path in use</translation></message>
+    <message><source>Flash首地址</source><translation>First flash address</translation></message>
+    <message><source>Flash末地址</source><translation>End of flash</translation></message>
+    <message><source>Flash已写字节</source><translation>Flash bytes written</translation></message>
+    <message><source>导出Flash内容</source><translation>Export flash</translation></message>
+    <message><source>外围设备</source><translation>Devices</translation></message>
     <message><source>卡未打开</source><translation>Card closed</translation></message>
     <message><source>已暂停</source><translation>Paused</translation></message>
     <message><source>空闲</source><translation>Idle</translation></message>
@@ -1017,8 +1297,26 @@
     <message><source>输入</source><translation>Inputs</translation></message>
     <message><source>输出</source><translation>Outputs</translation></message>
     <message><source>加工轨迹</source><translation>Trace</translation></message>
+    <message><source>外接矩形</source><translation>Rectangle</translation></message>
+    <message><source>凸包</source><translation>Hull</translation></message>
     <message><source>模拟故障</source><translation>Faults</translation></message>
     <message><source>模拟机台</source><translation>Simulated machine</translation></message>
+    <message><source>旋转</source><translation>Rotation</translation></message>
+    <message><source>Y轴倾斜</source><translation>Y axis leans by</translation></message>
+    <message><source>X梯形</source><translation>Trapezoid X</translation></message>
+    <message><source>Y梯形</source><translation>Trapezoid Y</translation></message>
+    <message><source>噪声</source><translation>Noise</translation></message>
+    <message><source>随机种子</source><translation>Seed</translation></message>
+    <message><source>红光X比例</source><translation>Pilot scale X</translation></message>
+    <message><source>红光Y比例</source><translation>Pilot scale Y</translation></message>
+    <message><source>红光X偏移量</source><translation>Pilot offset X</translation></message>
+    <message><source>红光Y偏移量</source><translation>Pilot offset Y</translation></message>
+    <message><source>振镜模型</source><translation>Scan head</translation></message>
+    <message><source>理想振镜</source><translation>Ideal head</translation></message>
+    <message><source>测量十字</source><translation>Measure crosses</translation></message>
+    <message><source>高精度校正已生效</source><translation>A correction table is in force</translation></message>
+    <message><source>高精度校正未生效</source><translation>No correction table is in force</translation></message>
+    <message><source>已应用,下一任务生效</source><translation>Applied: it acts from the next job on</translation></message>
     <message><source>显示空跳</source><translation>Show jumps</translation></message>
     <message><source>导出轨迹</source><translation>Export trace</translation></message>
     <message><source>任务</source><translation>Jobs</translation></message>
@@ -1077,6 +1375,7 @@
     <message><source>触发序号</source><translation>Trigger no.</translation></message>
     <message><source>最近运行</source><translation>Last run</translation></message>
     <message><source>可能同时触发,只运行靠前的文档</source><translation>Can fire on the same change, only the upper one runs</translation></message>
+    <message><source>%1对文档仅在多个输入同时变化时同时触发,只运行靠前的文档</source><translation>Pairs that fire together only if several inputs change at once: %1 (the upper one runs)</translation></message>
     <message><source>多文档保存失败</source><translation>The project could not be saved</translation></message>
 </context>
 </TS>

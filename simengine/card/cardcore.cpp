@@ -10,7 +10,11 @@
 namespace sim {
 
 CardCore::CardCore()
-    : m_runner(m_trace) {}
+    : m_deviceClock([this] { return speed(); })
+    , m_encoder(m_deviceClock, m_faults)
+    , m_splitter(m_deviceClock, m_faults,
+                 [this] { return kind() == MarkKind::Laser && m_runner.head().activity == Activity::Running; })
+    , m_runner(m_trace) {}
 
 CardCore::~CardCore() = default;
 
@@ -71,20 +75,32 @@ PenTable CardCore::pens() const {
     return m_pens;
 }
 
-bool CardCore::run(Job job, bool loop, const JobRunner::Ticket& ticket) {
-    return runNow(std::move(job), loop && m_bufferLoop.load(), ticket);
+JobRunner::Ticket CardCore::arm() const {
+    JobRunner::Ticket ticket = m_runner.arm();
+    ticket.kind = kind();
+    return ticket;
 }
 
-bool CardCore::runNow(Job job, bool loop, const JobRunner::Ticket& ticket) {
+bool CardCore::run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService) {
+    return runNow(std::move(job), loop && m_bufferLoop.load(), false, ticket, std::move(penService));
+}
+
+bool CardCore::runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService) {
     if (m_faults.isOn("job_fails"))
         return false;
-    job.kind = kind();
+    job.kind = ticket.kind;
     JobSetup setup;
     setup.pens = pens();
-    setup.plan.penChangeDelayMs = m_penChangeDelayMs.load();
+    setup.plan = planSettings();
     setup.loop.loop = loop;
     setup.loop.delayMs = m_loopDelayMs.load();
+    if (job.kind == MarkKind::Laser)
+        setup.penService = std::move(penService);
+    setup.head = m_headWay.beginJob(job.kind != MarkKind::Laser, direct);
+    if (job.kind == MarkKind::Laser)
+        setup.fly = m_encoder.motion();
     measureStrokes(job, setup.pens);
+    measureHull(job, setup.plan.border);
     if (head().activity == Activity::Idle) // another job's time-out is not this one's to drop
         m_faults.forget();
     return m_runner.run(job, setup, ticket) != Outcome::Refused;
@@ -92,9 +108,35 @@ bool CardCore::runNow(Job job, bool loop, const JobRunner::Ticket& ticket) {
 
 JobTime CardCore::estimate(Job job) const {
     job.kind = kind();
+    return sim::estimate(job, pens(), head().at, planSettings());
+}
+
+void CardCore::setBorder(const BorderSettings& border) {
+    const std::lock_guard<std::mutex> lock(m_pensMutex);
+    m_border = border;
+}
+
+PlanSettings CardCore::planSettings() const {
     PlanSettings settings;
     settings.penChangeDelayMs = m_penChangeDelayMs.load();
-    return sim::estimate(job, pens(), head().at, settings);
+    const std::lock_guard<std::mutex> lock(m_pensMutex);
+    settings.border = m_border;
+    return settings;
+}
+
+HeadState CardCore::head() const {
+    HeadState state = m_runner.head();
+    if (state.activity != Activity::Idle)
+        state.at = m_trace.fly().commanded(state.at, state.passMs);
+    return state;
+}
+
+Point CardCore::spot() const {
+    const HeadState state = head();
+    const std::shared_ptr<const HeadMap> way =
+        state.activity == Activity::Idle ? m_headWay.now(kind() != MarkKind::Laser) : m_trace.head();
+    const Point place = way ? way->withoutNoise(state.at) : state.at;
+    return state.activity == Activity::Idle ? place : m_trace.fly().onProduct(place, state.passMs);
 }
 
 void CardCore::beginList() {
@@ -135,17 +177,18 @@ void CardCore::addPoint(int pen, Point point, double dwellUs) {
     m_list.push_back(std::move(stroke));
 }
 
-bool CardCore::endList() {
+bool CardCore::endList(PenService penService) {
     Job job;
     JobRunner::Ticket ticket;
     {
         const std::lock_guard<std::mutex> lock(m_listMutex);
         job.strokes.swap(m_list);
         ticket = m_listTicket;
+        ticket.kind = kind();
         if (!std::exchange(m_listOpen, false))
             return false;
     }
-    return runNow(std::move(job), false, ticket);
+    return runNow(std::move(job), false, true, ticket, std::move(penService));
 }
 
 void CardCore::setState(RunState state) {

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/card/beamsplitter.h"
 #include "simengine/card/carddevices.h"
+#include "simengine/card/deviceclock.h"
 #include "simengine/card/faults.h"
+#include "simengine/card/flyencoder.h"
+#include "simengine/card/headway.h"
 #include "simengine/card/iobank.h"
 #include "simengine/card/job.h"
 #include "simengine/card/jobrunner.h"
@@ -15,6 +19,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,16 +48,18 @@ public:
     void setPens(const PenTable& pens);
     PenTable pens() const;
     void setPenChangeDelayMs(double ms) { m_penChangeDelayMs.store(ms); }
+    void setBorder(const BorderSettings& border);
     /// With it a job that is run with loop repeats on the card until it is stopped.
     void setBufferLoop(bool on) { m_bufferLoop.store(on); }
     void setLoopDelayMs(double ms) { m_loopDelayMs.store(ms); }
 
     /// To be taken when a document begins to turn itself into a job: a stop from then on ends the job.
-    JobRunner::Ticket arm() const { return m_runner.arm(); }
-    /// Runs a job of the kind set by setKind (the job's own is not looked at) and returns when it has ended. False
-    /// when nothing could be run: card closed, nothing to mark, run state Stop when the ticket was taken, another job
-    /// on the card, the fault "job_fails". A job that was stopped gives true.
-    bool run(Job job, bool loop, const JobRunner::Ticket& ticket);
+    JobRunner::Ticket arm() const;
+    /// Runs a job of the kind that was set when the ticket was taken (the job's own is not looked at) and returns when
+    /// it has ended. False when nothing could be run: card closed, nothing to mark, run state Stop when the ticket was
+    /// taken, another job on the card, the fault "job_fails". A job that was stopped gives true. Jobs that mark with
+    /// the laser have the pen service called, see JobRunner::run; previews do not.
+    bool run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService = nullptr);
     bool run(Job job, bool loop) { return run(std::move(job), loop, arm()); }
     /// Time of one pass of a job by the pens and delays now set, from where the head stands.
     JobTime estimate(Job job) const;
@@ -63,7 +70,7 @@ public:
     /// A dwell below 0 means the pen's own point time.
     void addPoint(int pen, Point point, double dwellUs);
     /// Runs the list and empties it; false when nothing could be run.
-    bool endList();
+    bool endList(PenService penService = nullptr);
 
     void setState(RunState state);
     RunState state() const;
@@ -72,7 +79,9 @@ public:
     void restart() { m_runner.release(); }
     bool waitSettled() { return m_runner.waitSettled(); }
     bool moveTo(Point target, double speed) { return m_runner.moveTo(target, speed); }
-    HeadState head() const { return m_runner.head(); }
+    std::optional<Point> restingPlace() const { return m_runner.restingPlace(); }
+    /// The place is the commanded one, on the fly with the way that the head follows.
+    HeadState head() const;
 
     /// 1 real time, above 1 faster, 0 as fast as possible. May be set before the card is opened.
     void setSpeed(double factor);
@@ -111,27 +120,41 @@ public:
     IoBank& io() { return m_io; }
     FaultBank& faults() { return m_faults; }
     CardDevices& devices() { return m_devices; }
+    /// The time of what stands beside the card.
+    const DeviceClock& deviceClock() const { return m_deviceClock; }
+    FlyEncoder& encoder() { return m_encoder; }
+    BeamSplitter& splitter() { return m_splitter; }
+    /// The head behind the card and its corrections; a job keeps those with which it was started.
+    HeadWay& headWay() { return m_headWay; }
+    /// Where the spot is on the workpiece, without noise.
+    Point spot() const;
     Journal& journal() { return m_journal; }
     Trace& trace() { return m_trace; }
     const Trace& trace() const { return m_trace; }
 
 private:
-    bool runNow(Job job, bool loop, const JobRunner::Ticket& ticket);
+    bool runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService);
     void openList();
+    PlanSettings planSettings() const;
 
     Trace m_trace;
     Journal m_journal;
     IoBank m_io;
     FaultBank m_faults;
     CardDevices m_devices;
+    DeviceClock m_deviceClock;
+    FlyEncoder m_encoder;
+    BeamSplitter m_splitter;
+    HeadWay m_headWay;
     std::atomic<MarkKind> m_kind{MarkKind::Laser};
     std::atomic<double> m_penChangeDelayMs{0.0};
     std::atomic<double> m_loopDelayMs{0.0};
     std::atomic<bool> m_bufferLoop{false};
     std::atomic<bool> m_errorOutput{false};
     std::atomic<std::uint64_t> m_clearedJob{0}; ///< results of jobs up to this number are not shown any more
-    mutable std::mutex m_pensMutex;
+    mutable std::mutex m_pensMutex;             ///< guards the two below
     PenTable m_pens{};
+    BorderSettings m_border;
     std::mutex m_listMutex; ///< guards the three below
     std::vector<Stroke> m_list;
     JobRunner::Ticket m_listTicket;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/card/carddevices.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sim {
@@ -9,6 +10,9 @@ bool FlashMemory::write(std::uint32_t address, const unsigned char* data, int si
     if (!data || size < 1 || size > kMaxWrite || address >= kSize || kSize - address < static_cast<std::uint32_t>(size))
         return false;
     const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::uint32_t end = address + static_cast<std::uint32_t>(size);
+    m_first = m_end > 0 ? std::min(m_first, address) : address;
+    m_end = std::max(m_end, end);
     for (int i = 0; i < size; ++i, ++address) {
         std::unique_ptr<Page>& page = m_pages[address / kPage];
         if (!page) {
@@ -38,9 +42,16 @@ std::uint64_t FlashMemory::written() const {
     return m_written;
 }
 
+std::pair<std::uint32_t, std::uint32_t> FlashMemory::extent() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return {m_first, m_end};
+}
+
 void FlashMemory::erase() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_pages.clear();
+    m_first = 0;
+    m_end = 0;
 }
 
 void CardDevices::setCommandHandler(CommandHandler handler) {

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace sim {
@@ -22,6 +23,8 @@ public:
     /// False, and nothing written, for no data, a size outside 1 to kMaxWrite or an address range beyond the flash.
     bool write(std::uint32_t address, const unsigned char* data, int size);
     std::vector<unsigned char> read(std::uint32_t address, std::uint32_t size) const;
+    /// First written address and the one behind the last, since the flash was made or erased; 0 and 0 without any.
+    std::pair<std::uint32_t, std::uint32_t> extent() const;
     /// Bytes written so far, each write counted.
     std::uint64_t written() const;
     void erase();
@@ -32,6 +35,8 @@ private:
     mutable std::mutex m_mutex;
     std::map<std::uint32_t, std::unique_ptr<Page>> m_pages; ///< by page number, written ones only
     std::uint64_t m_written = 0;
+    std::uint32_t m_first = 0;
+    std::uint32_t m_end = 0;
 };
 
 /// What hangs on the card besides the head and the lines. All calls from any thread.
@@ -41,10 +46,6 @@ public:
     using CommandHandler = std::function<bool(int code, int a, int b, int& out1, int& out2)>;
 
     FlashMemory& flash() { return m_flash; }
-
-    /// Count of the fly-marking encoder.
-    void setEncoder(int position) { m_encoder.store(position); }
-    int encoder() const { return m_encoder.load(); }
 
     /// Number on the waveform outputs; only its four lowest bits exist.
     void setWaveNumber(int number) { m_waveNumber.store(number & 0xF); }
@@ -65,7 +66,6 @@ public:
 
 private:
     FlashMemory m_flash;
-    std::atomic<int> m_encoder{0};
     std::atomic<int> m_waveNumber{0};
     std::atomic<std::uint32_t> m_hardwareBits{0};
     std::atomic<int> m_alarmTime{0};

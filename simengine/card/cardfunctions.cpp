@@ -4,7 +4,11 @@
 #include "engine/markingmparam_vz.h"
 #include "engine/marklog.h"
 #include "simengine/card/cardlink.h"
+#include "simengine/card/fitteddevices.h"
+#include "simengine/card/headsettings.h"
 #include "simengine/lasers/fittedlaser.h"
+
+#include "support/approot.h"
 
 #include <QFileInfo>
 
@@ -16,6 +20,8 @@ namespace {
 
 /// Simulated time of a restart of the card, ms.
 constexpr double kRestartMs = 2000.0;
+/// Simulated time in which the flash takes a byte: 256 of them in 0.7 ms.
+constexpr double kFlashMsPerByte = 0.7 / 256.0;
 
 struct MessageSink {
     std::mutex mutex;
@@ -84,23 +90,24 @@ void VZ_OutputWaveNo(int number) {
 void VZ_TestOssSwitchSpeed() {
     record("VZ_TestOssSwitchSpeed");
     if (simulatedCard().isOpen())
-        MarkLog::Instance()->ShowNode(NoteDebug, QStringLiteral("VZ_TestOssSwitchSpeed: no splitter answers"));
+        MarkLog::Instance()->ShowNode(NoteDebug, QStringLiteral("VZ_TestOssSwitchSpeed: ") + switchTimes());
 }
 
 void VZ_SetFlyPara() {
-    // The encoder of the simulated machine stands still, so the values have nothing to act on.
     record("VZ_SetFlyPara");
+    if (simulatedCard().isOpen())
+        fitDevices();
 }
 
 void VZ_SetFlyEncInitPos(int position) {
     record("VZ_SetFlyEncInitPos", journalArgs(position));
     if (simulatedCard().isOpen())
-        simulatedCard().devices().setEncoder(position);
+        simulatedCard().encoder().setCount(position);
 }
 
 void VZ_GetEncPos(int* position) {
     if (position)
-        *position = simulatedCard().isOpen() ? simulatedCard().devices().encoder() : 0;
+        *position = simulatedCard().isOpen() ? simulatedCard().encoder().count() : 0;
 }
 
 int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size) {
@@ -108,7 +115,9 @@ int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size)
     CardCore& card = simulatedCard();
     if (!card.isOpen() || card.faults().isOn("flash_fails"))
         return -1;
-    return card.devices().flash().write(address, data, size) ? 0 : -1;
+    if (!card.devices().flash().write(address, data, size))
+        return -1;
+    return card.waitSimulated(size * kFlashMsPerByte) ? 0 : -1;
 }
 
 void VZ_ResetCardFlash() {
@@ -125,7 +134,10 @@ void VZ_SetCardParaFile(char const* path) {
     record("VZ_SetCardParaFile", journalArgs(file.toStdString()));
     if (!simulatedCard().isOpen())
         return;
-    if (!QFileInfo(file).isReadable())
+    bool const readable = QFileInfo(file).isReadable();
+    if (!readable)
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("VZ_SetCardParaFile: ") + file);
     fitLaser();
+    // The names of some folders do not come through Latin-1; the file's usual place is the same one.
+    loadGridCorrection(readable ? file : tessera::rootPath(QStringLiteral("/ini/VZMarkPara.cfg")));
 }

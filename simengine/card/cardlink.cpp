@@ -3,6 +3,9 @@
 
 #include "engine/marklog.h"
 #include "engine/systemparam.h"
+#include "simengine/card/bordersettings.h"
+#include "simengine/lasers/seriallaser.h"
+#include "simengine/params/storedsplice.h"
 
 #include <algorithm>
 #include <utility>
@@ -41,12 +44,34 @@ PenParams penParams(LayerData const& data) {
     return pen;
 }
 
+namespace {
+
+std::optional<LaserWave> laserWave(LayerParamEx const& layers, int number) {
+    if (number < 0 || number >= kQcwWaveCount)
+        return std::nullopt;
+    LYQCWWave const& stored = layers.GetQCWWaves()[number];
+    LaserWave wave;
+    wave.mode = stored.mode;
+    wave.peak = stored.peak;
+    wave.pulse = stored.pulseWidth;
+    wave.pwmPeak = stored.pwmPeak;
+    wave.pwmFreq = stored.pwmFreq;
+    wave.pwmDuty = stored.pwmDuty;
+    wave.gasDelay = stored.gasDelay;
+    wave.eyeDelay = stored.eyeDelay;
+    return wave;
+}
+
+} // namespace
+
 PenTable penTable(LayerParamEx const& layers, int count, PenTable const& before) {
     PenTable pens = before;
     for (int i = 0; i < std::min(count, kPenCount); ++i) {
         LayerData data;
         layers.GetLayerData(i, data);
-        pens[static_cast<std::size_t>(i)] = penParams(data.UseDefault ? LayerData::GetDefaultLayerData() : data);
+        PenParams& pen = pens[static_cast<std::size_t>(i)];
+        pen = penParams(data.UseDefault ? LayerData::GetDefaultLayerData() : data);
+        pen.laserWave = laserWave(layers, pen.waveNumber);
     }
     return pens;
 }
@@ -63,7 +88,9 @@ bool CardRun::start(Job job) {
     card.setBufferLoop(system->UsedBufLoop());
     card.setLoopDelayMs(system->GetLoopMarkDelay());
     card.setPenChangeDelayMs(system->GetChangeLayerDelay());
-    const bool ran = card.run(std::move(job), m_loop, m_ticket);
+    takeBorderSettings(m_ticket.kind);
+    card.headWay().setSplice(storedSplice());
+    const bool ran = card.run(std::move(job), m_loop, m_ticket, serialLaserService());
     if (ran)
         logCentreLines(card.lastTime());
     return ran;
@@ -79,6 +106,14 @@ std::optional<QPointF> pilotSpot() {
     if (!card.isOpen())
         return std::nullopt;
     const Point spot = onMachine(card.head().at);
+    return QPointF(spot.x, spot.y);
+}
+
+std::optional<QPointF> steeredSpot() {
+    const std::optional<Point> place = simulatedCard().restingPlace();
+    if (!place)
+        return std::nullopt;
+    const Point spot = onMachine(*place);
     return QPointF(spot.x, spot.y);
 }
 

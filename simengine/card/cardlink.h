@@ -11,11 +11,12 @@
 
 namespace sim {
 
-/// What the card executes of a pen. Any thread.
+/// What the card executes of a pen, without its waveform. Any thread.
 PenParams penParams(LayerData const& data);
 
 /// The pens of a table as the card takes them: a record with UseDefault is replaced by the shared default. Records past
-/// `count`, or past the card's pens, are left out; missing ones keep what `before` holds.
+/// `count`, or past the card's pens, are left out; missing ones keep what `before` holds. Each pen gets the stored
+/// waveform of its number.
 PenTable penTable(LayerParamEx const& layers, int count, PenTable const& before);
 
 /// A document's job on its way to the card. Made at the very beginning of MarkShapeContainer::StartMark, before the
@@ -30,9 +31,11 @@ public:
 
     /// False when it is known already that nothing can be run, so that the job need not be built.
     bool isAccepted() const { return !m_ticket.refused; }
+    /// That of the last SetMarkType before the run was ordered.
+    MarkKind kind() const { return m_ticket.kind; }
 
-    /// Runs the job and returns when it has ended; false when nothing could be run. The kind is that of the last
-    /// SetMarkType; buffer loop, loop delay and pen change delay are those that SystemParam holds now.
+    /// Runs the job and returns when it has ended; false when nothing could be run. Buffer loop, loop delay and pen
+    /// change delay are those that SystemParam holds now.
     bool start(Job job);
 
 private:
@@ -46,6 +49,9 @@ Point onMachine(Point place);
 
 /// Where the pilot beam's spot is in the document, mm; nothing with the card closed. Any thread.
 std::optional<QPointF> pilotSpot();
+/// Where the mirrors were steered to, in the document, mm: the spot is there or on its way. Nothing with the card
+/// closed or while a job moves it. Any thread.
+std::optional<QPointF> steeredSpot();
 
 /// Tells the log when wobble was too long to be traced in the job that took the given time. Any thread.
 void logCentreLines(JobTime const& time);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace sim {
 
@@ -15,20 +16,27 @@ Point HeadMotion::at(double us) const {
 }
 
 Executor::Executor(const Job& job, const PenTable& pens, const PlanSettings& settings, const LoopSettings& loop,
-                   Point start, Trace& trace)
+                   Point start, Trace& trace, std::shared_ptr<const HeadMap> head, const FlyMotion& fly)
     : m_planner(job, pens, settings, start)
     , m_loop(loop)
     , m_trace(trace)
     , m_from(start) {
     m_piece.to = start;
-    m_trace.beginPass();
+    m_trace.beginJob(std::move(head), fly);
 }
 
 Executor::Progress Executor::advance(double untilUs, const std::atomic<bool>& attention) {
     while (!m_finished) {
-        if (!m_hasPiece && !nextPiece()) {
-            m_finished = true;
-            break;
+        if (!m_hasPiece) {
+            if (!fetchPieces()) {
+                m_finished = true;
+                break;
+            }
+            if (!m_hasPiece) {
+                if (penIsDue())
+                    return Progress::PenDue;
+                nextPiece();
+            }
         }
         const double endUs = pieceEndUs();
         if (endUs > untilUs) {
@@ -42,13 +50,17 @@ Executor::Progress Executor::advance(double untilUs, const std::atomic<bool>& at
     return Progress::Finished;
 }
 
-bool Executor::nextPiece() {
-    if (m_next == m_count) {
-        m_next = 0;
-        m_count = m_planner.fill(m_chunk.data(), m_chunk.size());
-        if (m_count == 0)
-            return nextPass();
-    }
+/// Fills the list buffer when it is empty. At the end of a pass the piece in progress becomes the wait for the next
+/// one; false when there is none.
+bool Executor::fetchPieces() {
+    if (m_next < m_count)
+        return true;
+    m_next = 0;
+    m_count = m_planner.fill(m_chunk.data(), m_chunk.size());
+    return m_count > 0 || nextPass();
+}
+
+void Executor::nextPiece() {
     if (m_betweenPasses) {
         m_betweenPasses = false;
         m_passStartUs = m_pieceStartUs;
@@ -56,7 +68,6 @@ bool Executor::nextPiece() {
     }
     m_piece = m_chunk[m_next++];
     m_hasPiece = true;
-    return true;
 }
 
 bool Executor::nextPass() {

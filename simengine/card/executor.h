@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace sim {
 
@@ -37,6 +38,7 @@ class Executor {
 public:
     enum class Progress {
         Caught,      ///< everything up to the given time is done
+        PenDue,      ///< the next piece is another pen's, which has to be made ready
         Interrupted, ///< the attention flag was raised
         Finished,    ///< the job is complete
     };
@@ -44,10 +46,20 @@ public:
     /// A repeated pass takes at least this long, µs, so that a job of no length cannot keep the card from its clock.
     static constexpr double kMinPassUs = 100.0;
 
+    /// `head` and `fly` are kept with the trace: how the drawn places are marked. They change neither times nor places
+    /// here.
     Executor(const Job& job, const PenTable& pens, const PlanSettings& settings, const LoopSettings& loop, Point start,
-             Trace& trace);
+             Trace& trace, std::shared_ptr<const HeadMap> head = nullptr, const FlyMotion& fly = {});
 
-    Executor(Job&&, const PenTable&, const PlanSettings&, const LoopSettings&, Point, Trace&) = delete;
+    Executor(Job&&, const PenTable&, const PlanSettings&, const LoopSettings&, Point, Trace&,
+             std::shared_ptr<const HeadMap> = nullptr, const FlyMotion& = {}) = delete;
+
+    /// Lets advance() give PenDue before the first piece, pen change delay included, of a pen that is not the one made
+    /// ready last, until penReady(). Repeated passes go on with the pen that is ready.
+    void haltAtPens() { m_haltAtPens = true; }
+    /// The pen that has to be made ready; only after PenDue.
+    int duePen() const { return m_chunk[m_next].pen; }
+    void penReady() { m_readyPen = duePen(); }
 
     /// Executes up to untilUs (infinite: as far as it goes) on the job's clock.
     Progress advance(double untilUs, const std::atomic<bool>& attention);
@@ -71,8 +83,10 @@ public:
     std::uint64_t passes() const { return m_passes; }
 
 private:
-    bool nextPiece();
+    bool fetchPieces();
+    void nextPiece();
     bool nextPass();
+    bool penIsDue() const { return m_haltAtPens && m_next < m_count && duePen() != m_readyPen; }
     void completePiece();
     /// Share of the piece in progress that is done; the piece must last.
     double pieceShare() const;
@@ -94,6 +108,8 @@ private:
     bool m_betweenPasses = false; ///< the piece in progress is the loop delay, which belongs to no pass
     bool m_hasPiece = false;
     bool m_finished = false;
+    bool m_haltAtPens = false;
+    int m_readyPen = -1; ///< -1 before the first
     JobTime m_time;
     JobTime m_lastPass;
     std::uint64_t m_passes = 0;

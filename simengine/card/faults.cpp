@@ -3,6 +3,8 @@
 
 #include "simengine/card/statuswords.h"
 
+#include <utility>
+
 namespace sim {
 
 namespace {
@@ -22,6 +24,9 @@ constexpr CardFault kFaults[] = {
     {"wait_motion", 0, 0, markinfo::kWaitMotion},
     {"wait_encoder", 0, 0, markinfo::kWaitEncoder},
     {"wait_mirror", 0, 0, markinfo::kWaitMirror},
+    {"encoder_stopped", 0, 0, 0},
+    {"splitter_link", 0, 0, 0},
+    {"splitter_stuck", 0, 0, 0},
     {"scan_open_loop", 0, 0, 0},
     {"scan_loop", 0, scanstate::kLoopBad, 0},
     {"scan_feedback_x", 0, scanstate::kFeedbackX, 0},
@@ -60,14 +65,40 @@ void FaultBank::declare(const std::string& name) {
 }
 
 bool FaultBank::set(const std::string& name, bool on) {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto fault = m_faults.find(name);
-    if (fault == m_faults.end())
-        return false;
-    fault->second = on;
-    if (on)
-        m_kept |= keptBits(name);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto fault = m_faults.find(name);
+        if (fault == m_faults.end())
+            return false;
+        fault->second = on;
+        if (on)
+            m_kept |= keptBits(name);
+    }
+    tellObservers();
     return true;
+}
+
+int FaultBank::observe(std::function<void()> changed) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const int number = m_observers.empty() ? 1 : m_observers.rbegin()->first + 1;
+    m_observers.emplace(number, std::move(changed));
+    return number;
+}
+
+void FaultBank::forgetObserver(int number) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_observers.erase(number);
+}
+
+/// Without the lock: an observer looks at the faults.
+void FaultBank::tellObservers() {
+    std::map<int, std::function<void()>> observers;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        observers = m_observers;
+    }
+    for (const auto& observer : observers)
+        observer.second();
 }
 
 bool FaultBank::isOn(const std::string& name) const {
@@ -85,10 +116,13 @@ std::vector<std::string> FaultBank::names() const {
 }
 
 void FaultBank::clear() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    for (auto& fault : m_faults)
-        fault.second = false;
-    m_kept = 0;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        for (auto& fault : m_faults)
+            fault.second = false;
+        m_kept = 0;
+    }
+    tellObservers();
 }
 
 void FaultBank::forget() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <string>
@@ -29,6 +30,9 @@ public:
     /// Switches a fault; false for an unknown name.
     bool set(const std::string& name, bool on);
     bool isOn(const std::string& name) const;
+    /// Calls `changed` after every switching, on the thread that switches; gives the number by which it is taken off.
+    int observe(std::function<void()> changed);
+    void forgetObserver(int number);
     std::vector<std::string> names() const;
     void clear();
 
@@ -42,8 +46,11 @@ public:
 private:
     std::uint32_t bits(std::uint32_t CardFault::*field) const;
 
+    void tellObservers();
+
     mutable std::mutex m_mutex;
     std::map<std::string, bool> m_faults;
+    std::map<int, std::function<void()>> m_observers;
     std::uint32_t m_kept = 0; ///< bits of the mark information word that outlast their fault
 };
 

@@ -3,10 +3,14 @@
 
 #include "engine/languagemanager.h"
 #include "simengine/card/cardlink.h"
+#include "simengine/card/fitteddevices.h"
+#include "simengine/card/headsettings.h"
 #include "simengine/card/statuswords.h"
 #include "simengine/lasers/fittedlaser.h"
 #include "simengine/log/logfile.h"
 #include "simengine/params/standardcalibfile.h"
+#include "simengine/params/storedsplice.h"
+#include "support/approot.h"
 
 #include <algorithm>
 
@@ -63,8 +67,15 @@ IMarkCardBase::~IMarkCardBase() = default;
 
 void IMarkCardBase::OpenCard() {
     d->record("OpenCard");
+    bool const wasOpen = d->card.isOpen();
     bool const open = d->card.open();
     fitLaser();
+    if (open && !wasOpen) {
+        fitDevices();
+        loadHeadDistortion();
+        d->card.headWay().setBox(boxCorrection(d->calibration));
+        loadGridCorrection(tessera::rootPath(QStringLiteral("/ini/VZMarkPara.cfg")));
+    }
     writeLog(LogKind::OpenCard, open ? QStringLiteral("card opened") : QStringLiteral("card not opened"));
     if (!open)
         showCardMessage(LanguageManager::GetLanText("打开卡失败"), 1);
@@ -161,6 +172,7 @@ void IMarkCardBase::AddMarkPoint(LayerParamEx const&, int layer, DOT3 point, dou
 
 void IMarkCardBase::MoveMirrorPos(double x, double y, double speed, int mode) {
     d->record("MoveMirrorPos", journalArgs(x, y, speed, mode));
+    d->card.headWay().setSplice(storedSplice());
     d->card.moveTo(onMachine({x, y}), speed);
 }
 
@@ -193,4 +205,6 @@ StandardCalibParam* IMarkCardBase::GetStabtadrCalibParam() {
 
 void IMarkCardBase::SetCalibrationParam() {
     d->record("SetCalibrationParam");
+    if (d->card.isOpen())
+        d->card.headWay().setBox(boxCorrection(d->calibration));
 }

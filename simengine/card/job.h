@@ -23,7 +23,7 @@ inline bool operator!=(const Point& a, const Point& b) {
 enum class MarkKind {
     Laser = 0,         ///< marks with the laser
     RedPreview = 1,    ///< follows the contours with the pilot beam
-    BorderPreview = 2, ///< follows the bounding rectangle of the whole job with the pilot beam
+    BorderPreview = 2, ///< goes round the whole job with the pilot beam, see BorderOutline
 };
 
 /// One polyline of a job, marked without lifting the laser; a single point is a mark point.
@@ -45,6 +45,8 @@ struct Stroke {
 struct Job {
     std::vector<Stroke> strokes;
     MarkKind kind = MarkKind::Laser;
+    /// Corners of the convex hull when they are known already; the card finds them where it needs them.
+    std::vector<Point> hull;
 
     /// Number of points of all strokes.
     std::size_t vertexCount() const {

@@ -74,6 +74,10 @@ Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& tick
     Lock lock(m_mutex);
     if (!m_open || m_job || onWorker())
         return Outcome::Refused;
+    // A service that outlives its stopped job would undo what the one of this job does.
+    m_changed.wait(lock, [this, &ticket] { return !m_serving || !m_open || m_stops != ticket.stops; });
+    if (!m_open || m_job)
+        return Outcome::Refused;
     if (m_stops != ticket.stops)
         return Outcome::Stopped;
     m_job = &job;
@@ -85,8 +89,29 @@ Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& tick
     m_hold = false;
     const std::uint64_t number = ++m_jobs;
     alert();
+    if (setup.penService)
+        servePens(lock, setup, number);
     awaitEnd(lock, number);
     return outcome;
+}
+
+/// On the thread of the job's caller, until the job ends. It may end within a service; then no other begins meanwhile.
+void JobRunner::servePens(Lock& lock, const JobSetup& setup, std::uint64_t job) {
+    const auto hasEnded = [this, job] { return !m_job || m_jobs != job; };
+    for (;;) {
+        m_changed.wait(lock, [this, hasEnded] { return hasEnded() || m_duePen; });
+        if (hasEnded())
+            return;
+        const int pen = *m_duePen;
+        m_serving = true;
+        lock.unlock();
+        setup.penService(pen, setup.pens[static_cast<std::size_t>(pen)]);
+        lock.lock();
+        m_serving = false;
+        m_duePen.reset();
+        m_changed.notify_all();
+        alert();
+    }
 }
 
 void JobRunner::setState(RunState state) {
@@ -221,6 +246,13 @@ bool JobRunner::moveTo(Point target, double speed) {
     m_idle.us = distanceMm(m_idle.from, target) / mmPerS * 1e6;
     m_idle.factor = m_factor;
     return true;
+}
+
+std::optional<Point> JobRunner::restingPlace() const {
+    const Lock lock(m_mutex);
+    if (!m_open || m_job)
+        return std::nullopt;
+    return m_idle.to;
 }
 
 HeadState JobRunner::head() const {

@@ -12,7 +12,10 @@
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 namespace sim {
@@ -29,11 +32,19 @@ enum class Outcome {
 
 enum class Activity { Idle, Running, Paused, Waiting };
 
+/// Makes what stands beside the card ready for a pen, given as it was downloaded, and its number. Called on the thread
+/// that runs the job, with no lock held; it may take its time and may call stop() and the like, but not run().
+using PenService = std::function<void(int number, const PenParams& pen)>;
+
 /// What a job needs to run besides its strokes. Copied or referenced for the length of the run.
 struct JobSetup {
     PenTable pens{};
     PlanSettings plan;
     LoopSettings loop;
+    std::shared_ptr<const HeadMap> head; ///< how commanded places are marked; null where they are told
+    FlyMotion fly;                       ///< how head and product move on meanwhile
+    /// Called before the first stroke of a pen, and before that of each other one; null where nothing needs it.
+    PenService penService;
 };
 
 /// Where the head is now.
@@ -64,6 +75,8 @@ public:
     struct Ticket {
         std::uint64_t stops = 0;
         bool refused = false;
+        /// That of the job, as it was ordered: what is set meanwhile is another job's.
+        MarkKind kind = MarkKind::Laser;
     };
 
     explicit JobRunner(Trace& trace);
@@ -81,7 +94,9 @@ public:
     /// Ticket for a direct job, which runs whatever the run state was before.
     Ticket armDirect() const;
     /// Runs a job to its end on the worker and waits for it. With run state Pause the job waits before its first
-    /// vector. A stop since the ticket was taken ends it before it began: Stopped.
+    /// vector. A stop since the ticket was taken ends it before it began: Stopped. While the pen service works the job
+    /// stands as in a pause, its clock too, and obeys stop and pause as ever; the call returns only when the service
+    /// has returned, and a job that comes after the stop waits for that.
     Outcome run(const Job& job, const JobSetup& setup, const Ticket& ticket);
 
     /// Sets the run state; returns when a running job obeys it.
@@ -112,6 +127,9 @@ public:
 
     /// Moves the mirrors without laser at mm/s, in the background; false while a job runs or closed.
     bool moveTo(Point target, double speed);
+
+    /// Where the mirrors stand, or come to stand when they are on their way; nothing while a job runs or closed.
+    std::optional<Point> restingPlace() const;
 
     HeadState head() const;
     /// Accounts of the last job (of its last complete pass), kept until the next one ends.
@@ -147,6 +165,8 @@ private:
     void schedule();
     bool held() const { return m_state == RunState::Pause || m_hold || m_waiting; }
     void alert();
+    bool awaitPen(Lock& lock, Executor& executor);
+    void servePens(Lock& lock, const JobSetup& setup, std::uint64_t job);
     void awaitEnd(Lock& lock, std::uint64_t job);
     void awaitHold(Lock& lock);
     void requestStop(Lock& lock);
@@ -181,6 +201,8 @@ private:
     const JobSetup* m_setup = nullptr;
     Outcome* m_result = nullptr; ///< where its caller wants the outcome
     std::uint64_t m_jobs = 0;    ///< number of the job on the card or of the last one
+    std::optional<int> m_duePen; ///< the job waits for its service
+    bool m_serving = false;      ///< a caller of run() is in its pen service
     Activity m_activity = Activity::Idle;
     Outcome m_lastOutcome = Outcome::Done;
     SimClock m_clock;

@@ -50,7 +50,9 @@ void JobRunner::execute(Lock& lock) {
     const JobSetup& setup = *m_setup;
     // The border preview looks at every point here, which may take longer than a caller wants to wait for the lock.
     lock.unlock();
-    Executor executor(job, setup.pens, setup.plan, setup.loop, start, m_trace);
+    Executor executor(job, setup.pens, setup.plan, setup.loop, start, m_trace, setup.head, setup.fly);
+    if (setup.penService)
+        executor.haltAtPens();
     lock.lock();
 
     if (held() && !m_stop)
@@ -73,12 +75,14 @@ void JobRunner::finish(Executor& executor) {
     publish(executor);
     m_lastOutcome = *m_result;
     m_lastTime = executor.time();
+    m_lastTime.passes = executor.passes();
     const Point end = executor.position();
     m_idle = {end, end, Clock::now(), 0.0, m_factor};
     m_activity = Activity::Idle;
     m_hold = false;
     m_stop = false;
     m_unheard = false;
+    m_duePen.reset();
     m_job = nullptr;
     m_setup = nullptr;
     m_result = nullptr;
@@ -100,6 +104,8 @@ bool JobRunner::pace(Lock& lock, Executor& executor) {
         m_stop = false; // it was over before the stop came
         return false;
     }
+    if (progress == Executor::Progress::PenDue)
+        return awaitPen(lock, executor);
     if (progress == Executor::Progress::Caught) {
         const Clock::time_point due = m_clock.wallAt(executor.pieceEndUs(), Clock::now() + kBatchTime);
         m_wake.wait_until(lock, due, [this] { return m_attention.load(std::memory_order_relaxed); });
@@ -125,13 +131,32 @@ bool JobRunner::obey(Lock& lock, Executor& executor) {
     return true;
 }
 
+/// Lets the caller's thread make the next pen ready, as long as it takes. False when the job is to end.
+bool JobRunner::awaitPen(Lock& lock, Executor& executor) {
+    m_duePen = executor.duePen();
+    holdLine(lock, executor);
+    if (m_stop)
+        return false;
+    executor.penReady();
+    schedule();
+    m_clock.anchor(Clock::now(), executor.nowUs(), m_factor);
+    return true;
+}
+
+/// Holds the line where the head stands, until nothing holds the job and no pen is due.
 void JobRunner::holdLine(Lock& lock, Executor& executor) {
     executor.cut();
     publish(executor);
-    m_reaction.acted = Clock::now();
-    m_reaction.passMs = executor.passMs();
-    while (held() && !m_stop) {
-        m_activity = m_state == RunState::Pause || m_hold ? Activity::Paused : Activity::Waiting;
+    bool holding = false;
+    while ((held() || m_duePen) && !m_stop) {
+        if (held() && !holding) {
+            m_reaction.acted = Clock::now();
+            m_reaction.passMs = executor.passMs();
+        }
+        holding = held();
+        m_activity = !holding                               ? Activity::Running
+                     : m_state == RunState::Pause || m_hold ? Activity::Paused
+                                                            : Activity::Waiting;
         noteInputWait(m_activity == Activity::Waiting && m_forInput);
         m_changed.notify_all();
         m_wake.wait(lock, [this] { return m_attention.load(std::memory_order_relaxed); });

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace sim {
 
@@ -34,6 +35,25 @@ PenParams sanitized(const PenParams& pen) {
             row = {withinLimits(row.x, 0.0, kMaxWaveX), withinLimits(row.power, 0.0, 100.0)};
     }
     return out;
+}
+
+bool operator==(const LaserWave& a, const LaserWave& b) {
+    const auto values = [](const LaserWave& wave) {
+        return std::tie(wave.mode, wave.peak, wave.pulse, wave.pwmPeak, wave.pwmFreq, wave.pwmDuty, wave.gasDelay,
+                        wave.eyeDelay);
+    };
+    return values(a) == values(b);
+}
+
+bool operator==(const PenParams& a, const PenParams& b) {
+    const auto values = [](const PenParams& pen) {
+        return std::tie(pen.markCount, pen.markSpeed, pen.redSpeed, pen.power, pen.waveNumber, pen.frequency, pen.pwm,
+                        pen.openLaserDelay, pen.closeLaserDelay, pen.endDelay, pen.turnDelay, pen.jumpSpeed,
+                        pen.maxJumpDelay, pen.minJumpDelay, pen.minJumpDelayDist, pen.maxJumpDelayDist, pen.markDelay,
+                        pen.pointTime, pen.wobbleEnable, pen.wobbleDiameter, pen.wobbleSpacing, pen.pointWaveEnable,
+                        pen.lineWaveEnable, pen.lineWaveByDistance, pen.pointWave, pen.lineWave, pen.laserWave);
+    };
+    return values(a) == values(b);
 }
 
 } // namespace sim

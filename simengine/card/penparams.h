@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 
 namespace sim {
 
@@ -27,7 +28,25 @@ struct WavePoint {
     double power = 0.0;
 };
 
+inline bool operator==(const WavePoint& a, const WavePoint& b) {
+    return a.x == b.x && a.power == b.power;
+}
+
 using WaveTable = std::array<WavePoint, kWavePoints>;
+
+/// A stored waveform of a serial laser.
+struct LaserWave {
+    int mode = 0;          ///< 0 QCW, else PWM
+    double peak = 0.0;     ///< W
+    double pulse = 0.0;    ///< ms
+    double pwmPeak = 0.0;  ///< W
+    double pwmFreq = 0.0;  ///< Hz
+    double pwmDuty = 0.0;  ///< percent
+    double gasDelay = 0.0; ///< ms
+    double eyeDelay = 0.0; ///< ms
+};
+
+bool operator==(const LaserWave& a, const LaserWave& b);
 
 /// The parameters of one pen as the card keeps them. Raw values as downloaded: sanitized() gives the executed ones.
 struct PenParams {
@@ -54,10 +73,14 @@ struct PenParams {
     double wobbleSpacing = 0.5;  ///< mm of path per turn
     bool pointWaveEnable = false;
     bool lineWaveEnable = false;
-    bool lineWaveByDistance = false; ///< x of the line's curve is mm, else ms
-    WaveTable pointWave{};           ///< power of a mark point over time in ms
-    WaveTable lineWave{};            ///< ramp-in and ramp-out of a line, half of the rows each
+    bool lineWaveByDistance = false;    ///< x of the line's curve is mm, else ms
+    WaveTable pointWave{};              ///< power of a mark point over time in ms
+    WaveTable lineWave{};               ///< ramp-in and ramp-out of a line, half of the rows each
+    std::optional<LaserWave> laserWave; ///< the one of waveNumber; none for a number that names none
 };
+
+/// Exactly the same values.
+bool operator==(const PenParams& a, const PenParams& b);
 
 using PenTable = std::array<PenParams, kPenCount>;
 

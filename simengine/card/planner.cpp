@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/card/planner.h"
 
+#include "simengine/card/convexhull.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace sim {
 
@@ -43,6 +46,17 @@ double lengthOf(const Stroke& stroke) {
     return length;
 }
 
+std::vector<Point> hullOf(const Job& job) {
+    ConvexHull hull;
+    for (const Stroke& stroke : job.strokes) {
+        for (const Point& point : stroke.points) {
+            if (isValid(point))
+                hull.add(reachable(point));
+        }
+    }
+    return hull.corners();
+}
+
 bool needsLength(const PenParams& pen) {
     return pen.lineWaveEnable || pen.wobbleEnable;
 }
@@ -56,6 +70,11 @@ void measureStrokes(Job& job, const PenTable& pens) {
         if (needsLength(pens[static_cast<std::size_t>(validPen(stroke.pen))]))
             stroke.lengthMm = lengthOf(stroke);
     }
+}
+
+void measureHull(Job& job, const BorderSettings& border) {
+    if (job.kind == MarkKind::BorderPreview && border.outline == BorderOutline::Hull && job.hull.empty())
+        job.hull = hullOf(job);
 }
 
 void addPiece(JobTime& time, const Piece& piece) {
@@ -80,20 +99,29 @@ void addPiece(JobTime& time, const Piece& piece) {
 
 Planner::Planner(const Job& job, const PenTable& pens, const PlanSettings& settings, Point start)
     : m_job(job)
+    , m_values(valuesOf(pens, job.kind, settings.border))
     , m_settings(settings)
     , m_at(start)
     , m_beam(start) {
-    for (std::size_t i = 0; i < m_pens.size(); ++i) {
-        m_pens[i] = sanitized(pens[i]);
-        m_usPerMm[i] = markUs(m_pens[i], job.kind, 1.0);
-        if (m_pens[i].lineWaveEnable && isLaser())
-            m_ramps[i] = lineRamps(m_pens[i]);
-    }
     if (!std::isfinite(m_settings.penChangeDelayMs) || m_settings.penChangeDelayMs < 0.0)
         m_settings.penChangeDelayMs = 0.0;
     if (job.kind == MarkKind::BorderPreview)
         measureBorder();
     restart();
+}
+
+std::shared_ptr<const Planner::PenValues> Planner::valuesOf(const PenTable& pens, MarkKind kind,
+                                                            const BorderSettings& border) {
+    auto values = std::make_shared<PenValues>();
+    for (std::size_t i = 0; i < pens.size(); ++i) {
+        values->pens[i] = sanitized(pens[i]);
+        values->usPerMm[i] = markUs(values->pens[i], kind, 1.0);
+        if (kind == MarkKind::BorderPreview && border.speed > 0.0)
+            values->usPerMm[i] = 1e6 / std::clamp(border.speed, kMinSpeed, kMaxSpeed);
+        if (values->pens[i].lineWaveEnable && kind == MarkKind::Laser)
+            values->ramps[i] = lineRamps(values->pens[i]);
+    }
+    return values;
 }
 
 bool Planner::hasWork(const Job& job) {
@@ -104,15 +132,29 @@ void Planner::restart() {
     m_lastPen = -1;
     m_corner = 0;
     m_wobbleLeft = kMaxWobbleVertices;
-    m_done = m_job.kind == MarkKind::BorderPreview && !hasWork(m_job);
+    m_done = m_job.kind == MarkKind::BorderPreview && !m_border;
     openGroup(0);
 }
 
 std::size_t Planner::fill(Piece* out, std::size_t capacity) {
     Piece* next = out;
-    while (!m_done && static_cast<std::size_t>(next - out) + kMaxStep <= capacity)
+    m_halted = false;
+    while (!m_done && !m_halted && static_cast<std::size_t>(next - out) + kMaxStep <= capacity)
         step(next);
     return static_cast<std::size_t>(next - out);
+}
+
+std::size_t Planner::roundVertices() const {
+    std::size_t count = 0;
+    for (std::size_t i = m_groupFirst; i < m_groupEnd; ++i)
+        count += m_job.strokes[i].points.size();
+    return count;
+}
+
+void Planner::skipRounds() {
+    m_repeatsLeft = 0;
+    m_halted = false;
+    openGroup(m_groupEnd);
 }
 
 void Planner::step(Piece*& out) {
@@ -157,11 +199,11 @@ void Planner::planArrival(Piece*& out) {
 void Planner::shapeStroke(Point first) {
     const Stroke& stroke = m_job.strokes[m_stroke];
     const PenParams& pen = this->pen();
-    const LineRamps& ramps = m_ramps[static_cast<std::size_t>(m_pen)];
+    const LineRamps& ramps = m_values->ramps[static_cast<std::size_t>(m_pen)];
     if (!ramps.inUse && !pen.wobbleEnable)
         return;
     const double length = stroke.lengthMm >= 0.0 ? stroke.lengthMm : lengthOf(stroke);
-    const double mmPerMs = 1000.0 / m_usPerMm[static_cast<std::size_t>(m_pen)];
+    const double mmPerMs = 1000.0 / usPerMm();
     const PowerProfile profile(ramps, pen.lineWaveByDistance ? 1.0 : mmPerMs, length);
     const double vertices = pen.wobbleEnable ? StrokeShape::extraVertices(pen, length) : 0.0;
     m_centreLine = vertices > m_wobbleLeft;
@@ -214,7 +256,7 @@ void Planner::planVector(Piece*& out) {
     }
     m_vectorEnd = to;
     m_vectorMm = distanceMm(m_at, to);
-    m_vectorUs = m_vectorMm * m_usPerMm[static_cast<std::size_t>(m_pen)];
+    m_vectorUs = m_vectorMm * usPerMm();
     m_vectorShare = 0.0;
     m_shape.beginVector(m_at, to, m_vectorMm);
     m_cutting = true;
@@ -251,13 +293,12 @@ void Planner::endVector(Piece*& out) {
 }
 
 void Planner::planBorderCorner(Piece*& out) {
-    const Point corners[] = {m_low, {m_high.x, m_low.y}, m_high, {m_low.x, m_high.y}, m_low};
-    constexpr int kCorners = 5;
+    const std::vector<Point>& corners = *m_border;
     if (m_corner == 0)
         planJump(out, corners[0]);
     else
         planMark(out, corners[m_corner]);
-    m_done = ++m_corner == kCorners;
+    m_done = ++m_corner == corners.size();
 }
 
 void Planner::planEnd(Piece*& out) {
@@ -298,7 +339,7 @@ void Planner::planOffset(Piece*& out, Point to) {
 
 void Planner::planMark(Piece*& out, Point to) {
     const double length = distanceMm(m_at, to);
-    addMark(out, to, length * m_usPerMm[static_cast<std::size_t>(m_pen)], length);
+    addMark(out, to, length * usPerMm(), length);
     m_at = to;
 }
 
@@ -337,6 +378,7 @@ void Planner::nextStroke() {
         --m_repeatsLeft;
         m_stroke = m_groupFirst;
         m_arrived = false;
+        m_halted = m_haltAtRounds;
         findVertex(0);
     } else {
         openGroup(m_groupEnd);
@@ -358,7 +400,7 @@ void Planner::openGroup(std::size_t first) {
     } while (head.object >= 0 && m_groupEnd < strokes.size() && strokes[m_groupEnd].object == head.object &&
              strokes[m_groupEnd].pen == head.pen);
     if (isLaser() && hasWork)
-        m_repeatsLeft = m_pens[static_cast<std::size_t>(validPen(head.pen))].markCount - 1;
+        m_repeatsLeft = m_values->pens[static_cast<std::size_t>(validPen(head.pen))].markCount - 1;
     findVertex(0);
 }
 
@@ -371,8 +413,8 @@ void Planner::findVertex(std::size_t from) {
 
 void Planner::measureBorder() {
     constexpr double kFar = std::numeric_limits<double>::infinity();
-    m_low = {kFar, kFar};
-    m_high = {-kFar, -kFar};
+    Point low{kFar, kFar};
+    Point high{-kFar, -kFar};
     bool penKnown = false;
     for (const Stroke& stroke : m_job.strokes) {
         for (const Point& raw : stroke.points) {
@@ -382,10 +424,17 @@ void Planner::measureBorder() {
                 m_pen = validPen(stroke.pen);
             penKnown = true;
             const Point p = reachable(raw);
-            m_low = {std::min(m_low.x, p.x), std::min(m_low.y, p.y)};
-            m_high = {std::max(m_high.x, p.x), std::max(m_high.y, p.y)};
+            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
         }
     }
+    if (!penKnown)
+        return;
+    std::vector<Point> corners{low, {high.x, low.y}, high, {low.x, high.y}};
+    if (m_settings.border.outline == BorderOutline::Hull)
+        corners = m_job.hull.empty() ? hullOf(m_job) : m_job.hull;
+    corners.push_back(corners.front());
+    m_border = std::make_shared<const std::vector<Point>>(std::move(corners));
 }
 
 } // namespace sim

@@ -10,6 +10,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <vector>
 
 namespace sim {
 
@@ -35,10 +37,15 @@ void addPiece(JobTime& time, const Piece& piece);
 /// stroke before it marks the first.
 void measureStrokes(Job& job, const PenTable& pens);
 
+/// Finds the hull when a border preview is to go round it: that takes tenths of a second for a million vertices, which
+/// a stop would have to wait for on the worker.
+void measureHull(Job& job, const BorderSettings& border);
+
 /// Walks a job stroke by stroke and turns it into pieces, a chunk at a time, so that the first vector is ready at once
 /// however long the job is. Estimation and execution both use this walk; no other code knows the formulas' order.
 ///
-/// The job must outlive the planner. Not thread-safe.
+/// The job must outlive the planner. A copy goes on from the same place for itself, and takes less than a kilobyte. Not
+/// thread-safe.
 class Planner {
 public:
     Planner(const Job& job, const PenTable& pens, const PlanSettings& settings, Point start);
@@ -50,6 +57,18 @@ public:
     /// Starts the walk again for another pass, from the place where the last one ended.
     void restart();
 
+    /// Lets fill() return early where an object is about to be repeated; roundsLeft() tells that it did.
+    void haltAtRounds() { m_haltAtRounds = true; }
+    /// Rounds of the object that are still to come when fill() has halted, the one about to begin included; else 0.
+    int roundsLeft() const { return m_halted ? m_repeatsLeft + 1 : 0; }
+    /// Vertices of such a round.
+    std::size_t roundVertices() const;
+    /// Leaves out the rounds that are still to come. Each would end as the one before did, but for the share in
+    /// kMaxWobbleVertices that it would have taken.
+    void skipRounds();
+    /// Where the beam is commanded to, the wobble's offset included.
+    Point beam() const { return m_beam; }
+
     /// True when the job has at least one valid point.
     static bool hasWork(const Job& job);
 
@@ -60,6 +79,14 @@ public:
     static constexpr double kMaxWobbleVertices = 4'000'000;
 
 private:
+    /// What follows from the pens, and for border previews from the card's settings.
+    struct PenValues {
+        PenTable pens; ///< sanitized
+        std::array<LineRamps, kPenCount> ramps{};
+        std::array<double, kPenCount> usPerMm{};
+    };
+
+    static std::shared_ptr<const PenValues> valuesOf(const PenTable& pens, MarkKind kind, const BorderSettings& border);
     void step(Piece*& out);
     void planArrival(Piece*& out);
     void planVector(Piece*& out);
@@ -80,23 +107,22 @@ private:
     void findVertex(std::size_t from);
     void measureBorder();
     bool isLaser() const { return m_job.kind == MarkKind::Laser; }
-    const PenParams& pen() const { return m_pens[static_cast<std::size_t>(m_pen)]; }
+    const PenParams& pen() const { return m_values->pens[static_cast<std::size_t>(m_pen)]; }
+    double usPerMm() const { return m_values->usPerMm[static_cast<std::size_t>(m_pen)]; }
 
     const Job& m_job;
-    PenTable m_pens; ///< sanitized
-    std::array<LineRamps, kPenCount> m_ramps{};
-    std::array<double, kPenCount> m_usPerMm{};
+    std::shared_ptr<const PenValues> m_values;
     PlanSettings m_settings;
     Point m_at;   ///< commanded
     Point m_beam; ///< with the wobble's offset
-    Point m_low;  ///< bounds of the job, border preview only
-    Point m_high;
+    /// Corners of the outline, the first one at the end again; null but in a border preview of a job with valid points.
+    std::shared_ptr<const std::vector<Point>> m_border;
     std::size_t m_stroke = 0;
     std::size_t m_vertex = 0; ///< next valid vertex of the stroke, the stroke's size when there is none
+    std::size_t m_corner = 0; ///< next one of m_border
     std::size_t m_groupFirst = 0;
     std::size_t m_groupEnd = 0; ///< one past the object's last stroke
     int m_repeatsLeft = 0;
-    int m_corner = 0; ///< next corner of the border rectangle
     int m_pen = 0;
     int m_lastPen = -1;  ///< pen of the stroke before, -1 before the first of a pass
     StrokeShape m_shape; ///< of the stroke on which the head is, when it has one
@@ -111,6 +137,8 @@ private:
     bool m_centreLine = false; ///< the stroke's wobble is not planned
     bool m_arrived = false;    ///< the head is on the stroke's line
     bool m_done = false;
+    bool m_haltAtRounds = false;
+    bool m_halted = false; ///< before the first step of a repetition
 };
 
 } // namespace sim

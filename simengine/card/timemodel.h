@@ -5,6 +5,7 @@
 #include "simengine/card/penparams.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace sim {
 
@@ -20,11 +21,24 @@ struct JobTime {
     /// Strokes with wobble that the trace shows by their centre line, because the path would have had too many
     /// vertices.
     std::size_t centreLines = 0;
+    std::uint64_t passes = 0; ///< complete passes of a job that was run
 };
 
-/// Timing that belongs to the whole card and not to a pen.
+/// The line on which a border preview goes round a job. The values are those of the card's parameter file.
+enum class BorderOutline {
+    Rectangle = 0, ///< parallel to the axes, round all points
+    Hull = 1,      ///< the convex hull of all points
+};
+
+struct BorderSettings {
+    BorderOutline outline = BorderOutline::Rectangle;
+    double speed = 0.0; ///< mm/s; 0 or less, or not a number, for the red-light speed of the first stroke's pen
+};
+
+/// What belongs to the whole card and not to a pen.
 struct PlanSettings {
     double penChangeDelayMs = 0.0; ///< wait when a stroke has another pen than the one before, laser jobs only
+    BorderSettings border;         ///< border previews only
 };
 
 double distanceMm(const Point& a, const Point& b);

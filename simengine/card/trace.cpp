@@ -1,15 +1,39 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/card/trace.h"
 
+#include "simengine/card/headmap.h"
+
 #include <algorithm>
 #include <charconv>
 #include <utility>
 
 namespace sim {
 
+TraceSnapshot TraceSnapshot::commanded() const {
+    TraceSnapshot copy = *this;
+    copy.m_head.reset();
+    copy.m_fly.travel = {};
+    return copy;
+}
+
+void Trace::beginJob(std::shared_ptr<const HeadMap> head, const FlyMotion& fly) {
+    std::vector<std::shared_ptr<TraceSnapshot::Block>> old;
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
+    m_head.swap(head); // the old one goes behind the lock, as the old rows do
+    m_fly = fly;
+    startPass(old);
+    m_passOfJob = 0;
+}
+
 void Trace::beginPass() {
     std::vector<std::shared_ptr<TraceSnapshot::Block>> old;
     const std::lock_guard<PriorityMutex> lock(m_mutex);
+    startPass(old);
+    ++m_passOfJob;
+}
+
+/// Called with the lock held; what is to be freed goes to `old`.
+void Trace::startPass(std::vector<std::shared_ptr<TraceSnapshot::Block>>& old) {
     // The first block stays when nobody looks at it, so that a short loop allocates nothing.
     if (m_blocks.size() != 1 || m_blocks.front().use_count() != 1)
         old.swap(m_blocks);
@@ -19,12 +43,7 @@ void Trace::beginPass() {
 }
 
 void Trace::append(TraceRow row) {
-    std::unique_lock<PriorityMutex> lock(m_mutex);
-    if (const std::shared_ptr<const PointMap> map = m_map) {
-        lock.unlock();
-        row.at = (*map)(row.at);
-        lock.lock();
-    }
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
     if (m_size == kMaxRows) {
         ++m_dropped;
         return;
@@ -42,6 +61,9 @@ TraceSnapshot Trace::snapshot() const {
     copy.m_size = m_size;
     copy.m_dropped = m_dropped;
     copy.m_pass = m_pass;
+    copy.m_passOfJob = m_passOfJob;
+    copy.m_head = m_head;
+    copy.m_fly = m_fly;
     return copy;
 }
 
@@ -69,10 +91,14 @@ std::size_t Trace::readSince(std::uint64_t& pass, std::size_t& from, std::vector
     return out.size();
 }
 
-void Trace::setPointMap(PointMap map) {
-    auto shared = map ? std::make_shared<const PointMap>(std::move(map)) : nullptr;
+std::shared_ptr<const HeadMap> Trace::head() const {
     const std::lock_guard<PriorityMutex> lock(m_mutex);
-    m_map = std::move(shared);
+    return m_head;
+}
+
+FlyMotion Trace::fly() const {
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
+    return m_fly;
 }
 
 namespace {
@@ -90,11 +116,12 @@ std::string traceCsv(const TraceSnapshot& rows) {
     text.reserve(text.size() + rows.size() * 32);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const TraceRow& row = rows[i];
+        const Point at = rows.head() ? rows.head()->marked(row.at, rows.passOfJob()) : row.at;
         appendNumber(text, row.ms, 6);
         text += ',';
-        appendNumber(text, row.at.x, 6);
+        appendNumber(text, at.x, 6);
         text += ',';
-        appendNumber(text, row.at.y, 6);
+        appendNumber(text, at.y, 6);
         text += row.laser ? ",1," : ",0,";
         text += std::to_string(row.pen);
         text += '\n';

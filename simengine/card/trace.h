@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "simengine/card/job.h"
+#include "simengine/card/flymotion.h"
 #include "simengine/card/prioritylock.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,10 +14,12 @@
 
 namespace sim {
 
+class HeadMap;
+
 /// One vertex that the head reached.
 struct TraceRow {
     double ms = 0.0;      ///< simulated time since the pass began
-    Point at;             ///< mm, as marked, so after the head's distortion
+    Point at;             ///< mm, as drawn; see forEachMarked() for where the head was sent and where it was marked
     std::uint8_t pen = 0; ///< 0 to 19
     bool laser = false;   ///< the way here was marked with the laser
     bool drawn = false;   ///< the way here belongs to a contour: with the laser, or the pilot beam in a preview
@@ -42,12 +43,24 @@ public:
     /// Rows that were left out because the pass was longer than Trace::kMaxRows.
     std::size_t dropped() const { return m_dropped; }
 
+    /// How commanded places become marked ones; null when they are the same.
+    const HeadMap* head() const { return m_head.get(); }
+    /// Number of the pass within its job, from 0.
+    std::uint64_t passOfJob() const { return m_passOfJob; }
+    /// How head and product moved on while it was marked.
+    const FlyMotion& fly() const { return m_fly; }
+    /// The same rows as of a head that marks where it is told, in the field.
+    TraceSnapshot commanded() const;
+
 private:
     friend class Trace;
     std::vector<std::shared_ptr<const Block>> m_blocks;
     std::size_t m_size = 0;
     std::size_t m_dropped = 0;
     std::uint64_t m_pass = 0;
+    std::uint64_t m_passOfJob = 0;
+    std::shared_ptr<const HeadMap> m_head;
+    FlyMotion m_fly;
 };
 
 /// What the head marked in the last job, one row a vertex; a job that repeats itself keeps the pass in progress, or
@@ -58,10 +71,10 @@ class Trace {
 public:
     static constexpr std::size_t kMaxRows = 8'000'000;
 
-    /// Commanded position to the marked one. Called on the card's worker: must be quick and wait for nothing.
-    using PointMap = std::function<Point(const Point&)>;
-
-    /// Forgets all rows and starts a new pass.
+    /// Forgets all rows and starts the first pass of a job. Its places are marked by way of `head`, all passes long;
+    /// null for a head that marks where it is told.
+    void beginJob(std::shared_ptr<const HeadMap> head, const FlyMotion& fly = {});
+    /// Forgets all rows and starts another pass.
     void beginPass();
     void append(TraceRow row);
     void clear() { beginPass(); }
@@ -75,21 +88,25 @@ public:
     /// copied. When pass is not the current one it is set to it and reading starts at row 0 again.
     std::size_t readSince(std::uint64_t& pass, std::size_t& from, std::vector<TraceRow>& out,
                           std::size_t maxRows = 65536) const;
-
-    /// Puts the head's distortion in the way of rows yet to come; an empty function takes it out.
-    void setPointMap(PointMap map);
+    /// Of the job to which the rows belong; null likewise.
+    std::shared_ptr<const HeadMap> head() const;
+    FlyMotion fly() const;
 
 private:
     mutable PriorityMutex m_mutex; ///< taken by the worker at every row
     std::vector<std::shared_ptr<TraceSnapshot::Block>> m_blocks;
-    std::shared_ptr<const PointMap> m_map;
+    std::shared_ptr<const HeadMap> m_head;
+    FlyMotion m_fly;
     std::size_t m_size = 0;
     std::size_t m_dropped = 0;
     std::uint64_t m_pass = 0;
+    std::uint64_t m_passOfJob = 0;
+
+    void startPass(std::vector<std::shared_ptr<TraceSnapshot::Block>>& old);
 };
 
-/// The rows as text: header "time,x,y,laser,pen", then a line a row: ms and mm with a decimal point whatever the
-/// locale, laser 0 or 1, pen 0 to 19.
+/// The rows as text, marked places: header "time,x,y,laser,pen", then a line a row: ms and mm with a decimal point
+/// whatever the locale, laser 0 or 1, pen 0 to 19.
 std::string traceCsv(const TraceSnapshot& rows);
 
 } // namespace sim

@@ -2,6 +2,7 @@
 #include "simengine/card/traceexport.h"
 
 #include "engine/layerparamex.h"
+#include "simengine/card/markedrows.h"
 #include "simengine/card/timemodel.h"
 #include "simengine/card/traceshade.h"
 #include "support/durablefile.h"
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace sim {
 
@@ -85,37 +87,46 @@ bool isPowerStep(const TraceRow& last, const TraceRow& row) {
 }
 
 template<typename Take>
+void addWay(LineJoiner<Take>& joiner, const TraceRow& last, const TraceRow& row) {
+    if (!row.laser) {
+        joiner.add(row, last.at, row.at, 0);
+    } else if (row.at == last.at) {
+        if (!isPowerStep(last, row))
+            joiner.add(row, last.at, row.at, static_cast<int>(std::lround(row.power)));
+    } else {
+        Point from = last.at;
+        forEachShade(last.power, row.power, [&](double share, int percent) {
+            const Point to = between(last.at, row.at, share);
+            joiner.add(row, from, to, percent);
+            from = to;
+        });
+    }
+}
+
+template<typename Take>
 void forEachLine(const TraceSnapshot& rows, Take take) {
     LineJoiner<Take> joiner(take);
-    for (std::size_t i = 1; i < rows.size(); ++i) {
-        const TraceRow& last = rows[i - 1];
-        const TraceRow& row = rows[i];
-        if (!row.laser) {
-            joiner.add(row, last.at, row.at, 0);
-        } else if (row.at == last.at) {
-            if (!isPowerStep(last, row))
-                joiner.add(row, last.at, row.at, static_cast<int>(std::lround(row.power)));
-        } else {
-            Point from = last.at;
-            forEachShade(last.power, row.power, [&](double share, int percent) {
-                const Point to = between(last.at, row.at, share);
-                joiner.add(row, from, to, percent);
-                from = to;
-            });
-        }
-    }
+    TraceRow last;
+    bool hasLast = false;
+    forEachMarked(rows, 0, rows.size(), [&](const TraceRow& row, const Point&, bool) {
+        if (hasLast)
+            addWay(joiner, last, row);
+        last = row;
+        hasLast = true;
+    });
     joiner.finish();
 }
 
 QRectF boundsOf(const TraceSnapshot& rows) {
     if (rows.size() == 0)
         return {-kMargin, -kMargin, 2 * kMargin, 2 * kMargin};
-    Point low = rows[0].at;
-    Point high = low;
-    for (std::size_t i = 1; i < rows.size(); ++i) {
-        low = {std::min(low.x, rows[i].at.x), std::min(low.y, rows[i].at.y)};
-        high = {std::max(high.x, rows[i].at.x), std::max(high.y, rows[i].at.y)};
-    }
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    Point low{kFar, kFar};
+    Point high{-kFar, -kFar};
+    forEachMarked(rows, 0, rows.size(), [&](const TraceRow& row, const Point&, bool) {
+        low = {std::min(low.x, row.at.x), std::min(low.y, row.at.y)};
+        high = {std::max(high.x, row.at.x), std::max(high.y, row.at.y)};
+    });
     return QRectF(QPointF(low.x, low.y), QPointF(high.x, high.y)).adjusted(-kMargin, -kMargin, kMargin, kMargin);
 }
 

@@ -2,7 +2,10 @@
 #include "engine/vzmarkcard.h"
 
 #include "engine/profinifile.h"
+#include "simengine/card/bordersettings.h"
 #include "simengine/card/cardlink.h"
+#include "simengine/card/fitteddevices.h"
+#include "simengine/lasers/seriallaser.h"
 
 using namespace sim;
 
@@ -39,7 +42,8 @@ void VZMarkCard::BeginList(int mode) {
 
 void VZMarkCard::EndList() {
     record("EndList");
-    if (simulatedCard().endList())
+    takeBorderSettings(simulatedCard().kind());
+    if (simulatedCard().endList(serialLaserService()))
         logCentreLines(simulatedCard().lastTime());
 }
 
@@ -91,7 +95,7 @@ void VZMarkCard::CardCommand(int code, int a, int b, int* out1, int* out2) {
         return;
     int first = out1 ? *out1 : 0;
     int second = out2 ? *out2 : 0;
-    if (!simulatedCard().devices().command(code, a, b, first, second))
+    if (!commandDevice(code, a, b, first, second))
         return;
     if (out1)
         *out1 = first;

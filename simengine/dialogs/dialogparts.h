@@ -14,6 +14,12 @@ namespace sim {
 /// Least height of what a finger is to hit, pixels.
 constexpr int kTouchHeight = 40;
 
+/// Style of a horizontal slider that a finger moves.
+constexpr char kTouchSlider[] = "QSlider::groove:horizontal { height: 6px; background: #d5dce4; border-radius: 3px; }"
+                                "QSlider::sub-page:horizontal { background: #7d93ab; border-radius: 3px; }"
+                                "QSlider::handle:horizontal { width: 28px; margin: -12px 0; background: #ffffff; "
+                                "border: 1px solid #7d93ab; border-radius: 8px; }";
+
 /// A button with the text of a key, high enough for a finger.
 QPushButton* makeButton(char const* key, char const* objectName, QWidget* parent);
 

@@ -2,25 +2,50 @@
 #pragma once
 
 #include <QByteArray>
+#include <QPointF>
 #include <QString>
 #include <QtEndian>
+#include <algorithm>
 #include <cstring>
+#include <limits>
+#include <type_traits>
 
 namespace sim {
+
+/// A point in memory is what files have of it: x, then y, lowest byte first.
+constexpr bool kPointsAreAsInFiles =
+    Q_BYTE_ORDER == Q_LITTLE_ENDIAN && std::is_same_v<qreal, double> && sizeof(QPointF) == 2 * sizeof(double);
 
 /// Appends values to a byte array, lowest byte first.
 class ByteWriter {
 public:
+    ByteWriter() = default;
+    /// With room for so many bytes from the start.
+    explicit ByteWriter(qint64 expected) { grow(expected); }
+    ByteWriter(const ByteWriter&) = delete;
+    ByteWriter& operator=(const ByteWriter&) = delete;
+
     template<class Integer>
     void integer(Integer value) {
         const Integer little = qToLittleEndian(value);
-        m_bytes.append(reinterpret_cast<const char*>(&little), int(sizeof little));
+        append(&little, qint64(sizeof little));
     }
     /// All 64 bits, so that every value comes back as it was.
     void real(double value) {
         quint64 bits = 0;
         std::memcpy(&bits, &value, sizeof bits);
         integer(bits);
+    }
+    /// Each point's x and y.
+    void points(const QPointF* list, qint64 count) {
+        if constexpr (kPointsAreAsInFiles) {
+            append(list, count * qint64(sizeof(QPointF)));
+        } else {
+            for (qint64 i = 0; i < count; ++i) {
+                real(list[i].x());
+                real(list[i].y());
+            }
+        }
     }
     void flag(bool value) { integer(quint8(value ? 1 : 0)); }
     /// Number of UTF-16 units, then the units.
@@ -29,12 +54,42 @@ public:
         for (QChar unit : value)
             integer(unit.unicode());
     }
-    void raw(const QByteArray& bytes) { m_bytes.append(bytes); }
+    void raw(const QByteArray& bytes) { append(bytes.constData(), bytes.size()); }
+    void raw(const char* bytes, qint64 count) { append(bytes, count); }
+    /// Puts a number into what was written before.
+    template<class Integer>
+    void replace(qint64 place, Integer value) {
+        const Integer little = qToLittleEndian(value);
+        std::memcpy(m_bytes.data() + place, &little, sizeof little);
+    }
 
-    const QByteArray& bytes() const { return m_bytes; }
+    qint64 size() const { return m_size; }
+    const char* data() const { return m_bytes.constData(); }
+    QByteArray bytes() const { return m_bytes.left(int(m_size)); }
+    /// Gives the bytes away; nothing is written afterwards.
+    QByteArray take() {
+        m_bytes.truncate(int(m_size));
+        return std::move(m_bytes);
+    }
 
 private:
-    QByteArray m_bytes;
+    void append(const void* from, qint64 count) {
+        if (m_bytes.size() - m_size < count)
+            grow(m_size + count);
+        if (count > 0)
+            std::memcpy(m_to + m_size, from, size_t(count));
+        m_size += count;
+    }
+    void grow(qint64 least) {
+        constexpr qint64 kFirst = 256;
+        constexpr qint64 kMost = std::numeric_limits<int>::max() - 64; // of a byte array
+        m_bytes.resize(int(std::min(std::max({least, 2 * qint64(m_bytes.size()), kFirst}), kMost)));
+        m_to = m_bytes.data();
+    }
+
+    QByteArray m_bytes; ///< longer than what is written
+    char* m_to = nullptr;
+    qint64 m_size = 0;
 };
 
 /// Takes values from bytes. After the first fault every value is 0 and the fault stays.
@@ -65,6 +120,28 @@ public:
             fail(QStringLiteral("a flag is neither 0 nor 1"));
         return value == 1;
     }
+    /// Reads x and y of each point.
+    void points(QPointF* list, qint64 count) {
+        const qint64 size = count * qint64(sizeof(QPointF));
+        if constexpr (kPointsAreAsInFiles) {
+            if (count > 0 && need(size)) {
+                std::memcpy(static_cast<void*>(list), m_data, size_t(size));
+                advance(size);
+            }
+        } else {
+            for (qint64 i = 0; i < count; ++i) {
+                const double x = real();
+                list[i] = QPointF(x, real());
+            }
+        }
+    }
+    /// Passes over the bytes if they come next.
+    bool skip(const QByteArray& bytes) {
+        if (m_left < bytes.size() || std::memcmp(m_data, bytes.constData(), size_t(bytes.size())) != 0)
+            return false;
+        advance(bytes.size());
+        return true;
+    }
     QString text(int longest) {
         const qint64 units = count(2);
         if (units > longest)
@@ -72,6 +149,17 @@ public:
         QString value;
         for (qint64 i = 0; i < units && ok(); ++i)
             value.append(QChar(integer<quint16>()));
+        return value;
+    }
+    /// Number of bytes, then the bytes.
+    QByteArray raw(int longest) {
+        const qint64 size = count(1);
+        if (size > longest)
+            fail(QStringLiteral("a block is too long"));
+        if (!need(size))
+            return QByteArray();
+        const QByteArray value(m_data, int(size));
+        advance(size);
         return value;
     }
     /// A 32-bit number of items of at least `itemBytes` each, which must still fit into what is left: no reservation
@@ -96,7 +184,7 @@ public:
 
 private:
     bool need(qint64 bytes) {
-        if (ok() && m_left >= bytes)
+        if (m_left >= bytes) // nothing is left after a fault
             return true;
         fail(QStringLiteral("a section ends too early"));
         return false;

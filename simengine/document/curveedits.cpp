@@ -12,6 +12,8 @@ namespace sim::edits {
 namespace {
 
 bool isCurve(const MarkObject& object) {
+    if (const auto* code = std::get_if<CodeShape>(&object.shape()))
+        return code->dots.isEmpty();
     return object.kind() != ObjectKind::Point && object.kind() != ObjectKind::Group;
 }
 
@@ -46,10 +48,21 @@ ObjectList lettersOf(const MarkObject& object, const TextShape& text) {
     return letters;
 }
 
+/// A code gives way to its outline, which keeps its holes and its hatch as one path, or to its dots.
+ObjectList areaOf(const MarkObject& object, const CodeShape& code) {
+    if (code.dots.isEmpty())
+        return {reshaped(object, mapPath(code.outline, object.transform()))};
+    ObjectList points;
+    for (const QPointF& dot : code.dots)
+        points.push_back(reshaped(object, PointShape{object.transform().map(dot), -1.0}));
+    return points;
+}
+
 /// What a selected object gives way to; empty when it cannot be split.
 std::vector<Contour> piecesOf(const MarkObject& object) {
     const ObjectKind kind = object.kind();
-    if (kind != ObjectKind::Polyline && kind != ObjectKind::Rect && kind != ObjectKind::Path)
+    if (kind != ObjectKind::Polyline && kind != ObjectKind::Rect && kind != ObjectKind::Path &&
+        kind != ObjectKind::Generated)
         return {};
     std::vector<Contour> contours = fieldContours(object);
     if (contours.size() == 1)
@@ -59,7 +72,7 @@ std::vector<Contour> piecesOf(const MarkObject& object) {
 
 /// The same question without the pieces, which panels ask at every change of the selection.
 bool canBeSplit(const MarkObject& object) {
-    if (object.kind() == ObjectKind::Text)
+    if (object.kind() == ObjectKind::Text || object.kind() == ObjectKind::Code)
         return true;
     if (const auto* path = std::get_if<PathShape>(&object.shape())) {
         const auto draws = [](PathVerb verb) { return verb == PathVerb::Line || verb == PathVerb::Cubic; };
@@ -146,6 +159,8 @@ EditResult splitCurves(const DocumentState& state) {
     return replaceSelected(state, [](const MarkObject& object) {
         if (const auto* text = std::get_if<TextShape>(&object.shape()))
             return lettersOf(object, *text);
+        if (const auto* code = std::get_if<CodeShape>(&object.shape()))
+            return areaOf(object, *code);
         ObjectList parts;
         for (const Contour& piece : piecesOf(object))
             parts.push_back(reshaped(object, simplestShape(pathOf({piece}))));

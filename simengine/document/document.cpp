@@ -153,6 +153,25 @@ bool Document::amend(const std::function<EditResult(const DocumentState&)>& chan
     return true;
 }
 
+bool Document::showValues(const std::shared_ptr<const ObjectList>& before, std::shared_ptr<const ObjectList> objects) {
+    {
+        const Lock editLock(m_editMutex);
+        const StatePtr now = state();
+        if (now->objects != before || objects == before)
+            return false;
+        auto next = std::make_shared<DocumentState>(*now);
+        next->objects = std::move(objects);
+        {
+            const Lock lock(m_stateMutex);
+            if (m_savedObjects == before)
+                m_savedObjects = next->objects;
+        }
+        install(std::move(next));
+    }
+    notify();
+    return true;
+}
+
 void Document::select(const QList<int>& ordered) {
     {
         const Lock editLock(m_editMutex);

@@ -65,6 +65,9 @@ public:
     void setReadOnly(bool readOnly);
     /// Changes an object beside the steps back and forth; for marks that are no edit.
     bool amend(const std::function<EditResult(const DocumentState&)>& change);
+    /// Puts these objects in place of `before`, if they are still the document's: they are the same ones and only show
+    /// other values. A document that was saved still counts so.
+    bool showValues(const std::shared_ptr<const ObjectList>& before, std::shared_ptr<const ObjectList> objects);
 
     // Selection, no step of undo
     void select(const QList<int>& ordered);

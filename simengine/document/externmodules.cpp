@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "engine/externmodules.h"
 
-#include "engine/marklog.h"
+#include "engine/igeneratedtool.h"
+#include "simengine/document/guardedmodule.h"
+#include "simengine/document/moduleguard.h"
 #include "support/approot.h"
 
 #include <QDir>
-#include <QLibrary>
+#include <dlfcn.h>
 #include <memory>
 #include <vector>
 
 IMarkToolModule::~IMarkToolModule() = default;
+IGeneratedTool::~IGeneratedTool() = default;
 
 namespace {
 
@@ -17,33 +20,47 @@ namespace {
 /// library.
 using CreateModule = IMarkToolModule* (*)();
 constexpr char kCreateModule[] = "CreateMarkToolModule";
+constexpr char kFolder[] = "/MarkToolModules";
 
-struct LoadedModule {
-    std::unique_ptr<QLibrary> library;
-    std::unique_ptr<IMarkToolModule> module;
-};
-
-std::vector<LoadedModule>& loadedModules() {
-    static std::vector<LoadedModule> modules;
+std::vector<std::unique_ptr<sim::GuardedModule>>& loadedModules() {
+    static std::vector<std::unique_ptr<sim::GuardedModule>> modules;
     return modules;
 }
 
-/// Why the library gives no module; empty when it was added.
-QString addModule(const QString& path) {
-    LoadedModule loaded;
-    loaded.library = std::make_unique<QLibrary>(path);
-    if (!loaded.library->load())
-        return loaded.library->errorString();
-    const auto create = reinterpret_cast<CreateModule>(loaded.library->resolve(kCreateModule));
-    if (create)
-        loaded.module.reset(create());
-    if (!loaded.module) {
-        loaded.library->unload();
-        return create ? QStringLiteral("%1 gave no module").arg(kCreateModule)
-                      : QStringLiteral("%1 is not exported").arg(kCreateModule);
+/// Adds the library's module; what is wrong with it is told in the log.
+void addModule(const QFileInfo& file) {
+    const QString name = file.fileName();
+    auto loaded = std::make_shared<sim::LoadedLibrary>(file.filePath());
+    if (!loaded->library.load()) {
+        sim::noteModuleFault(name, loaded->library.errorString());
+        return;
     }
-    loadedModules().push_back(std::move(loaded));
-    return QString();
+    const auto create = reinterpret_cast<CreateModule>(loaded->library.resolve(kCreateModule));
+    if (!create) {
+        sim::noteModuleFault(name, QStringLiteral("%1 is not exported").arg(kCreateModule));
+        return;
+    }
+    if (!sim::guarded(name, [&] { loaded->module.reset(create()); }))
+        return;
+    if (!loaded->module) {
+        sim::noteModuleFault(name, QStringLiteral("%1 gave no module").arg(kCreateModule));
+        return;
+    }
+    loadedModules().push_back(std::make_unique<sim::GuardedModule>(name, std::move(loaded), GetExternModules()));
+}
+
+void addFolder(const QString& path) {
+    const QDir folder(path);
+    for (const QFileInfo& file : folder.entryInfoList({QStringLiteral("*.so")}, QDir::Files, QDir::Name))
+        addModule(file);
+}
+
+/// The folder of the modules that come with this engine; empty when the library's place is not known.
+QString shippedFolder() {
+    Dl_info library;
+    if (dladdr(reinterpret_cast<void*>(&LoadExternToolModules), &library) == 0 || !library.dli_fname)
+        return QString();
+    return QFileInfo(QFile::decodeName(library.dli_fname)).absolutePath() + QLatin1String(kFolder);
 }
 
 } // namespace
@@ -51,25 +68,22 @@ QString addModule(const QString& path) {
 void LoadExternToolModules() {
     if (!loadedModules().empty())
         return;
-    const QDir folder(tessera::rootPath(QStringLiteral("/MarkToolModules")));
-    for (const QString& name : folder.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name)) {
-        const QString fault = addModule(folder.filePath(name));
-        if (!fault.isEmpty())
-            MarkLog::Instance()->ShowNote_Error(QStringLiteral("MarkToolModules/%1: %2").arg(name, fault));
-    }
+    const QString shipped = shippedFolder();
+    const QString own = tessera::rootPath(QLatin1String(kFolder));
+    if (!shipped.isEmpty())
+        addFolder(shipped);
+    if (QFileInfo(own).canonicalFilePath() != QFileInfo(shipped).canonicalFilePath())
+        addFolder(own);
 }
 
 QVector<IMarkToolModule*> GetExternModules() {
     QVector<IMarkToolModule*> modules;
-    for (const LoadedModule& loaded : loadedModules())
-        modules.append(loaded.module.get());
+    for (const std::unique_ptr<sim::GuardedModule>& loaded : loadedModules())
+        modules.append(loaded.get());
     return modules;
 }
 
 void FreeExternModules() {
-    while (!loadedModules().empty()) {
-        loadedModules().back().module.reset();
-        loadedModules().back().library->unload();
+    while (!loadedModules().empty())
         loadedModules().pop_back();
-    }
 }

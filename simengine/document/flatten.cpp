@@ -5,6 +5,7 @@
 
 #include <QtMath>
 #include <cmath>
+#include <limits>
 
 namespace sim {
 
@@ -106,7 +107,12 @@ void appendCubic(const QPointF* p, double tolerance, QPolygonF& out) {
     for (int i = 0; i <= pieces; ++i)
         coarse.append(i == 0 ? p[0] : i == pieces ? p[3] : cubicPoint(p, double(i) / pieces));
     double length = polylineLength(coarse);
+    // a curve without extent has the length of its rounding, which grows with the pieces
+    double reach = 0.0;
+    for (int i = 0; i < 4; ++i)
+        reach = std::max({reach, std::abs(p[i].x()), std::abs(p[i].y())});
     while (pieces < kMostPieces) {
+        const double rounding = 4.0 * std::numeric_limits<double>::epsilon() * reach * 2 * pieces;
         QPolygonF fine;
         fine.reserve(2 * pieces + 1);
         for (int i = 0; i < pieces; ++i) {
@@ -115,7 +121,7 @@ void appendCubic(const QPointF* p, double tolerance, QPolygonF& out) {
         }
         fine.append(p[3]);
         const double fineLength = polylineLength(fine);
-        if (fineLength - length <= kLengthRefinement * fineLength)
+        if (fineLength - length <= kLengthRefinement * fineLength + rounding)
             break;
         coarse = fine;
         length = fineLength;
@@ -224,6 +230,12 @@ void flattenShape(const Shape& shape, const QTransform& t, std::vector<FlatLine>
         PathFlattener(*path, t, tolerance, lines).run();
     } else if (const auto* text = std::get_if<TextShape>(&shape)) {
         PathFlattener(text->outline, t, tolerance, lines).run();
+    } else if (const auto* generated = std::get_if<GeneratedShape>(&shape)) {
+        PathFlattener(generated->outline, t, tolerance, lines).run();
+    } else if (const auto* code = std::get_if<CodeShape>(&shape)) {
+        PathFlattener(code->outline, t, tolerance, lines).run();
+        for (const QPointF& dot : code->dots)
+            lines.push_back({QPolygonF({t.map(dot)}), false});
     } else if (const auto* group = std::get_if<GroupShape>(&shape)) {
         for (const ObjectPtr& child : group->children)
             flattenShape(child->shape(), child->transform() * t, lines, tolerance);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/hatchoffset.h"
 
+#include "simengine/document/limits.h"
+
 #include <cmath>
 #include <polyclipping/clipper.hpp>
 
@@ -14,9 +16,22 @@ constexpr double kSteps = 1.0e6;
 /// How far a sharp corner may reach, in distances.
 constexpr double kMiterLimit = 2.0;
 
+/// The clipping library throws at coordinates near the end of its numbers. No object reaches so far, but the inner
+/// points of a curve whose transform is out of all proportion may.
+bool isInReach(HatchContour const& contour) {
+    constexpr double kReach = 4.0 * kMaxCoordinate;
+    for (QPointF const& p : contour) {
+        if (!(std::abs(p.x()) <= kReach && std::abs(p.y()) <= kReach))
+            return false;
+    }
+    return true;
+}
+
 ClipperLib::Paths toPaths(std::vector<HatchContour> const& contours) {
     ClipperLib::Paths paths;
     for (HatchContour const& contour : contours) {
+        if (!isInReach(contour))
+            continue;
         ClipperLib::Path path;
         path.reserve(contour.size());
         for (QPointF const& p : contour)

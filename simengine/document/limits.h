@@ -16,6 +16,15 @@ constexpr double kMaxLocalCoordinate = 1.0e9;
 /// Characters of an object's name.
 constexpr int kMaxNameLength = 1000;
 
+/// Characters of the class name that the tool of a module has.
+constexpr int kMaxToolClassLength = 200;
+
+/// Bytes of the parameters of an object that a module made.
+constexpr int kMaxToolParameterBytes = 65536;
+
+/// Points of the outline of an object that a module made.
+constexpr int kMaxGeneratedPoints = 200000;
+
 /// Groups inside groups.
 constexpr int kMaxGroupDepth = 32;
 

@@ -62,6 +62,10 @@ bool insideOddEven(const std::vector<FlatLine>& lines, const QPointF& place) {
     return inside;
 }
 
+bool isOneOpenContour(const PathShape& path) {
+    return path.contourCount() == 1 && path.verbs.last() != PathVerb::Close;
+}
+
 /// The object, or null when it reaches beyond the coordinate limit.
 ObjectPtr withinField(ObjectPtr object) {
     const Box field{-kMaxCoordinate, -kMaxCoordinate, kMaxCoordinate, kMaxCoordinate};
@@ -99,6 +103,11 @@ bool keepsHatch(const QTransform& by, double turn) {
 }
 
 } // namespace
+
+const QVector<FillParam>& HatchSettings::unsetFills() {
+    static const QVector<FillParam> fills(kFillCount);
+    return fills;
+}
 
 bool HatchSettings::anyEnabled() const {
     return std::any_of(fills.begin(), fills.end(), [](const FillParam& fill) { return fill.Enable; });
@@ -139,7 +148,8 @@ MarkObject::MarkObject(ObjectData data)
 }
 
 QString MarkObject::className() const {
-    return classNameOf(kind());
+    const auto* generated = std::get_if<GeneratedShape>(&m_data.shape);
+    return generated ? generated->toolClass : classNameOf(kind());
 }
 
 QPointF MarkObject::pivot() const {
@@ -155,7 +165,11 @@ qint64 MarkObject::memoryCost() const {
         cost += m_pointCount * qint64(sizeof(QPointF));
     }
     if (const auto* text = std::get_if<TextShape>(&m_data.shape))
-        cost += text->spec.text.size() * qint64(sizeof(QChar));
+        cost += (text->spec.text.size() + text->shown.size()) * qint64(sizeof(QChar));
+    if (const auto* generated = std::get_if<GeneratedShape>(&m_data.shape))
+        cost += generated->parameters.size();
+    if (const auto* code = std::get_if<CodeShape>(&m_data.shape))
+        cost += (code->spec.text.size() + code->shown.size()) * qint64(sizeof(QChar));
     return cost;
 }
 
@@ -163,7 +177,9 @@ bool MarkObject::isOpenCurve() const {
     if (const auto* line = std::get_if<PolylineShape>(&m_data.shape))
         return !line->closed && line->points.size() > 1;
     if (const auto* path = std::get_if<PathShape>(&m_data.shape))
-        return path->contourCount() == 1 && path->verbs.last() != PathVerb::Close;
+        return isOneOpenContour(*path);
+    if (const auto* generated = std::get_if<GeneratedShape>(&m_data.shape))
+        return isOneOpenContour(generated->outline);
     if (const auto* arc = std::get_if<ArcShape>(&m_data.shape))
         return std::abs(arc->sweepAngle) < 360.0;
     return false;
@@ -259,6 +275,10 @@ QString classNameOf(ObjectKind kind) {
         return QStringLiteral("MarkToolCombine");
     case ObjectKind::Text:
         return QStringLiteral("MarkToolText");
+    case ObjectKind::Generated:
+        return QStringLiteral("MarkToolGenerated");
+    case ObjectKind::Code:
+        return QStringLiteral("MarkToolCode");
     }
     return QString();
 }

@@ -13,14 +13,17 @@ namespace sim {
 
 /// Hatch of one object: always three fills, and the switches of the object as a whole.
 struct HatchSettings {
-    QVector<FillParam> fills = QVector<FillParam>(kFillCount);
-    bool enableEdge = true;     ///< the outline is marked
-    bool markFillFirst = false; ///< the hatch is marked before the outline
-    bool showSimple = false;    ///< the view draws the hatch coarsely
+    QVector<FillParam> fills = unsetFills(); ///< objects without a hatch share one table
+    bool enableEdge = true;                  ///< the outline is marked
+    bool markFillFirst = false;              ///< the hatch is marked before the outline
+    bool showSimple = false;                 ///< the view draws the hatch coarsely
 
     bool anyEnabled() const;
     /// Three fills of finite numbers on existing pens.
     bool isSound() const;
+
+private:
+    static const QVector<FillParam>& unsetFills();
 };
 
 /// Whether an object is marked. The values are those of the operator's choice and of document files.
@@ -54,7 +57,7 @@ public:
     bool works() const { return m_data.work == WorkType::On; }
     double angle() const { return m_data.angle; }
 
-    /// "MarkToolRect" and so on; a group is "MarkToolCombine".
+    /// "MarkToolRect" and so on; a group is "MarkToolCombine". What a module made has the class of its tool.
     QString className() const;
     /// Exact bounds in the field.
     const Box& bounds() const { return m_bounds; }

@@ -4,10 +4,11 @@
 #include "engine/marktypes.h"
 #include "simengine/document/mkffields.h"
 #include "simengine/document/mkfobjects.h"
+#include "simengine/document/sha256.h"
 #include "support/durablefile.h"
 
-#include <QCryptographicHash>
 #include <QFile>
+#include <future>
 
 namespace sim {
 
@@ -16,6 +17,7 @@ namespace {
 /// The line ends and the end-of-file character in it show a file that was sent as text.
 constexpr char kMagic[8] = {char(0x89), 'M', 'K', 'F', '\r', '\n', char(0x1a), '\n'};
 constexpr qint64 kHeaderBytes = 24;
+constexpr qint64 kSectionCountPlace = 12;
 constexpr qint64 kTableEntryBytes = 24;
 constexpr qint64 kChecksumBytes = 32;
 
@@ -28,37 +30,53 @@ struct SectionKind {
 };
 constexpr SectionKind kSections[SectionCount] = {{"PENS", 1}, {"SETT", 1}, {"OBJS", kPlainObjectsVersion}};
 
-/// The object section has a higher version when it holds texts.
+/// The object section has a higher version when it holds more than lines.
 bool isKnownVersion(int section, quint32 version) {
-    return version == kSections[section].version || (section == ObjectsSection && version == kTextObjectsVersion);
+    const quint32 newest = section == ObjectsSection ? kNewestObjectsVersion : kSections[section].version;
+    return version >= kSections[section].version && version <= newest;
 }
 
-QByteArray checksum(const char* data, qint64 size) {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    hash.addData(data, int(size));
-    return hash.result();
-}
-
-QByteArray encodeSettings(const DocumentSettings& settings) {
-    ByteWriter out;
+void writeSettings(const DocumentSettings& settings, ByteWriter& out) {
     out.integer(quint32(settings.currentPen));
     out.integer(quint32(settings.basePoint));
     out.real(settings.keyMoveDistance);
-    return out.bytes();
 }
 
-std::optional<QByteArray> encodeObjects(const ObjectList& objects) {
-    ByteWriter out;
+/// False when the objects are too many for a file.
+bool writeObjects(const ObjectList& objects, ByteWriter& out) {
     out.integer(quint32(objects.size()));
     qint64 points = 0;
     for (const ObjectPtr& object : objects) {
         // looked at before the object is written: the byte array itself ends at 2 GiB
         points += object->pointCount();
-        if (out.bytes().size() > kMaxMkfBytes || points > kMaxMkfBytes / 16)
-            return std::nullopt;
+        if (out.size() > kMaxMkfBytes || points > kMaxMkfBytes / 16)
+            return false;
         writeObject(*object, out);
     }
-    return out.bytes();
+    return true;
+}
+
+void writePens(const LayerParamEx& pens, ByteWriter& out) {
+    out.integer(quint32(kLayerCount));
+    for (int i = 0; i < kLayerCount; ++i) {
+        LayerData pen;
+        pens.GetLayerData(i, pen);
+        visitPen(pen, FieldWriter(out));
+    }
+    out.integer(quint32(kQcwWaveCount));
+    for (int i = 0; i < kQcwWaveCount; ++i)
+        visitWave(pens.GetQCWWaves()[i], FieldWriter(out));
+}
+
+/// About the bytes that the objects take; a file is written in one piece of memory.
+qint64 expectedBytes(const ObjectList& objects) {
+    qint64 bytes = 0;
+    for (const ObjectPtr& object : objects) {
+        if (bytes > kMaxMkfBytes)
+            return kMaxMkfBytes;
+        bytes += kLeastObjectBytes + 16 * object->pointCount();
+    }
+    return bytes;
 }
 
 bool decodePens(ByteReader& in, LayerParamEx& pens) {
@@ -109,29 +127,34 @@ struct Extent {
     quint32 version = 0;
 };
 
-/// Why the frame around the sections is unsound, empty when it is sound. `sections` gets their extents.
-QString frameFault(const QByteArray& bytes, Extent (&sections)[SectionCount]) {
+constexpr qint64 kTableEnd = kHeaderBytes + SectionCount * kTableEntryBytes;
+
+/// Why the head of the file is unsound, empty when it is sound.
+QString headFault(const QByteArray& bytes) {
     if (bytes.size() < kHeaderBytes || std::memcmp(bytes.constData(), kMagic, sizeof kMagic) != 0)
         return QStringLiteral("this is not a mark document");
     if (bytes.size() > kMaxMkfBytes)
         return QStringLiteral("the file is too large");
     ByteReader header(bytes.constData() + sizeof kMagic, bytes.size() - qint64(sizeof kMagic));
     const auto version = header.integer<quint32>();
-    const auto count = header.integer<quint32>();
+    header.integer<quint32>(); // the number of sections is looked at when the checksum is right
     const auto length = header.integer<quint64>();
     if (version > kMkfVersion)
         return QStringLiteral("the file was made by a newer program (format %1)").arg(version);
     if (version != kMkfVersion)
         return QStringLiteral("the format %1 is unknown").arg(version);
-    const qint64 tableEnd = kHeaderBytes + SectionCount * kTableEntryBytes;
-    if (length != quint64(bytes.size()) || bytes.size() < tableEnd + kChecksumBytes)
+    if (length != quint64(bytes.size()) || bytes.size() < kTableEnd + kChecksumBytes)
         return QStringLiteral("the file is cut off or has been added to");
+    return QString();
+}
+
+/// Why the table of a file of a sound head is unsound, empty when it is sound. `sections` gets their extents.
+QString tableFault(const QByteArray& bytes, Extent (&sections)[SectionCount]) {
     const qint64 covered = bytes.size() - kChecksumBytes;
-    if (checksum(bytes.constData(), covered) != QByteArray::fromRawData(bytes.constData() + covered, kChecksumBytes))
-        return QStringLiteral("the checksum is wrong: the file is damaged");
-    if (count != SectionCount)
+    ByteReader header(bytes.constData() + kSectionCountPlace, kHeaderBytes - kSectionCountPlace);
+    if (header.integer<quint32>() != quint32(SectionCount))
         return QStringLiteral("the file has a wrong number of sections");
-    qint64 next = tableEnd;
+    qint64 next = kTableEnd;
     for (int i = 0; i < SectionCount; ++i) {
         const char* entry = bytes.constData() + kHeaderBytes + i * kTableEntryBytes;
         ByteReader in(entry + 4, kTableEntryBytes - 4);
@@ -149,6 +172,30 @@ QString frameFault(const QByteArray& bytes, Extent (&sections)[SectionCount]) {
     return next == covered ? QString() : QStringLiteral("the sections do not fill the file");
 }
 
+/// What the sections of a file of a sound head hold; nothing and the reason in `fault`.
+std::optional<DocumentContent> decodeSections(const QByteArray& bytes, QString& fault) {
+    Extent sections[SectionCount];
+    fault = tableFault(bytes, sections);
+    if (!fault.isEmpty())
+        return std::nullopt;
+    DocumentContent content;
+    const auto decode = [&](SectionIndex index, auto&& take) {
+        ByteReader in(bytes.constData() + sections[index].offset, sections[index].length);
+        if (take(in) && in.left() != 0)
+            in.fail(QStringLiteral("a section is longer than its content"));
+        fault = in.fault();
+        return in.ok();
+    };
+    const bool taken = decode(PensSection, [&](ByteReader& in) { return decodePens(in, content.pens); }) &&
+                       decode(SettingsSection, [&](ByteReader& in) { return decodeSettings(in, content.settings); }) &&
+                       decode(ObjectsSection, [&](ByteReader& in) {
+                           return decodeObjects(in, sections[ObjectsSection].version, content);
+                       });
+    if (!taken)
+        return std::nullopt;
+    return content;
+}
+
 bool refuse(QString* error, const QString& reason) {
     if (error)
         *error = reason;
@@ -159,68 +206,71 @@ bool refuse(QString* error, const QString& reason) {
 
 QByteArray encodePens(const LayerParamEx& pens) {
     ByteWriter out;
-    out.integer(quint32(kLayerCount));
-    for (int i = 0; i < kLayerCount; ++i) {
-        LayerData pen;
-        pens.GetLayerData(i, pen);
-        visitPen(pen, FieldWriter(out));
-    }
-    out.integer(quint32(kQcwWaveCount));
-    for (int i = 0; i < kQcwWaveCount; ++i)
-        visitWave(pens.GetQCWWaves()[i], FieldWriter(out));
-    return out.bytes();
+    writePens(pens, out);
+    return out.take();
 }
 
 std::optional<QByteArray> encodeMkf(const DocumentContent& content) {
-    const std::optional<QByteArray> objects = encodeObjects(*content.objects);
-    if (!objects)
-        return std::nullopt;
-    const QByteArray sections[SectionCount] = {encodePens(content.pens), encodeSettings(content.settings), *objects};
-    qint64 total = kHeaderBytes + SectionCount * kTableEntryBytes + kChecksumBytes;
-    for (const QByteArray& section : sections)
-        total += section.size();
-    if (total > kMaxMkfBytes)
-        return std::nullopt;
-    ByteWriter out;
-    out.raw(QByteArray(kMagic, sizeof kMagic));
+    constexpr qint64 kBeforeObjects = 32 * 1024;
+    ByteWriter out(kBeforeObjects + expectedBytes(*content.objects));
+    out.raw(kMagic, sizeof kMagic);
     out.integer(kMkfVersion);
     out.integer(quint32(SectionCount));
-    out.integer(quint64(total));
-    qint64 offset = kHeaderBytes + SectionCount * kTableEntryBytes;
+    const qint64 lengthPlace = out.size();
+    out.integer(quint64(0));
     for (int i = 0; i < SectionCount; ++i) {
-        out.raw(QByteArray(kSections[i].name, 4));
+        out.raw(kSections[i].name, 4);
         out.integer(i == ObjectsSection ? objectsVersion(*content.objects) : kSections[i].version);
-        out.integer(quint64(offset));
-        out.integer(quint64(sections[i].size()));
-        offset += sections[i].size();
+        out.integer(quint64(0)); // offset and length, when they are known
+        out.integer(quint64(0));
     }
-    for (const QByteArray& section : sections)
-        out.raw(section);
-    out.raw(checksum(out.bytes().constData(), out.bytes().size()));
-    return out.bytes();
+    const auto section = [&out](SectionIndex index, auto&& write) {
+        const qint64 begin = out.size();
+        const bool written = write();
+        const qint64 entry = kHeaderBytes + index * kTableEntryBytes;
+        out.replace(entry + 8, quint64(begin));
+        out.replace(entry + 16, quint64(out.size() - begin));
+        return written;
+    };
+    section(PensSection, [&] { return writePens(content.pens, out), true; });
+    section(SettingsSection, [&] { return writeSettings(content.settings, out), true; });
+    if (!section(ObjectsSection, [&] { return writeObjects(*content.objects, out); }))
+        return std::nullopt;
+    if (out.size() + kChecksumBytes > kMaxMkfBytes)
+        return std::nullopt;
+    out.replace(lengthPlace, quint64(out.size() + kChecksumBytes));
+    out.raw(sha256(out.data(), out.size()));
+    return out.take();
 }
 
 std::optional<DocumentContent> decodeMkf(const QByteArray& bytes, QString* error) {
-    Extent sections[SectionCount];
-    const QString fault = frameFault(bytes, sections);
+    QString fault = headFault(bytes);
     if (!fault.isEmpty()) {
         refuse(error, fault);
         return std::nullopt;
     }
-    DocumentContent content;
-    const auto decode = [&](SectionIndex index, auto&& take) {
-        ByteReader in(bytes.constData() + sections[index].offset, sections[index].length);
-        if (take(in) && in.left() != 0)
-            in.fail(QStringLiteral("a section is longer than its content"));
-        return in.ok() || refuse(error, in.fault());
+    // The checksum of a large file takes as long as the reading of its objects, so both are done at once. Whatever is
+    // read counts only when the checksum is right.
+    constexpr qint64 kLarge = 1 << 20;
+    const qint64 covered = bytes.size() - kChecksumBytes;
+    const char* data = bytes.constData();
+    // Without a thread to spare the checksum comes after the objects.
+    const auto policy = covered > kLarge ? std::launch::async | std::launch::deferred : std::launch::deferred;
+    std::future<QByteArray> hash = std::async(policy, [data, covered] { return sha256(data, covered); });
+    const auto damaged = [&] {
+        return std::memcmp(hash.get().constData(), data + covered, size_t(kChecksumBytes)) != 0;
     };
-    const bool taken = decode(PensSection, [&](ByteReader& in) { return decodePens(in, content.pens); }) &&
-                       decode(SettingsSection, [&](ByteReader& in) { return decodeSettings(in, content.settings); }) &&
-                       decode(ObjectsSection, [&](ByteReader& in) {
-                           return decodeObjects(in, sections[ObjectsSection].version, content);
-                       });
-    if (!taken)
+    std::optional<DocumentContent> content;
+    if (covered > kLarge)
+        content = decodeSections(bytes, fault);
+    if (damaged()) {
+        refuse(error, QStringLiteral("the checksum is wrong: the file is damaged"));
         return std::nullopt;
+    }
+    if (covered <= kLarge)
+        content = decodeSections(bytes, fault);
+    if (!content)
+        refuse(error, fault);
     return content;
 }
 

@@ -19,7 +19,11 @@ quint8 flagsOf(const ObjectData& data) {
 }
 
 /// Bits of the style of a text.
-enum TextFlag : quint8 { FlagSingleLine = 1, FlagBold = 2, FlagItalic = 4, AllTextFlags = 7 };
+enum TextFlag : quint8 { FlagSingleLine = 1, FlagBold = 2, FlagItalic = 4, FlagTextVariables = 8 };
+constexpr quint8 kPlainTextFlags = FlagSingleLine | FlagBold | FlagItalic;
+
+/// Bits of the style of a code.
+enum CodeFlag : quint8 { FlagCodeVariables = 1, FlagFitted = 2, FlagInvert = 4, AllCodeFlags = 7 };
 
 class GeometryWriter {
 public:
@@ -67,15 +71,41 @@ public:
         m_out.text(spec.text);
         m_out.text(spec.family);
         m_out.integer(quint8((spec.singleLine ? FlagSingleLine : 0) | (spec.bold ? FlagBold : 0) |
-                             (spec.italic ? FlagItalic : 0)));
+                             (spec.italic ? FlagItalic : 0) | (spec.variables ? FlagTextVariables : 0)));
         m_out.integer(quint8(spec.align));
         m_out.real(spec.height);
         m_out.real(spec.letterSpacing);
         m_out.real(spec.lineSpacing);
+        if (spec.variables)
+            m_out.text(s.shown);
         m_out.integer(quint32(s.characterContours.size()));
         for (int contours : s.characterContours)
             m_out.integer(quint32(contours));
         (*this)(s.outline);
+    }
+    void operator()(const GeneratedShape& s) {
+        m_out.text(s.toolClass);
+        m_out.integer(quint32(s.parameters.size()));
+        m_out.raw(s.parameters);
+        (*this)(s.outline);
+    }
+    void operator()(const CodeShape& s) {
+        const CodeSpec& spec = s.spec;
+        m_out.text(spec.text);
+        m_out.integer(quint8(spec.symbology));
+        m_out.integer(quint8((spec.variables ? FlagCodeVariables : 0) | (spec.fitted ? FlagFitted : 0) |
+                             (spec.invert ? FlagInvert : 0)));
+        for (int value : {spec.errorLevel, spec.size, spec.quietZone, int(spec.marking), spec.linesPerModule})
+            m_out.integer(quint8(value));
+        for (double value : {spec.module, spec.width, spec.barHeight})
+            m_out.real(value);
+        if (spec.variables)
+            m_out.text(s.shown);
+        if (spec.marking != CodeMarking::Dots) {
+            (*this)(s.outline);
+            return;
+        }
+        points(s.dots);
     }
 
 private:
@@ -85,8 +115,7 @@ private:
     }
     void points(const QVector<QPointF>& list) {
         m_out.integer(quint32(list.size()));
-        for (const QPointF& p : list)
-            point(p);
+        m_out.points(list.constData(), list.size());
     }
 
     ByteWriter& m_out;
@@ -94,10 +123,31 @@ private:
 
 constexpr qint64 kPointBytes = 16;
 
-bool holdsText(const ObjectPtr& object) {
-    const auto* group = std::get_if<GroupShape>(&object->shape());
-    return group ? std::any_of(group->children.begin(), group->children.end(), holdsText)
-                 : object->kind() == ObjectKind::Text;
+/// The lowest version that knows the object.
+quint32 versionOf(const MarkObject& object) {
+    switch (object.kind()) {
+    case ObjectKind::Group:
+        return objectsVersion(std::get<GroupShape>(object.shape()).children);
+    case ObjectKind::Text:
+        return std::get<TextShape>(object.shape()).spec.variables ? kCodeObjectsVersion : kTextObjectsVersion;
+    case ObjectKind::Code:
+        return kCodeObjectsVersion;
+    case ObjectKind::Generated:
+        return kGeneratedObjectsVersion;
+    default:
+        return kPlainObjectsVersion;
+    }
+}
+
+/// The record of fills as they are when none was ever set. Most objects have these.
+const QByteArray& unsetFills() {
+    static const QByteArray bytes = [] {
+        ByteWriter out;
+        for (const FillParam& fill : HatchSettings().fills)
+            visitFill(fill, FieldWriter(out));
+        return out.bytes();
+    }();
+    return bytes;
 }
 
 class GeometryReader {
@@ -127,6 +177,14 @@ public:
             if (m_version >= kTextObjectsVersion)
                 return readText();
             break;
+        case ObjectKind::Generated:
+            if (m_version >= kGeneratedObjectsVersion)
+                return readGenerated();
+            break;
+        case ObjectKind::Code:
+            if (m_version >= kCodeObjectsVersion)
+                return readCode();
+            break;
         }
         m_in.fail(QStringLiteral("objects of the kind %1 are unknown to this program").arg(kind));
         return PointShape();
@@ -141,9 +199,8 @@ private:
     template<class Points>
     void points(Points& list) {
         const qint64 count = m_in.count(kPointBytes);
-        list.reserve(int(count));
-        for (qint64 i = 0; i < count && m_in.ok(); ++i)
-            list.append(point());
+        list.resize(int(count));
+        m_in.points(list.data(), count);
     }
 
     Shape readPoint() {
@@ -214,7 +271,8 @@ private:
         spec.text = m_in.text(2 * kMostTextCharacters);
         spec.family = m_in.text(kMaxFamilyLength);
         const auto flags = m_in.integer<quint8>();
-        if (flags & ~AllTextFlags)
+        const int known = m_version >= kCodeObjectsVersion ? kPlainTextFlags | FlagTextVariables : kPlainTextFlags;
+        if (flags & ~known)
             m_in.fail(QStringLiteral("a text has an unknown switch"));
         spec.singleLine = flags & FlagSingleLine;
         spec.bold = flags & FlagBold;
@@ -223,11 +281,47 @@ private:
         spec.height = m_in.real();
         spec.letterSpacing = m_in.real();
         spec.lineSpacing = m_in.real();
+        spec.variables = flags & FlagTextVariables;
+        if (spec.variables)
+            s.shown = m_in.text(2 * kMostTextCharacters);
         const qint64 letters = m_in.count(4);
         s.characterContours.reserve(int(letters));
         for (qint64 i = 0; i < letters && m_in.ok(); ++i)
             s.characterContours.append(contourCount());
         s.outline = std::get<PathShape>(readPath());
+        return s;
+    }
+    Shape readGenerated() {
+        GeneratedShape s;
+        s.toolClass = m_in.text(kMaxToolClassLength);
+        s.parameters = m_in.raw(kMaxToolParameterBytes);
+        s.outline = std::get<PathShape>(readPath());
+        return s;
+    }
+    Shape readCode() {
+        CodeShape s;
+        CodeSpec& spec = s.spec;
+        spec.text = m_in.text(kMostCodeCharacters);
+        spec.symbology = Symbology(m_in.integer<quint8>());
+        const auto flags = m_in.integer<quint8>();
+        if (flags & ~AllCodeFlags)
+            m_in.fail(QStringLiteral("a code has an unknown switch"));
+        spec.variables = flags & FlagCodeVariables;
+        spec.fitted = flags & FlagFitted;
+        spec.invert = flags & FlagInvert;
+        spec.errorLevel = m_in.integer<quint8>();
+        spec.size = m_in.integer<quint8>();
+        spec.quietZone = m_in.integer<quint8>();
+        spec.marking = CodeMarking(m_in.integer<quint8>());
+        spec.linesPerModule = m_in.integer<quint8>();
+        for (double* value : {&spec.module, &spec.width, &spec.barHeight})
+            *value = m_in.real();
+        if (spec.variables)
+            s.shown = m_in.text(kMostCodeCharacters);
+        if (spec.marking == CodeMarking::Dots)
+            points(s.dots);
+        else
+            s.outline = std::get<PathShape>(readPath());
         return s;
     }
 
@@ -255,7 +349,10 @@ void writeObject(const MarkObject& object, ByteWriter& out) {
 }
 
 quint32 objectsVersion(const ObjectList& objects) {
-    return std::any_of(objects.begin(), objects.end(), holdsText) ? kTextObjectsVersion : kPlainObjectsVersion;
+    quint32 version = kPlainObjectsVersion;
+    for (const ObjectPtr& object : objects)
+        version = std::max(version, versionOf(*object));
+    return version;
 }
 
 ObjectPtr readObject(ByteReader& in, quint32 version, int depth) {
@@ -275,8 +372,11 @@ ObjectPtr readObject(ByteReader& in, quint32 version, int depth) {
     for (double& v : m)
         v = in.real();
     data.transform = QTransform(m[0], m[1], m[2], m[3], m[4], m[5]);
-    for (FillParam& fill : data.hatch.fills)
-        visitFill(fill, FieldReader(in));
+    // Unset fills stay those that all objects share.
+    if (!in.skip(unsetFills())) {
+        for (FillParam& fill : data.hatch.fills)
+            visitFill(fill, FieldReader(in));
+    }
     data.name = in.text(kMaxNameLength);
     data.shape = GeometryReader(in, version, depth).read(kind);
     if (!in.ok())

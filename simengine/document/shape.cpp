@@ -5,11 +5,18 @@
 #include "simengine/document/markobject.h"
 
 #include <QtMath>
+#include <array>
 #include <cmath>
 
 namespace sim {
 
 namespace {
+
+/// The kinds in the order of the variant.
+constexpr std::array<ObjectKind, std::variant_size_v<Shape>> kKinds = {
+    ObjectKind::Point, ObjectKind::Polyline, ObjectKind::Rect, ObjectKind::Circle, ObjectKind::Arc,
+    ObjectKind::Path,  ObjectKind::Group,    ObjectKind::Text, ObjectKind::Code,   ObjectKind::Generated,
+};
 
 template<class... Ts>
 struct Overload : Ts... {
@@ -65,6 +72,8 @@ const char* pathFault(const PathShape& path) {
 const char* textFault(const TextShape& text) {
     if (const TextFault fault = specFault(text.spec); fault != TextFault::None)
         return faultText(fault);
+    if (text.shown.isEmpty() == text.spec.variables || text.shown.size() > 2 * kMostTextCharacters)
+        return "what a text shows does not fit its variables";
     qint64 contours = 0;
     for (int count : text.characterContours) {
         if (count < 1)
@@ -74,6 +83,31 @@ const char* textFault(const TextShape& text) {
     if (const char* fault = pathFault(text.outline))
         return fault;
     return contours == text.outline.contourCount() ? nullptr : "the letters of a text do not fit its outline";
+}
+
+const char* generatedFault(const GeneratedShape& generated) {
+    const bool named = !generated.toolClass.isEmpty() && generated.toolClass.size() <= kMaxToolClassLength;
+    if (!named || isOwnClass(generated.toolClass))
+        return "the tool of an object has no usable name";
+    if (generated.parameters.size() > kMaxToolParameterBytes)
+        return "the parameters of an object are too long";
+    if (generated.outline.points.size() > kMaxGeneratedPoints ||
+        generated.outline.verbs.size() > 2 * kMaxGeneratedPoints)
+        return "the outline of an object has too many points";
+    return pathFault(generated.outline);
+}
+
+const char* codeFault(const CodeShape& code) {
+    if (const CodeFault fault = codeSpecFault(code.spec); fault != CodeFault::None)
+        return faultText(fault);
+    if (code.shown.isEmpty() == code.spec.variables || code.shown.size() > kMostCodeCharacters)
+        return "what a code shows does not fit its variables";
+    if ((code.spec.marking == CodeMarking::Dots) != code.outline.verbs.isEmpty() ||
+        code.dots.isEmpty() != (code.spec.marking != CodeMarking::Dots))
+        return "what is marked of a code does not fit the way it is marked";
+    if (!code.dots.isEmpty())
+        return allUsable(code.dots) ? nullptr : "a coordinate is out of range";
+    return pathFault(code.outline);
 }
 
 const char* groupFault(const GroupShape& group) {
@@ -168,8 +202,10 @@ Box pathBounds(const PathShape& path, const QTransform& t) {
 template<class Points>
 Box pointBounds(const Points& points, const QTransform& t) {
     Box box;
+    // As QTransform::map() does it, without its look at the kind of transform for each point.
+    const double xx = t.m11(), xy = t.m21(), yx = t.m12(), yy = t.m22(), dx = t.dx(), dy = t.dy();
     for (const QPointF& p : points)
-        box.add(t.map(p));
+        box.add(xx * p.x() + xy * p.y() + dx, yx * p.x() + yy * p.y() + dy);
     return box;
 }
 
@@ -246,7 +282,11 @@ int PathShape::contourCount() const {
 }
 
 ObjectKind kindOf(const Shape& shape) {
-    return ObjectKind(shape.index() + 1);
+    return kKinds[shape.index()];
+}
+
+bool isOwnClass(const QString& className) {
+    return std::any_of(kKinds.begin(), kKinds.end(), [&](ObjectKind kind) { return classNameOf(kind) == className; });
 }
 
 const char* shapeFault(const Shape& shape) {
@@ -276,6 +316,8 @@ const char* shapeFault(const Shape& shape) {
                           [](const PathShape& s) { return pathFault(s); },
                           [](const GroupShape& s) { return groupFault(s); },
                           [](const TextShape& s) { return textFault(s); },
+                          [](const GeneratedShape& s) { return generatedFault(s); },
+                          [](const CodeShape& s) { return codeFault(s); },
                       },
                       shape);
 }
@@ -292,6 +334,8 @@ Box shapeBounds(const Shape& shape, const QTransform& t) {
             [&](const ArcShape& s) { return roundBounds(s.center, s.radius, s.startAngle, s.sweepAngle, t); },
             [&](const PathShape& s) { return pathBounds(s, t); },
             [&](const TextShape& s) { return pathBounds(s.outline, t); },
+            [&](const GeneratedShape& s) { return pathBounds(s.outline, t); },
+            [&](const CodeShape& s) { return s.dots.isEmpty() ? pathBounds(s.outline, t) : pointBounds(s.dots, t); },
             [&](const GroupShape& s) {
                 Box box;
                 for (const ObjectPtr& child : s.children)
@@ -311,6 +355,8 @@ qint64 shapePointCount(const Shape& shape) {
                           [](const ArcShape&) { return qint64(2); },
                           [](const PathShape& s) { return qint64(s.points.size()); },
                           [](const TextShape& s) { return qint64(s.outline.points.size()); },
+                          [](const GeneratedShape& s) { return qint64(s.outline.points.size()); },
+                          [](const CodeShape& s) { return qint64(s.outline.points.size() + s.dots.size()); },
                           [](const GroupShape& s) {
                               qint64 count = 0;
                               for (const ObjectPtr& child : s.children)
@@ -334,6 +380,8 @@ PathShape shapeToPath(const Shape& shape) {
             [](const PathShape& s) { return s; },
             [](const GroupShape&) { return PathShape(); },
             [](const TextShape& s) { return s.outline; },
+            [](const GeneratedShape& s) { return s.outline; },
+            [](const CodeShape& s) { return s.outline; },
         },
         shape);
 }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "simengine/document/box.h"
+#include "simengine/document/codespec.h"
 #include "simengine/document/textspec.h"
 
+#include <QByteArray>
 #include <QPolygonF>
 #include <QRectF>
 #include <QTransform>
@@ -28,7 +30,9 @@ enum class ObjectKind : quint8 {
     Arc = 5,
     Path = 6,
     Group = 7,
-    Text = 8
+    Text = 8,
+    Code = 9,
+    Generated = 10
 };
 
 struct PointShape {
@@ -86,21 +90,41 @@ struct GroupShape {
 /// A text as it was entered, and its outline: a document marks the same where the font is missing.
 struct TextShape {
     TextSpec spec;
+    QString shown; ///< the text that the outline has of a spec with variables; else empty
     /// Contours of each letter that draws something, in the order of the letters; letters that lie over each other
     /// count as one.
     QVector<int> characterContours;
     PathShape outline; ///< strokes of a single-line font are open contours, all others are closed
 };
 
+/// What the tool of a module made of its parameters. The outline is kept, so a document marks the same where the module
+/// is missing; the parameters are the tool's own bytes, which nobody else reads.
+struct GeneratedShape {
+    QString toolClass;
+    QByteArray parameters;
+    PathShape outline;
+};
+
+/// A code as it was entered, and what is marked of it: a document marks the same where the encoder differs.
+struct CodeShape {
+    CodeSpec spec;
+    QString shown;         ///< what is encoded of a spec with variables; else empty
+    PathShape outline;     ///< closed contours of what is marked, or its lines, open ones; empty when it is dots
+    QVector<QPointF> dots; ///< mark points; empty when it is an outline or lines
+};
+
 /// Geometry in the object's own coordinates, in the order of ObjectKind.
-using Shape =
-    std::variant<PointShape, PolylineShape, RectShape, CircleShape, ArcShape, PathShape, GroupShape, TextShape>;
+using Shape = std::variant<PointShape, PolylineShape, RectShape, CircleShape, ArcShape, PathShape, GroupShape,
+                           TextShape, CodeShape, GeneratedShape>;
 
 ObjectKind kindOf(const Shape& shape);
 
+/// The class name is that of one of this program's own kinds, which no module may give its objects.
+bool isOwnClass(const QString& className);
+
 /// Why the geometry cannot be an object: not finite, negative extents, verbs that do not fit the points, empty groups,
-/// texts that specFault() refuses or that do not fit their outline.
-/// Null when it can.
+/// texts that specFault() refuses or that do not fit their outline, codes likewise, what a module made beyond the
+/// limits. Null when it can.
 const char* shapeFault(const Shape& shape);
 
 /// Exact bounds of the transformed geometry. Groups give the bounds of their children.
@@ -113,7 +137,7 @@ qint64 shapePointCount(const Shape& shape);
 std::vector<PathShape> letterPaths(const TextShape& text);
 
 /// The same geometry as a path: arcs and circles become curves of at most 45 degrees, off by less than 5 millionths of
-/// the radius. A point gives an empty path, a group an empty one too.
+/// the radius. A point gives an empty path, a group and the dots of a code too.
 PathShape shapeToPath(const Shape& shape);
 
 /// The path with every coordinate mapped.

@@ -86,15 +86,27 @@ void makeOutlines(const TextSpec& spec, MadeText& made) {
 } // namespace
 
 MadeText makeText(const TextSpec& spec) {
+    return makeText(spec, spec.text);
+}
+
+MadeText makeText(const TextSpec& spec, const QString& shown) {
     MadeText made;
-    made.shape.spec = spec;
     made.fault = specFault(spec, &made.characters);
+    TextSpec laidOut = spec;
+    if (spec.variables) {
+        laidOut.text = shown;
+        laidOut.variables = false;
+        if (made.ok())
+            made.fault = specFault(laidOut, &made.characters);
+        made.shape.shown = shown;
+    }
+    made.shape.spec = spec;
     if (!made.ok())
         return made;
     if (spec.singleLine)
-        makeStrokes(spec, made);
+        makeStrokes(laidOut, made);
     else
-        makeOutlines(spec, made);
+        makeOutlines(laidOut, made);
     if (made.ok() && made.shape.outline.verbs.isEmpty())
         made.fault = TextFault::NothingDrawn;
     return made;

@@ -18,7 +18,11 @@ struct MadeText {
 
 /// Lays the text out in its own coordinates: the base line of the first line is y 0; lines begin, have their middle or
 /// end at x 0 as they are aligned. A character that the chosen outline font lacks is taken from another installed font.
-/// Main thread; needs a QGuiApplication for outline fonts.
+/// Any thread; needs a QGuiApplication for outline fonts.
 MadeText makeText(const TextSpec& spec);
+
+/// The same of a spec with variables, whose text comes to `shown`; of one without, `shown` is not looked at. Any
+/// thread.
+MadeText makeText(const TextSpec& spec, const QString& shown);
 
 } // namespace sim

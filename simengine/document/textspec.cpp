@@ -38,8 +38,8 @@ QString refusedCharacter(const QString& text) {
 
 bool TextSpec::operator==(const TextSpec& other) const {
     const auto all = [](const TextSpec& s) {
-        return std::tie(s.text, s.family, s.singleLine, s.bold, s.italic, s.align, s.height, s.letterSpacing,
-                        s.lineSpacing);
+        return std::tie(s.text, s.variables, s.family, s.singleLine, s.bold, s.italic, s.align, s.height,
+                        s.letterSpacing, s.lineSpacing);
     };
     return all(*this) == all(other);
 }

@@ -10,7 +10,8 @@ enum class TextAlign : quint8 { Left = 0, Center = 1, Right = 2 };
 
 /// What the operator enters of a text.
 struct TextSpec {
-    QString text;           ///< lines parted by '\n'
+    QString text;           ///< lines parted by '\n'; a template when `variables` is set
+    bool variables = false; ///< the text holds variables as Template has them
     QString family;         ///< of an outline font, or the name of a single-line font in strokeFonts()
     bool singleLine = true; ///< the letters are strokes, not outlines
     bool bold = false;      ///< of outline fonts only

@@ -7,6 +7,9 @@
 
 namespace sim {
 
+/// Bytes of a file at most: the reader of XML takes several times as many.
+constexpr int kMostSvgBytes = 64 << 20;
+
 /// Imports the outlines of an SVG drawing. GUI application needed; main thread.
 ///
 /// Size: the root's width and height with their units and its viewBox; a pixel, and a number without unit, is 1/96

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/svglength.h"
 
-#include <QRegularExpression>
+#include "simengine/importers/svgnumbers.h"
+
 #include <cmath>
 
 namespace sim {
@@ -29,16 +30,21 @@ constexpr Unit kUnits[] = {
 } // namespace
 
 std::optional<SvgLength> parseSvgLength(const QString& text) {
-    static const QRegularExpression form(
-        QStringLiteral("^\\s*([+-]?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?)\\s*([a-zA-Z]*|%)\\s*$"));
-    const QRegularExpressionMatch match = form.match(text);
-    if (!match.hasMatch())
+    // a number without blanks within, then a unit or nothing
+    const QStringRef whole = QStringRef(&text).trimmed();
+    if (whole.isEmpty() || whole.startsWith(QLatin1Char(',')))
+        return std::nullopt;
+    int end = whole.size();
+    while (end > 0 && (whole[end - 1].isLetter() || whole[end - 1] == QLatin1Char('%')))
+        --end;
+    const QString unit = whole.mid(end).toString().toLower();
+    const QStringRef number = whole.left(end).trimmed();
+    SvgNumbers in(number);
+    const auto value = in.number();
+    if (!value || !in.atEnd())
         return std::nullopt;
     SvgLength length;
-    length.number = match.captured(1).toDouble();
-    const QString unit = match.captured(2).toLower();
-    if (!std::isfinite(length.number))
-        return std::nullopt;
+    length.number = *value;
     if (unit == QLatin1String("%")) {
         length.percent = true;
         return length;

@@ -2,7 +2,6 @@
 #include "simengine/importers/svgtext.h"
 
 #include "simengine/importers/svglength.h"
-#include "simengine/importers/svgsource.h"
 
 #include <QRegularExpression>
 #include <optional>
@@ -101,7 +100,7 @@ QString SvgTextCopy::localName() const {
 }
 
 bool SvgTextCopy::start() {
-    if (int(m_spans.size()) > kMaxSvgDepth)
+    if (int(m_spans.size()) > ImportBudget::kMostDepth || !m_budget.elements())
         return false;
     const QString name = localName();
     if (name == QLatin1String("tspan") || name == QLatin1String("a")) {
@@ -109,7 +108,7 @@ bool SvgTextCopy::start() {
         return true;
     }
     if (name != QLatin1String("title") && name != QLatin1String("desc"))
-        m_tell(name, QStringLiteral("it is not drawn within a text"));
+        m_tell(name, Note::NotInText);
     m_in.skipCurrentElement();
     return true;
 }
@@ -124,7 +123,7 @@ void SvgTextCopy::startSpan() {
         return;
     }
     if (hasPlace || attributes.hasAttribute(QLatin1String("dx")) || attributes.hasAttribute(QLatin1String("dy")))
-        m_tell(kText, QStringLiteral("a shift within a line is not applied"));
+        m_tell(kText, Note::LineShift);
     openLine();
     open(QStringLiteral("tspan"), Span::Inline);
 }
@@ -133,12 +132,12 @@ void SvgTextCopy::startSpan() {
 void SvgTextCopy::place(const QXmlStreamAttributes& attributes) {
     for (const char* name : {"x", "y", "dx", "dy", "rotate"}) {
         if (isList(attributes, name))
-            m_tell(kText, QStringLiteral("places of single letters are not applied"));
+            m_tell(kText, Note::LetterPlaces);
     }
     if (attributes.hasAttribute(QLatin1String("rotate")) || attributes.hasAttribute(QLatin1String("textLength")))
-        m_tell(kText, QStringLiteral("turned letters and set lengths are not applied"));
+        m_tell(kText, Note::TurnedLetters);
     if (isRelative(attributes, "dx") || isRelative(attributes, "dy"))
-        m_tell(kText, QStringLiteral("shifts in letter sizes are counted with 16 pixels"));
+        m_tell(kText, Note::EmShift);
     const double width = m_viewport.width();
     const double height = m_viewport.height();
     m_place.setX(firstLength(attributes, "x", width).value_or(m_place.x()) +
@@ -162,8 +161,7 @@ void SvgTextCopy::open(const QString& element, Span span) {
             m_out.writeAttribute(name, value);
     }
     if (relative)
-        m_tell(kText, QStringLiteral("a font size in parts of another one is not applied"));
-    m_weight.begin(m_in.attributes().value(QStringLiteral("id")).toString(), QString());
+        m_tell(kText, Note::RelativeFontSize);
     m_spans.push_back(span);
 }
 
@@ -188,7 +186,7 @@ void SvgTextCopy::characters() {
     if (blank && !m_lineOpen)
         return;
     if (!m_placeKnown && !m_lineOpen) {
-        m_tell(kText, QStringLiteral("what follows a placed line is not imported"));
+        m_tell(kText, Note::AfterPlacedLine);
         return;
     }
     openLine();
@@ -198,7 +196,6 @@ void SvgTextCopy::characters() {
 void SvgTextCopy::end() {
     const Span span = m_spans.back();
     m_spans.pop_back();
-    m_weight.end();
     if (span != Span::Inline) {
         closeLine();
         m_placeKnown = false;

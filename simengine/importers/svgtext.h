@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "simengine/importers/svgweight.h"
+#include "simengine/importers/importbudget.h"
 
 #include <QPointF>
 #include <QSizeF>
@@ -20,12 +20,12 @@ QString withPixelFontSize(const QString& attribute, const QString& value, bool* 
 class SvgTextCopy {
 public:
     /// `tell` is called with what is left out.
-    SvgTextCopy(QXmlStreamReader& in, QXmlStreamWriter& out, SvgWeight& weight, const QSizeF& viewport,
-                std::function<void(const QString& kind, const QString& reason)> tell)
+    SvgTextCopy(QXmlStreamReader& in, QXmlStreamWriter& out, const QSizeF& viewport, ImportBudget& budget,
+                std::function<void(const QString& kind, Note note)> tell)
         : m_in(in)
         , m_out(out)
-        , m_weight(weight)
         , m_viewport(viewport)
+        , m_budget(budget)
         , m_tell(std::move(tell)) {}
 
     /// Copies the element at whose start the reader stands, up to its end. False when spans are nested too deeply.
@@ -46,9 +46,9 @@ private:
 
     QXmlStreamReader& m_in;
     QXmlStreamWriter& m_out;
-    SvgWeight& m_weight;
     QSizeF m_viewport;
-    std::function<void(const QString&, const QString&)> m_tell;
+    ImportBudget& m_budget;
+    std::function<void(const QString&, Note)> m_tell;
     std::vector<Span> m_spans;
     QPointF m_place; ///< of the next line, pixels
     bool m_lineOpen = false;

@@ -2,7 +2,6 @@
 #include "simengine/lasers/laserlines.h"
 
 #include <algorithm>
-#include <chrono>
 #include <utility>
 
 namespace sim {
@@ -14,18 +13,13 @@ constexpr int kRemoteStartOut = 26;
 constexpr std::uint32_t kLine22 = 1u << 22;
 constexpr std::uint32_t kLine23 = 1u << 23;
 
-/// What passes between two looks when time has no limit: longer than any laser takes.
-constexpr double kLeapMs = 3600e3;
-
 } // namespace
 
 LaserLines::LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
                        std::function<double()> wallMs)
     : m_io(io)
     , m_faults(faults)
-    , m_speed(std::move(speed))
-    , m_wallMs(std::move(wallMs)) {
-    m_lastWallMs = m_wallMs();
+    , m_clock(std::move(speed), std::move(wallMs)) {
     m_listener = m_io.addOutputListener([this](int bit, bool on, std::uint32_t) { follow(bit, on); });
     m_io.setInputDevice(this);
 }
@@ -33,10 +27,6 @@ LaserLines::LaserLines(IoBank& io, const FaultBank& faults, std::function<double
 LaserLines::~LaserLines() {
     m_io.setInputDevice(nullptr);
     m_io.removeOutputListener(m_listener);
-}
-
-double LaserLines::steadyMs() {
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 void LaserLines::fit(LaserKind kind) {
@@ -78,15 +68,6 @@ void LaserLines::follow(int bit, bool on) {
 void LaserLines::switchTo(Enable& enable, bool on, double now) {
     if (enable.on != on)
         enable = {on, now};
-}
-
-/// Called with the lock held. A change of the speed counts from the first look after it.
-double LaserLines::now() const {
-    const double wall = m_wallMs();
-    const double speed = m_speed();
-    m_simMs += speed > 0.0 ? (wall - m_lastWallMs) * speed : kLeapMs;
-    m_lastWallMs = wall;
-    return m_simMs;
 }
 
 std::uint32_t LaserLines::ylsLines(double now) const {

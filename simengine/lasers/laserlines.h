@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/card/deviceclock.h"
 #include "simengine/card/faults.h"
 #include "simengine/card/iobank.h"
 
@@ -31,7 +32,7 @@ public:
     /// Hangs on the lines of `io` until it goes. `speed` gives simulated seconds a second, 0 without limit; `wallMs`
     /// the steady clock, ms.
     LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
-               std::function<double()> wallMs = &LaserLines::steadyMs);
+               std::function<double()> wallMs = &DeviceClock::steadyMs);
     ~LaserLines();
     LaserLines(const LaserLines&) = delete;
     LaserLines& operator=(const LaserLines&) = delete;
@@ -42,8 +43,6 @@ public:
 
     std::uint32_t drivenInputs() const override;
 
-    static double steadyMs();
-
 private:
     /// An enable and since when it is on, simulated ms.
     struct Enable {
@@ -53,20 +52,17 @@ private:
 
     void follow(int bit, bool on);
     static void switchTo(Enable& enable, bool on, double now);
-    double now() const;
+    double now() const { return m_clock.now(); }
     std::uint32_t ylsLines(double now) const;
     std::uint32_t snLines(double now) const;
 
     IoBank& m_io;
     const FaultBank& m_faults;
-    const std::function<double()> m_speed;
-    const std::function<double()> m_wallMs;
+    const DeviceClock m_clock;
     mutable std::mutex m_mutex; ///< guards all below
     LaserKind m_kind = LaserKind::Silent;
     Enable m_shutter;
     Enable m_remote;
-    mutable double m_simMs = 0.0;
-    mutable double m_lastWallMs = 0.0;
     int m_listener = 0;
 };
 

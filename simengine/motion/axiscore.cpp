@@ -13,6 +13,9 @@ namespace {
 
 constexpr double kForever = std::numeric_limits<double>::infinity();
 
+/// A search gives up behind this many times the way between the solid ends.
+constexpr double kSearchRange = 1.5;
+
 /// Rounding of places, axis unit: a move below it has no direction that a limit could bar.
 constexpr double kSamePlace = 1e-9;
 
@@ -26,6 +29,7 @@ AxisCore::AxisCore(AxisMechanics const& mechanics)
     : m_mechanics(mechanics)
     , m_profile(mechanics.powerOn)
     , m_offset(-mechanics.powerOn)
+    , m_encoderOffset(-mechanics.powerOn)
     , m_stallTime(kForever) {}
 
 void AxisCore::configure(double now, AxisConfig const& config) {
@@ -34,10 +38,34 @@ void AxisCore::configure(double now, AxisConfig const& config) {
         double const counter = position(now);
         m_profile = MotionProfile(-axisPlace(now));
         m_start = now;
-        m_offset = counter - m_profile.at(0.0).pos;
+        m_lost = 0.0;
+        m_slipping = false;
+        m_offset = m_encoderOffset = counter - m_profile.at(0.0).pos;
         m_foundTime.reset();
+    } else if (config.externalEncoder != m_config.externalEncoder) {
+        // The display goes on where it is, whatever it counts from now on.
+        double const counter = position(now);
+        m_offset = counter - pulsePlace(now);
+        m_encoderOffset = counter - axisPlace(now);
     }
     m_config = config;
+}
+
+double AxisCore::counterAt(double axisPlace) const {
+    return axisPlace + (m_config.externalEncoder ? m_encoderOffset : m_lost + m_offset);
+}
+
+double AxisCore::pulsesFor(double now, double counter) const {
+    return m_config.externalEncoder ? counter - m_encoderOffset + (pulsePlace(now) - axisPlace(now))
+                                    : counter - m_offset;
+}
+
+/// Lets a fault of the coupling begin or end with a motion.
+void AxisCore::latchSlip(double now) {
+    double const carriage = axisPlace(now);
+    m_lost = pulsePlace(now) - carriage;
+    m_slipAt = carriage;
+    m_slipping = m_faults.slip;
 }
 
 double AxisCore::highSwitch() const {
@@ -57,11 +85,14 @@ double AxisCore::homeHigh() const {
 }
 
 bool AxisCore::limitReads(double axisPlace, int direction) const {
-    bool const pressed = direction > 0 ? axisPlace >= highSwitch() : axisPlace <= lowSwitch();
+    bool const stuck = direction > 0 ? m_faults.positiveLimit : m_faults.negativeLimit;
+    bool const pressed = stuck || (direction > 0 ? axisPlace >= highSwitch() : axisPlace <= lowSwitch());
     return m_config.limitEnable && pressed != m_config.limitReverse;
 }
 
 bool AxisCore::homePressed(double axisPlace) const {
+    if (m_faults.homeStuck || m_faults.homeDead)
+        return m_faults.homeStuck;
     return axisPlace >= homeLow() && axisPlace <= homeHigh();
 }
 
@@ -75,7 +106,7 @@ MotionPoint AxisCore::pointAt(double now) const {
 }
 
 double AxisCore::position(double now) const {
-    return axisPlace(now) + m_offset;
+    return m_config.externalEncoder ? axisPlace(now) + m_encoderOffset : pulsePlace(now) + m_offset;
 }
 
 double AxisCore::place(double now) const {
@@ -95,6 +126,7 @@ bool AxisCore::canStart(double now, int direction, double speed, double acc) con
 }
 
 void AxisCore::begin(double now, MotionProfile const& profile, Mode mode, double acc) {
+    latchSlip(now);
     m_profile = profile;
     m_start = now;
     m_mode = mode;
@@ -107,6 +139,8 @@ void AxisCore::begin(double now, MotionProfile const& profile, Mode mode, double
 void AxisCore::obeyMachine(double after) {
     if (m_stallTime >= m_start + after)
         m_stallTime = kForever;
+    if (m_slipping)
+        return; // the carriage meets nothing
     std::optional<double> first;
     double where = 0.0;
     bool stalls = false;
@@ -118,11 +152,11 @@ void AxisCore::obeyMachine(double after) {
         }
     };
     if (m_config.limitEnable && !m_config.limitReverse) {
-        take(m_profile.crossing(highSwitch(), 1, after), highSwitch(), false);
-        take(m_profile.crossing(lowSwitch(), -1, after), lowSwitch(), false);
+        take(m_profile.crossing(highSwitch() + m_lost, 1, after), highSwitch() + m_lost, false);
+        take(m_profile.crossing(lowSwitch() + m_lost, -1, after), lowSwitch() + m_lost, false);
     }
-    double const highEnd = highSwitch() + m_mechanics.overrun;
-    double const lowEnd = lowSwitch() - m_mechanics.overrun;
+    double const highEnd = highSwitch() + m_mechanics.overrun + m_lost;
+    double const lowEnd = lowSwitch() - m_mechanics.overrun + m_lost;
     take(m_profile.crossing(highEnd, 1, after), highEnd, true);
     take(m_profile.crossing(lowEnd, -1, after), lowEnd, true);
     if (!first)
@@ -138,8 +172,8 @@ bool AxisCore::beyondSoftLimit(double target) const {
 }
 
 bool AxisCore::move(double now, double target, double speed, double acc) {
-    double const to = target - m_offset;
-    double const from = axisPlace(now);
+    double const to = pulsesFor(now, target);
+    double const from = pulsePlace(now);
     int const direction = std::fabs(to - from) < kSamePlace ? 0 : to > from ? 1 : -1;
     if (!std::isfinite(target) || beyondSoftLimit(target) || isBusy(now, Mode::Move) ||
         !canStart(now, direction, speed, acc))
@@ -155,7 +189,7 @@ bool AxisCore::jog(double now, double signedSpeed, double acc) {
         return false;
     MotionPoint const from = pointAt(now);
     if (m_config.softLimitEnable && m_config.softLimitMin < m_config.softLimitMax) {
-        double const bound = (direction > 0 ? m_config.softLimitMax : m_config.softLimitMin) - m_offset;
+        double const bound = pulsesFor(now, direction > 0 ? m_config.softLimitMax : m_config.softLimitMin);
         if ((bound - from.pos) * direction <= 0.0)
             return false;
         begin(now, MotionProfile::toPosition(from, bound, speed, acc), Mode::Jog, acc);
@@ -195,9 +229,10 @@ std::optional<double> AxisCore::eventPlace(double from, AxisEvent event, int dir
             return std::nullopt;
         return direction > 0 ? highSwitch() : lowSwitch();
     case AxisEvent::HomeOn:
-        return direction > 0 ? homeLow() : homeHigh();
     case AxisEvent::HomeOff:
-        return direction > 0 ? homeHigh() : homeLow();
+        if (m_faults.homeStuck || m_faults.homeDead)
+            return std::nullopt;
+        return (event == AxisEvent::HomeOn) == (direction > 0) ? homeLow() : homeHigh();
     case AxisEvent::Index:
         break;
     }
@@ -208,24 +243,29 @@ bool AxisCore::search(double now, double signedSpeed, double acc, AxisEvent even
     int const direction = signedSpeed < 0.0 ? -1 : 1;
     if (isMoving(now) || !canStart(now, 0, std::fabs(signedSpeed), acc))
         return false;
+    m_searched = event;
+    m_searchDirection = direction;
     double const from = axisPlace(now);
+    double const pulses = pulsePlace(now);
     if (eventIsMet(from, event, direction)) {
-        begin(now, MotionProfile(from), Mode::Search, acc);
+        begin(now, MotionProfile(pulses), Mode::Search, acc);
         m_foundTime = now;
         m_foundPlace = from;
         return true;
     }
     if (limitReads(from, direction))
         return false;
-    MotionProfile profile = MotionProfile::toSpeed({from, 0.0}, signedSpeed, acc);
-    std::optional<double> const place = eventPlace(from, event, direction);
-    std::optional<double> const time = place ? profile.crossing(*place, direction) : std::nullopt;
-    if (time)
-        profile.brakeAt(*time, acc);
+    MotionProfile profile = MotionProfile::toSpeed({pulses, 0.0}, signedSpeed, acc);
+    std::optional<double> const met = m_faults.slip ? std::nullopt : eventPlace(from, event, direction);
+    double const place = met.value_or(0.0);
+    double const meeting = met ? profile.crossing(place + (pulses - from), direction).value_or(kForever) : kForever;
+    double const range = kSearchRange * (highSwitch() - lowSwitch() + 2.0 * m_mechanics.overrun);
+    double const givingUp = profile.crossing(pulses + direction * range, direction).value_or(kForever);
+    profile.brakeAt(std::min(meeting, givingUp), acc);
     begin(now, profile, Mode::Search, acc);
-    if (time && *time <= m_profile.duration()) {
-        m_foundTime = now + *time;
-        m_foundPlace = *place;
+    if (meeting < givingUp && meeting <= m_profile.duration()) {
+        m_foundTime = now + meeting;
+        m_foundPlace = place;
     }
     return true;
 }
@@ -233,7 +273,7 @@ bool AxisCore::search(double now, double signedSpeed, double acc, AxisEvent even
 std::optional<double> AxisCore::found(double now) const {
     if (!m_foundTime || now < *m_foundTime)
         return std::nullopt;
-    return m_foundPlace + m_offset;
+    return counterAt(m_foundPlace);
 }
 
 void AxisCore::stop(double now) {
@@ -254,7 +294,7 @@ void AxisCore::halt(double now) {
         m_foundTime.reset();
     if (m_stallTime > now)
         m_stallTime = kForever;
-    m_profile.haltAt(now - m_start, axisPlace(now));
+    m_profile.haltAt(now - m_start, pulsePlace(now));
     m_mode = Mode::Idle;
 }
 
@@ -262,7 +302,7 @@ int AxisCore::state(double now) const {
     double const place = axisPlace(now);
     bool const moving = isMoving(now);
     bool const soft = m_config.softLimitEnable && m_config.softLimitMin < m_config.softLimitMax;
-    double const counter = place + m_offset;
+    double const counter = position(now);
     int word = 0;
     auto const put = [&word](bool on, AxisStateBit bit) { word |= on ? bit : 0; };
     put(moving, AxisMoving);
@@ -278,8 +318,10 @@ int AxisCore::state(double now) const {
 }
 
 void AxisCore::setPosition(double now, double position) {
-    if (std::isfinite(position))
-        m_offset = position - axisPlace(now);
+    if (!std::isfinite(position))
+        return;
+    m_offset = position - pulsePlace(now);
+    m_encoderOffset = position - axisPlace(now);
 }
 
 void AxisCore::setDriverFault(double now, bool fault) {
@@ -290,16 +332,52 @@ void AxisCore::setDriverFault(double now, bool fault) {
     m_fault = fault;
 }
 
+void AxisCore::setFaults(double now, AxisFaults const& faults) {
+    AxisFaults const before = m_faults;
+    if (faults == before)
+        return;
+    m_faults = faults;
+    if (faults.driver != before.driver)
+        setDriverFault(now, faults.driver);
+    if (!isMoving(now))
+        return;
+    double const place = axisPlace(now);
+    double const speed = velocity(now);
+    bool const searches = m_mode == Mode::Search;
+    if (speed != 0.0 && limitReads(place, speed > 0.0 ? 1 : -1)) {
+        halt(now);
+        if (searches && m_searched == AxisEvent::Limit && (speed > 0.0) == (m_searchDirection > 0) && !m_foundTime) {
+            m_foundTime = now;
+            m_foundPlace = place;
+        }
+        return;
+    }
+    bool const homeChanged = faults.homeStuck != before.homeStuck || faults.homeDead != before.homeDead;
+    if (searches && homeChanged && (m_searched == AxisEvent::HomeOn || m_searched == AxisEvent::HomeOff))
+        stop(now);
+}
+
 void AxisCore::reset(double now) {
     halt(now);
-    double const place = axisPlace(now);
-    m_profile = MotionProfile(place);
-    m_start = now;
-    m_mode = Mode::Idle;
-    m_offset = -place;
-    m_foundTime.reset();
+    putAt(now, place(now));
     m_stallTime = kForever;
     m_fault = false;
+    m_faults = {};
+}
+
+void AxisCore::putAt(double now, double place) {
+    if (!std::isfinite(place))
+        return;
+    double const inside = mirrored(std::clamp(place, m_mechanics.negativeSwitch - m_mechanics.overrun,
+                                              m_mechanics.positiveSwitch + m_mechanics.overrun));
+    m_profile = MotionProfile(inside);
+    m_start = now;
+    m_mode = Mode::Idle;
+    m_lost = 0.0;
+    m_slipping = false;
+    m_offset = m_encoderOffset = -inside;
+    m_foundTime.reset();
+    m_stallTime = kForever;
     m_homed = false;
 }
 

@@ -29,7 +29,25 @@ struct AxisConfig {
     double softLimitMin = 0.0;
     double softLimitMax = 0.0;
     double turn = 10.0; ///< axis unit a motor turn
+    /// The counter follows an encoder on the carriage, else the pulses sent to the motor.
+    bool externalEncoder = false;
+    double settle = 0.0; ///< s that an axis is given to settle before it counts as stopped
 };
+
+/// What is broken on an axis, in the directions of the counter.
+struct AxisFaults {
+    bool driver = false;
+    bool positiveLimit = false; ///< the limit switch is stuck, pressed
+    bool negativeLimit = false;
+    bool homeStuck = false; ///< the home switch is stuck, pressed
+    bool homeDead = false;  ///< the home switch is never pressed; when it is not stuck
+    bool slip = false;      ///< the coupling slips: motions that begin now move the motor and not the carriage
+};
+
+inline bool operator==(AxisFaults const& a, AxisFaults const& b) {
+    return a.driver == b.driver && a.positiveLimit == b.positiveLimit && a.negativeLimit == b.negativeLimit &&
+           a.homeStuck == b.homeStuck && a.homeDead == b.homeDead && a.slip == b.slip;
+}
 
 /// What a search runs for.
 enum class AxisEvent { Limit, HomeOn, HomeOff, Index };
@@ -49,7 +67,8 @@ public:
     bool move(double now, double target, double speed, double acc);
     /// Starts to jog or changes the speed of a running jog. False likewise.
     bool jog(double now, double signedSpeed, double acc);
-    /// Runs at `signedSpeed` until the event, notes its place and brakes. Soft limits do not count. False likewise.
+    /// Runs at `signedSpeed` until the event, notes its place and brakes; gives up behind one and a half times the way
+    /// between the ends. Soft limits do not count. False likewise.
     bool search(double now, double signedSpeed, double acc, AxisEvent event);
     /// Place of the event that the last search has met, by the counter.
     std::optional<double> found(double now) const;
@@ -74,15 +93,26 @@ public:
     void setHomed(bool homed) { m_homed = homed; }
     /// Fault of the driver; it stays until it is taken back.
     void setDriverFault(double now, bool fault);
+    /// Takes over what is broken now. A limit switch that gets stuck halts the carriage on its way there, and is what a
+    /// search for it finds; a search for a home switch whose fault changes ends without result.
+    void setFaults(double now, AxisFaults const& faults);
     /// Power off and on: stands still, counter 0, not homed, no fault.
     void reset(double now);
+    /// Puts the carriage to a place of the machine, as it was left when the power went; the counter is 0.
+    void putAt(double now, double place);
 
 private:
     enum class Mode { Idle, Move, Jog, Search, Braking };
 
     double mirrored(double value) const { return m_config.pulseReverse ? -value : value; }
     MotionPoint pointAt(double now) const;
-    double axisPlace(double now) const { return pointAt(now).pos; }
+    /// Of the motor, by the pulses sent.
+    double pulsePlace(double now) const { return pointAt(now).pos; }
+    /// Of the carriage, in counter direction.
+    double axisPlace(double now) const { return m_slipping ? m_slipAt : pulsePlace(now) - m_lost; }
+    double counterAt(double axisPlace) const;
+    double pulsesFor(double now, double counter) const;
+    void latchSlip(double now);
     double highSwitch() const;
     double lowSwitch() const;
     bool limitReads(double axisPlace, int direction) const;
@@ -106,7 +136,14 @@ private:
     double m_start = 0.0;
     double m_acc = 1.0; ///< of the running motion
     Mode m_mode = Mode::Idle;
-    double m_offset = 0.0; ///< counter minus place
+    double m_offset = 0.0;        ///< counter minus motor's place
+    double m_encoderOffset = 0.0; ///< counter minus carriage's place, with an encoder
+    double m_lost = 0.0;          ///< motor's place minus carriage's
+    double m_slipAt = 0.0;        ///< where the carriage stays
+    bool m_slipping = false;      ///< the motion in progress does not move the carriage
+    AxisFaults m_faults;
+    AxisEvent m_searched = AxisEvent::Limit;
+    int m_searchDirection = 1;
     std::optional<double> m_foundTime;
     double m_foundPlace = 0.0;
     double m_stallTime; ///< when the carriage runs into a solid end

@@ -82,6 +82,15 @@ void AxisGroup::stopAll() {
     m_changed.notify_all();
 }
 
+void AxisGroup::haltAll() {
+    std::lock_guard<std::mutex> guard(m_lock);
+    for (Channel& one : m_channels) {
+        one.core.halt(advance(one));
+        ++one.stops;
+    }
+    m_changed.notify_all();
+}
+
 void AxisGroup::resetAll() {
     std::lock_guard<std::mutex> guard(m_lock);
     for (Channel& one : m_channels) {
@@ -117,6 +126,29 @@ void AxisGroup::setDriverFault(int axis, bool fault) {
     m_changed.notify_all();
 }
 
+void AxisGroup::setFaults(int axis, AxisFaults const& faults) {
+    std::lock_guard<std::mutex> guard(m_lock);
+    if (Channel* one = channel(axis))
+        one->core.setFaults(advance(*one), faults);
+    m_changed.notify_all();
+}
+
+void AxisGroup::putAt(int axis, double place) {
+    std::lock_guard<std::mutex> guard(m_lock);
+    Channel* one = channel(axis);
+    if (!one || one->reserved)
+        return;
+    one->core.putAt(advance(*one), place);
+    ++one->stops;
+    m_changed.notify_all();
+}
+
+bool AxisGroup::isReversed(int axis) {
+    std::lock_guard<std::mutex> guard(m_lock);
+    Channel const* one = channel(axis);
+    return one && one->core.config().pulseReverse;
+}
+
 void AxisGroup::waitForRest(Channel& channel, std::unique_lock<std::mutex>& guard) {
     for (;;) {
         double const now = advance(channel);
@@ -132,8 +164,20 @@ void AxisGroup::waitForRest(Channel& channel, std::unique_lock<std::mutex>& guar
 
 void AxisGroup::wait(int axis) {
     std::unique_lock<std::mutex> guard(m_lock);
-    if (Channel* one = channel(axis))
-        waitForRest(*one, guard);
+    Channel* one = channel(axis);
+    if (!one)
+        return;
+    waitForRest(*one, guard);
+    std::uint64_t const stops = one->stops;
+    while (one->stops == stops) {
+        double const left = one->core.endTime() + one->core.config().settle - advance(*one);
+        // Without pace a machine needs no time to settle; a new move ends the waiting for this one.
+        if (!(left > 0.0) || one->factor <= 0.0 || left > one->core.config().settle)
+            return;
+        m_changed.wait_for(guard, std::min(std::chrono::duration<double>(kLongestWait),
+                                           std::chrono::duration<double>(left / one->factor)) +
+                                      std::chrono::microseconds(1));
+    }
 }
 
 AxisGroup::Reservation::Reservation(AxisGroup& group, int axis)
@@ -192,6 +236,14 @@ std::optional<double> AxisGroup::Reservation::search(double signedSpeed, double 
     if (!waitForRest(guard) || !one.core.search(m_group.advance(one), signedSpeed, acc, event) || !waitForRest(guard))
         return std::nullopt;
     return one.core.found(m_group.advance(one));
+}
+
+double AxisGroup::Reservation::place() {
+    std::lock_guard<std::mutex> guard(m_group.m_lock);
+    if (!m_has)
+        return 0.0;
+    Channel& one = *m_group.channel(m_axis);
+    return one.core.place(m_group.advance(one));
 }
 
 bool AxisGroup::Reservation::setHome(double position) {

@@ -38,12 +38,20 @@ public:
     bool jog(int axis, double signedSpeed, double acc);
     void stop(int axis);
     void stopAll();
+    /// All axes stand still at once.
+    void haltAll();
     /// As at power-on: all axes stand still, faults are gone.
     void resetAll();
     bool sample(int axis, AxisSample& out);
     bool setPosition(int axis, double position);
     void setDriverFault(int axis, bool fault);
-    /// Blocks until the axis stands still.
+    /// Takes over what is broken on the axis now.
+    void setFaults(int axis, AxisFaults const& faults);
+    /// Puts the carriage to a place of the machine, see AxisCore::putAt.
+    void putAt(int axis, double place);
+    /// The counter runs against the machine's direction.
+    bool isReversed(int axis);
+    /// Blocks until the axis stands still and has settled.
     void wait(int axis);
 
     /// One part of a homing, which has the axis for itself: move() and jog() of others are refused meanwhile, and a
@@ -63,6 +71,8 @@ public:
         /// Searches and waits; nothing when the event was not met.
         std::optional<double> search(double signedSpeed, double acc, AxisEvent event);
         bool setHome(double position);
+        /// Of the carriage, on the machine.
+        double place();
 
     private:
         bool waitForRest(std::unique_lock<std::mutex>& guard);

@@ -37,7 +37,7 @@ void AxisSequence::cancel() {
     }
     m_wake.notify_all();
     for (AxisMoveStruct const& request : m_list)
-        simulatedAxes().stop(request.AxisNo);
+        simulatedAxes().stop(motorOf(m_para, request.AxisNo));
 }
 
 void AxisSequence::run() {

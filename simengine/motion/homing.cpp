@@ -22,11 +22,15 @@ constexpr HomingType kTypes[] = {
 
 class Homing {
 public:
-    Homing(AxisGroup::Reservation& axis, HomingPlan const& plan, int direction, double turn)
+    Homing(AxisGroup::Reservation& axis, HomingPlan const& plan, int direction, double turn,
+           std::vector<HomingLeg>* legs)
         : m_axis(axis)
         , m_plan(plan)
         , m_direction(direction)
-        , m_turn(turn) {}
+        , m_turn(turn)
+        , m_legs(legs) {}
+
+    bool goTo(double origin) { return move(HomingLeg::Kind::Final, origin, m_plan.lowSpeed, m_plan.lowAcc); }
 
     std::optional<double> find(Reference reference) {
         switch (reference) {
@@ -43,8 +47,25 @@ public:
     }
 
 private:
+    template<typename Run>
+    auto leg(HomingLeg::Kind kind, Run run) {
+        double const from = m_axis.place();
+        auto const result = run();
+        if (m_legs)
+            m_legs->push_back({kind, from, m_axis.place()});
+        return result;
+    }
+
+    std::optional<double> search(HomingLeg::Kind kind, double signedSpeed, double acc, AxisEvent event) {
+        return leg(kind, [&] { return m_axis.search(signedSpeed, acc, event); });
+    }
+
+    bool move(HomingLeg::Kind kind, double target, double speed, double acc) {
+        return leg(kind, [&] { return m_axis.move(target, speed, acc); });
+    }
+
     std::optional<double> fast(int direction, AxisEvent event) {
-        m_last = m_axis.search(direction * m_plan.highSpeed, m_plan.highAcc, event);
+        m_last = search(HomingLeg::Kind::Fast, direction * m_plan.highSpeed, m_plan.highAcc, event);
         return m_last;
     }
 
@@ -68,7 +89,7 @@ private:
         for (int i = 0; i < approaches; ++i) {
             if (found && !(index ? backOffIndex(*found, direction) : backOff(*found, event, direction)))
                 return std::nullopt;
-            found = m_axis.search(direction * m_plan.lowSpeed, m_plan.lowAcc, event);
+            found = search(HomingLeg::Kind::Slow, direction * m_plan.lowSpeed, m_plan.lowAcc, event);
             if (!found)
                 return std::nullopt;
         }
@@ -77,18 +98,20 @@ private:
 
     bool backOff(double from, AxisEvent event, int direction) {
         double const distance = std::fabs(m_plan.backDist);
-        if (distance > 0.0 && !m_axis.move(from - direction * distance, m_plan.highSpeed, m_plan.highAcc))
+        if (distance > 0.0 &&
+            !move(HomingLeg::Kind::Back, from - direction * distance, m_plan.highSpeed, m_plan.highAcc))
             return false;
         // Too short a way leaves the switch pressed; the edge must be in front of the axis again.
         return event != AxisEvent::HomeOn ||
-               m_axis.search(-direction * m_plan.highSpeed, m_plan.highAcc, AxisEvent::HomeOff).has_value();
+               search(HomingLeg::Kind::Back, -direction * m_plan.highSpeed, m_plan.highAcc, AxisEvent::HomeOff)
+                   .has_value();
     }
 
     /// Half a turn back at most, so that no other index comes before the one that was found. A limit switch on the way
     /// is far enough back.
     bool backOffIndex(double from, int direction) {
         double const distance = std::min(std::fabs(m_plan.backDist), m_turn / 2.0);
-        m_axis.move(from - direction * distance, m_plan.highSpeed, m_plan.highAcc);
+        move(HomingLeg::Kind::Back, from - direction * distance, m_plan.highSpeed, m_plan.highAcc);
         return m_axis.isValid();
     }
 
@@ -96,13 +119,14 @@ private:
     HomingPlan const& m_plan;
     int m_direction;
     double m_turn; ///< axis unit between two indexes
+    std::vector<HomingLeg>* m_legs;
     std::optional<double> m_last;
 };
 
 } // namespace
 
 bool homeAxis(AxisGroup& axes, int axis, AxisConfig const& config, HomingPlan const& plan,
-              std::function<bool()> const& cancelled) {
+              std::function<bool()> const& cancelled, std::vector<HomingLeg>* legs) {
     AxisGroup::Reservation reserved(axes, axis);
     if (!reserved.isValid() || cancelled() || plan.type < 0 || plan.type >= static_cast<int>(std::size(kTypes)))
         return false;
@@ -110,9 +134,10 @@ bool homeAxis(AxisGroup& axes, int axis, AxisConfig const& config, HomingPlan co
     AxisConfig withoutSoftLimits = config;
     withoutSoftLimits.softLimitEnable = false;
     reserved.configure(withoutSoftLimits);
-    std::optional<double> const origin = Homing(reserved, plan, type.direction, config.turn).find(type.reference);
+    Homing homing(reserved, plan, type.direction, config.turn, legs);
+    std::optional<double> const origin = homing.find(type.reference);
     // A carriage that stands on the origin's far side after braking goes back to it.
-    bool const done = origin && reserved.move(*origin, plan.lowSpeed, plan.lowAcc) && reserved.setHome(0.0);
+    bool const done = origin && homing.goTo(*origin) && reserved.setHome(0.0);
     reserved.configure(config);
     return done;
 }

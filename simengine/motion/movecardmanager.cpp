@@ -5,6 +5,7 @@
 #include "simengine/card/cardcore.h"
 #include "simengine/motion/axisstate.h"
 #include "simengine/motion/cardaxes.h"
+#include "simengine/motion/carriagefile.h"
 #include "simengine/params/inifile.h"
 #include "support/approot.h"
 
@@ -30,19 +31,19 @@ AxisPara const& axisPara(int axis) {
     return Class_CardPara::Instance()->Axis[static_cast<std::size_t>(axis)];
 }
 
-/// `value` held to the machine's maximum; 0 or less stands for no maximum.
-double capped(double value, double maximum) {
-    return maximum > 0.0 ? std::min(value, maximum) : value;
+int motorOf(int axis) {
+    return sim::motorOf(*Class_CardPara::Instance(), axis);
 }
 
-/// The counters go on where the last run of the program has left them.
+/// The counters go on where the last run of the program has left them, and the carriages stand where they belong to
+/// that.
 void restorePositions() {
     IniFile const file(tessera::rootPath(QLatin1String(kPositionFile)));
     for (int axis = 0; axis < kAxisSlots; ++axis) {
         std::optional<double> const stored =
             iniDouble(file.value(QStringLiteral("AxisPos"), QStringLiteral("Axis%1").arg(axis)).value_or(QString()));
         if (stored)
-            simulatedAxes().setPosition(axis, *stored);
+            restoreCounter(motorOf(axis), *stored);
     }
 }
 
@@ -60,8 +61,10 @@ MoveCardManager::MoveCardManager()
     simulatedAxes(); // made before the manager and so destroyed after it
 }
 
+/// At the end of the process, too late for files.
 MoveCardManager::~MoveCardManager() {
-    CloseMoveCard();
+    if (d->open.exchange(false))
+        simulatedAxes().resetAll();
 }
 
 MoveCardManager* MoveCardManager::Instance() {
@@ -84,8 +87,10 @@ void MoveCardManager::InitMoveCard() {
     AxisGroup& axes = simulatedAxes();
     axes.resetAll();
     for (int axis = 0; axis < kAxisSlots; ++axis)
-        axes.configure(axis, axisConfig(axisPara(axis)));
+        axes.configure(motorOf(axis), axisConfig(*Class_CardPara::Instance(), axis));
+    restoreCarriages();
     restorePositions();
+    applyAxisFaults();
     d->open = true;
 }
 
@@ -93,6 +98,8 @@ void MoveCardManager::CloseMoveCard() {
     if (!d->open.exchange(false))
         return;
     record("CloseMoveCard");
+    simulatedAxes().haltAll();
+    storeCarriages();
     simulatedAxes().resetAll();
 }
 
@@ -109,8 +116,8 @@ bool MoveCardManager::AxisMove2(int axis, double pos, double speed, double acc) 
     if (!d->usable(axis))
         return false;
     Class_CardPara const& para = *Class_CardPara::Instance();
-    simulatedAxes().configure(axis, axisConfig(axisPara(axis)));
-    return simulatedAxes().move(axis, pos, capped(speed, para.MaxSpeed), capped(acc, para.MaxAcc));
+    simulatedAxes().configure(motorOf(axis), axisConfig(para, axis));
+    return simulatedAxes().move(motorOf(axis), pos, capped(speed, para.MaxSpeed), capped(acc, para.MaxAcc));
 }
 
 bool MoveCardManager::AxisMove2Jog(int axis, double signedSpeed, double acc) {
@@ -119,8 +126,9 @@ bool MoveCardManager::AxisMove2Jog(int axis, double signedSpeed, double acc) {
         return false;
     Class_CardPara const& para = *Class_CardPara::Instance();
     double const speed = std::copysign(capped(std::fabs(signedSpeed), para.MaxSpeed), signedSpeed);
-    simulatedAxes().configure(axis, axisConfig(axisPara(axis)));
-    return simulatedAxes().jog(axis, axisPara(axis).JogReverse != 0 ? -speed : speed, capped(acc, para.MaxAcc));
+    simulatedAxes().configure(motorOf(axis), axisConfig(para, axis));
+    return simulatedAxes().jog(motorOf(axis), axisPara(axis).JogReverse != 0 ? -speed : speed,
+                               capped(acc, para.MaxAcc));
 }
 
 bool MoveCardManager::AxisGetAltPos(int axis, double& pos) const {
@@ -130,7 +138,7 @@ bool MoveCardManager::AxisGetAltPos(int axis, double& pos) const {
 
 bool MoveCardManager::AxisGetInfo(int axis, double& pos, int& state) const {
     AxisSample sample;
-    if (!d->usable(axis) || !simulatedAxes().sample(axis, sample))
+    if (!d->usable(axis) || !simulatedAxes().sample(motorOf(axis), sample))
         return false;
     pos = sample.position;
     state = sample.state;
@@ -142,19 +150,22 @@ bool MoveCardManager::AxisChangeToT(int axis) {
     if (!d->usable(axis))
         return false;
     AxisSample sample;
-    if (simulatedAxes().sample(axis, sample) && (sample.state & AxisJogging) != 0)
-        simulatedAxes().stop(axis);
+    if (simulatedAxes().sample(motorOf(axis), sample) && (sample.state & AxisJogging) != 0)
+        simulatedAxes().stop(motorOf(axis));
     return true;
 }
 
 bool MoveCardManager::SetCurPos(int axis, double pos) {
     record("SetCurPos", journalArgs(axis, pos));
-    return d->usable(axis) && simulatedAxes().setPosition(axis, pos);
+    if (!d->usable(axis) || !simulatedAxes().setPosition(motorOf(axis), pos))
+        return false;
+    storeCarriages();
+    return true;
 }
 
 void MoveCardManager::WaiAxisStop(int axis) {
     if (d->usable(axis))
-        simulatedAxes().wait(axis);
+        simulatedAxes().wait(motorOf(axis));
 }
 
 void MoveCardManager::StopAll() {

@@ -1,15 +1,27 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/panel/faultpanel.h"
 
+#include "engine/class_cardpara.h"
 #include "simengine/panel/paneltexts.h"
 
 #include <QGridLayout>
 #include <QPushButton>
+#include <algorithm>
 
 namespace sim {
 
 namespace {
 constexpr int kColumns = 3;
+
+/// Faults of the axes that the machine has.
+std::vector<std::string> shownNames(std::vector<std::string> names) {
+    const Class_CardPara& axes = *Class_CardPara::Instance();
+    const int count = axes.EnableMotion ? axes.AxisCount : 0;
+    names.erase(std::remove_if(names.begin(), names.end(),
+                               [count](const std::string& name) { return faultAxis(name) > count; }),
+                names.end());
+    return names;
+}
 } // namespace
 
 FaultPanel::FaultPanel(SimControl& machine, QWidget* parent)
@@ -29,7 +41,7 @@ FaultPanel::FaultPanel(SimControl& machine, QWidget* parent)
 }
 
 void FaultPanel::refresh() {
-    const std::vector<std::string> names = m_machine.faultNames();
+    const std::vector<std::string> names = shownNames(m_machine.faultNames());
     if (names != m_names)
         rebuild(names);
     for (int i = 0; i < m_buttons.size(); ++i)

@@ -11,7 +11,7 @@ class QPushButton;
 
 namespace sim {
 
-/// A button that stays down for each fault of the machine.
+/// A button that stays down for each fault of the machine, as far as its axes are in use.
 class FaultPanel : public QScrollArea {
     Q_OBJECT
 public:

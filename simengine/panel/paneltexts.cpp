@@ -3,6 +3,8 @@
 
 #include "engine/languagemanager.h"
 
+#include <string>
+
 namespace sim {
 
 namespace {
@@ -27,6 +29,20 @@ constexpr FaultName kFaultNames[] = {
     {"scan_overcurrent", "振镜过流"},   {"scan_power", "振镜电源异常"},
     {"scan_position_x", "X位置超差"},   {"scan_position_y", "Y位置超差"},
     {"scan_link", "振镜通信断开"},      {"scan_open_loop", "开环振镜"},
+    {"encoder_stopped", "编码器停转"},  {"splitter_link", "分光器断线"},
+    {"splitter_stuck", "分光振镜卡死"},
+};
+
+/// Faults of one axis, behind "axis" and its number.
+constexpr FaultName kAxisFaultNames[] = {
+    {"_driver", "驱动报警"},         {"_positive_limit", "正限位卡死"}, {"_negative_limit", "负限位卡死"},
+    {"_home_stuck", "原点开关卡死"}, {"_home_dead", "原点开关失效"},    {"_slip", "联轴器打滑"},
+};
+
+constexpr FaultName kDeviceNames[] = {
+    {"belt_speed", "皮带速度(mm/s)"}, {"belt_pulses", "皮带编码器(脉冲/mm)"}, {"encoder", "编码器计数"},
+    {"splitter_card", "分光卡号"},    {"splitter_mirror", "分光振镜位置"},    {"splitter_path", "当前光路"},
+    {"flash_first", "Flash首地址"},   {"flash_end", "Flash末地址"},           {"flash_written", "Flash已写字节"},
 };
 
 const char* waitKey(int code) {
@@ -92,7 +108,28 @@ QString faultText(const std::string& name) {
         if (name == fault.name)
             return LanguageManager::GetLanText(fault.key);
     }
+    const int axis = faultAxis(name);
+    for (const FaultName& fault : kAxisFaultNames) {
+        if (axis > 0 && name == "axis" + std::to_string(axis) + fault.name)
+            return LanguageManager::GetLanText("轴") + QString::number(axis) + ' ' +
+                   LanguageManager::GetLanText(fault.key);
+    }
     return QString::fromStdString(name);
+}
+
+QString deviceText(const std::string& name) {
+    for (const FaultName& device : kDeviceNames) {
+        if (name == device.name)
+            return LanguageManager::GetLanText(device.key);
+    }
+    return QString::fromStdString(name);
+}
+
+int faultAxis(const std::string& name) {
+    constexpr char kPrefix[] = "axis";
+    constexpr std::size_t kDigit = sizeof kPrefix - 1;
+    const bool named = name.compare(0, kDigit, kPrefix) == 0 && name.size() > kDigit + 1 && name[kDigit + 1] == '_';
+    return named && name[kDigit] >= '1' && name[kDigit] <= '9' ? name[kDigit] - '0' : 0;
 }
 
 QString timeText(double ms) {

@@ -6,18 +6,23 @@
 #include "engine/languagemanager.h"
 #include "engine/msgbox.h"
 #include "engine/systemparam.h"
+#include "simengine/panel/borderbar.h"
+#include "simengine/panel/devicepage.h"
 #include "simengine/panel/faultpanel.h"
+#include "simengine/panel/headwindow.h"
 #include "simengine/panel/inputswitch.h"
 #include "simengine/panel/lamps.h"
 #include "simengine/panel/panelstyle.h"
 #include "simengine/panel/traceview.h"
 
 #include <QApplication>
+#include <QButtonGroup>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QStackedWidget>
 #include <QStyle>
 #include <algorithm>
 
@@ -171,23 +176,44 @@ QWidget* PanelWindow::makeTrace() {
     m_jumps->setChecked(true);
     m_clear = makeButton("clearTrace", card);
     m_export = makeButton("exportTrace", card);
+    m_head = makeButton("showHead", card);
     row->addWidget(m_jumps);
+    row->addWidget(m_head);
     row->addStretch(1);
     row->addWidget(m_clear);
     row->addWidget(m_export);
     inside->addLayout(row);
+    m_border = new BorderBar(m_machine, card);
+    inside->addWidget(m_border);
     column->addWidget(card, 7);
     QWidget* faults = makeCard(side);
     auto* faultColumn = new QVBoxLayout(faults);
     faultColumn->setContentsMargins(10, 6, 6, 6);
     faultColumn->setSpacing(4);
-    makeTitle(faultColumn, "模拟故障");
-    m_faults = new FaultPanel(m_machine, faults);
-    faultColumn->addWidget(m_faults);
+    auto* choice = new QHBoxLayout();
+    m_showFaults = makeButton("showFaults", faults);
+    m_showDevices = makeButton("showDevices", faults);
+    auto* pages = new QStackedWidget(faults);
+    m_faults = new FaultPanel(m_machine, pages);
+    m_devices = new DevicePage(m_machine, pages);
+    pages->addWidget(m_faults);
+    pages->addWidget(m_devices);
+    auto* group = new QButtonGroup(faults);
+    for (QPushButton* button : {m_showFaults, m_showDevices}) {
+        button->setCheckable(true);
+        group->addButton(button);
+        choice->addWidget(button);
+    }
+    choice->addStretch(1);
+    m_showFaults->setChecked(true);
+    connect(m_showDevices, &QPushButton::toggled, pages, [pages](bool on) { pages->setCurrentIndex(on ? 1 : 0); });
+    faultColumn->addLayout(choice);
+    faultColumn->addWidget(pages);
     column->addWidget(faults, 3);
     connect(m_jumps, &QPushButton::toggled, m_trace, &TraceView::setShowJumps);
     connect(m_clear, &QPushButton::clicked, m_trace, &TraceView::clear);
     connect(m_export, &QPushButton::clicked, this, &PanelWindow::askExport);
+    connect(m_head, &QPushButton::clicked, this, &PanelWindow::showHead);
     return side;
 }
 
@@ -200,7 +226,21 @@ void PanelWindow::setTexts() {
     m_jumps->setText(LanguageManager::GetLanText("显示空跳"));
     m_clear->setText(LanguageManager::GetLanText("清空"));
     m_export->setText(LanguageManager::GetLanText("导出轨迹"));
+    m_border->setTexts();
+    m_head->setText(LanguageManager::GetLanText("振镜模型"));
     m_faults->setTexts();
+    m_devices->setTexts();
+    m_showFaults->setText(LanguageManager::GetLanText("模拟故障"));
+    m_showDevices->setText(LanguageManager::GetLanText("外围设备"));
+}
+
+void PanelWindow::showHead() {
+    if (!m_headWindow)
+        m_headWindow = new HeadWindow(m_machine, this);
+    m_headWindow->setTexts();
+    m_headWindow->takeValues();
+    m_headWindow->show();
+    m_headWindow->raise();
 }
 
 void PanelWindow::showEvent(QShowEvent* event) {
@@ -219,6 +259,7 @@ void PanelWindow::hideEvent(QHideEvent* event) {
 void PanelWindow::refresh() {
     if (m_ticks++ % kSlowTicks == 0) {
         takeFunctions();
+        m_border->refresh();
         m_faults->refresh();
         m_trace->setField(SystemParam::Instance()->GetCanvasRect());
     }
@@ -230,6 +271,7 @@ void PanelWindow::refresh() {
             input->setChecked(state.inputs >> input->bit() & 1u);
     }
     m_outputs->setWord(state.outputs);
+    m_devices->refresh();
     m_trace->follow(state);
 }
 

@@ -13,7 +13,10 @@ class QVBoxLayout;
 
 namespace sim {
 
+class BorderBar;
+class DevicePage;
 class FaultPanel;
+class HeadWindow;
 class InputSwitch;
 class OutputLamps;
 class StackLight;
@@ -53,6 +56,7 @@ private:
     void showState(const SimCardState& state);
     void showLight(const SimCardState& state);
     void askExport();
+    void showHead();
 
     SimControl& m_machine;
     QTimer m_timer;
@@ -66,10 +70,16 @@ private:
     QVector<InputSwitch*> m_inputs;
     OutputLamps* m_outputs = nullptr;
     TraceView* m_trace = nullptr;
+    BorderBar* m_border = nullptr;
     FaultPanel* m_faults = nullptr;
+    DevicePage* m_devices = nullptr;
+    QPushButton* m_showFaults = nullptr;
+    QPushButton* m_showDevices = nullptr;
     QPushButton* m_jumps = nullptr;
     QPushButton* m_clear = nullptr;
     QPushButton* m_export = nullptr;
+    QPushButton* m_head = nullptr;
+    HeadWindow* m_headWindow = nullptr; ///< made when it is first asked for
     struct Title {
         QLabel* label;
         const char* key;

@@ -120,7 +120,7 @@ void TraceView::follow(const SimCardState& state) {
         m_picture.fill(Qt::transparent);
     }
     draw(rows);
-    const bool moved = state.x != m_state.x || state.y != m_state.y || state.laser != m_state.laser;
+    const bool moved = state.spotX != m_state.spotX || state.spotY != m_state.spotY || state.laser != m_state.laser;
     m_state = state;
     if (moved || !rows.empty() || m_pass != pass)
         update();
@@ -192,7 +192,7 @@ void TraceView::paintEvent(QPaintEvent*) {
     if (!m_state.open)
         return;
     painter.setRenderHint(QPainter::Antialiasing);
-    const QPointF head = m_transform.toPixel({m_state.x, m_state.y});
+    const QPointF head = m_transform.toPixel({m_state.spotX, m_state.spotY});
     painter.setPen(QPen(QColor::fromRgb(m_state.laser ? paneltheme::kRed : paneltheme::kHead), 1.5));
     painter.setBrush(Qt::NoBrush);
     painter.drawEllipse(head, 5, 5);

@@ -2,8 +2,7 @@
 #include "engine/boxspliceparam.h"
 
 #include "simengine/params/smalltables.h"
-
-#include <cmath>
+#include "simengine/params/storedsplice.h"
 
 using namespace sim;
 
@@ -13,8 +12,6 @@ double BoxSpliceParam::m_OffsetY = 0.0;
 double BoxSpliceParam::m_OffsetA = 0.0;
 
 namespace {
-
-constexpr double kRadPerDegree = 3.14159265358979323846 / 180.0;
 
 ParamStore& store() {
     static ParamStore values(QLatin1String(kBoxSpliceFile), kBoxSpliceParams, BoxSpliceRowCount);
@@ -41,27 +38,21 @@ bool BoxSpliceParam::Save(int enable, double offsetX, double offsetY, double off
     return store().save();
 }
 
+Splice sim::storedSplice() {
+    std::lock_guard<std::mutex> guard(store().groupLock());
+    return {store().integer(SpliceEnableRow) != 0, store().real(SpliceXRow), store().real(SpliceYRow),
+            store().real(SpliceAngleRow)};
+}
+
 // Works on the stored values, not on the members: it runs on marking threads while a dialog changes the members, and
 // an order from outside stores values without touching them.
 void BoxSpliceParam::ChangeManualBox(DOT3* points, int count) {
-    bool enabled = false;
-    double x = 0.0;
-    double y = 0.0;
-    double angle = 0.0;
-    {
-        std::lock_guard<std::mutex> guard(store().groupLock());
-        enabled = store().integer(SpliceEnableRow) != 0;
-        x = store().real(SpliceXRow);
-        y = store().real(SpliceYRow);
-        angle = store().real(SpliceAngleRow) * kRadPerDegree;
-    }
-    if (!enabled || !points)
+    Splice const splice = storedSplice();
+    if (!splice.on || !points)
         return;
-    double const cosine = std::cos(angle);
-    double const sine = std::sin(angle);
     for (int i = 0; i < count; ++i) {
-        DOT3 const from = points[i];
-        points[i].X = from.X * cosine - from.Y * sine + x;
-        points[i].Y = from.X * sine + from.Y * cosine + y;
+        Point const to = splice.applied({points[i].X, points[i].Y});
+        points[i].X = to.x;
+        points[i].Y = to.y;
     }
 }

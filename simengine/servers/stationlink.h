@@ -3,9 +3,9 @@
 
 #include "simengine/servers/attemptguard.h"
 #include "simengine/servers/linklimits.h"
-#include "simengine/servers/loglimit.h"
 #include "simengine/servers/orderqueue.h"
 #include "simengine/servers/stationconnection.h"
+#include "support/loglimit.h"
 
 #include <atomic>
 #include <functional>
@@ -89,7 +89,7 @@ private:
     bool m_stalled = false; ///< lines of the station wait for room in the queue
     Time m_acceptAfter{};
     AttemptGuard m_guard;
-    LogLimit m_logLimit;
+    tessera::LogLimit m_logLimit;
 
     std::thread m_thread; ///< last: it uses all of the above
 };

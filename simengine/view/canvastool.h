@@ -41,8 +41,14 @@ public:
     virtual bool cancel() = 0;
     /// The pointer has left the canvas.
     virtual void leave() {}
+    /// Objects or selection are different; the canvas shows them already.
+    virtual void documentChanged() {}
+    /// The frame around the selection is not drawn.
+    virtual bool hidesFrame() const { return false; }
     /// Drawn over the objects, in pixels.
     virtual void paint(QPainter&) const {}
+    /// The places of presses and moves are drawn to the snap targets before the tool gets them.
+    virtual bool snaps() const { return false; }
     virtual QCursor cursor() const { return Qt::ArrowCursor; }
     /// Numbers of what is going on, shown beside the pointer.
     virtual QString readout() const { return {}; }

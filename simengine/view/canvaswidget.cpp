@@ -37,7 +37,14 @@ CanvasWidget::CanvasWidget(ViewSession& session, QWidget* parent)
         takeBase(picture);
         update();
     });
+    connect(&m_job, &JobOverlay::changed, this, [this](const QRect& pixels) {
+        if (pixels.isEmpty())
+            update();
+        else
+            update(pixels);
+    });
     connect(&session, &ViewSession::changed, this, &CanvasWidget::documentChanged);
+    connect(&session, &ViewSession::addMarkToolChanged, this, &CanvasWidget::renewTool);
     connect(&session, &ViewSession::overlayChanged, this, [this] {
         chooseTool();
         update();
@@ -66,8 +73,7 @@ void CanvasWidget::applyTransform(const ViewTransform& transform) {
     // A picture that took longer than a frame to draw is stretched while the view moves.
     constexpr double kFrame = 14.0;
     m_fine = m_sceneTime < kFrame;
-    if (!m_fine)
-        m_refine.start();
+    m_refine.start();
     emit transformChanged();
     update();
 }
@@ -113,19 +119,34 @@ void CanvasWidget::documentChanged() {
     }
     m_scene.setState(after);
     m_fine = true;
+    m_tool->documentChanged();
     update();
 }
 
 void CanvasWidget::chooseTool() {
-    if (m_toolOperator == m_session.operatorOnView())
-        return;
+    if (m_toolOperator != m_session.operatorOnView())
+        renewTool();
+}
+
+void CanvasWidget::renewTool() {
+    m_toolOperator = m_session.operatorOnView();
+    useTool(makeCanvasTool(m_toolOperator, *this));
+}
+
+void CanvasWidget::useTool(std::unique_ptr<CanvasTool> tool) {
     m_tool->cancel();
+    m_snap.clear();
     setDragPreview(std::nullopt);
     m_hover = -1;
-    m_toolOperator = m_session.operatorOnView();
     // The switch may come from within the old tool, which stays until the next one.
-    m_formerTool = std::exchange(m_tool, makeCanvasTool(m_toolOperator, *this));
+    m_formerTool = std::exchange(m_tool, std::move(tool));
     updateCursor();
+    emit toolChanged();
+}
+
+void CanvasWidget::endTool(const CanvasTool& tool) {
+    if (m_tool.get() == &tool)
+        renewTool();
 }
 
 void CanvasWidget::setDragPreview(const std::optional<QTransform>& moved) {
@@ -142,6 +163,7 @@ void CanvasWidget::setHover(int index) {
 
 bool CanvasWidget::cancelGesture() {
     const bool cancelled = m_tool->cancel();
+    m_snap.clear();
     setDragPreview(std::nullopt);
     if (cancelled)
         update();

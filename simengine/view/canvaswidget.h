@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/view/canvassnap.h"
 #include "simengine/view/canvastool.h"
+#include "simengine/view/joboverlay.h"
 #include "simengine/view/scenedrawer.h"
 #include "simengine/view/viewtransform.h"
 
@@ -15,6 +17,7 @@ class QTouchEvent;
 
 namespace sim {
 
+class SelectionFrame;
 class ViewSession;
 
 /// The drawing area: shows the session's document and turns mouse, touch and wheel into zooming, panning and the
@@ -41,6 +44,25 @@ public:
     /// The field as it can be marked, mm: left and top() are the smallest x and y.
     QRectF fieldMm() const;
     SceneCache& scene() { return m_scene; }
+    CanvasSnap& snap() { return m_snap; }
+    /// Corner handles scale in proportion, unless Shift is held; without it the other way round.
+    bool keepsRatio() const { return m_keepsRatio; }
+    void setKeepsRatio(bool on) { m_keepsRatio = on; }
+    /// Moves go along one axis, turns in steps, lines in directions of 45 degrees, as with Shift: for fingers.
+    bool locksAxis() const { return m_locksAxis; }
+    void setLocksAxis(bool on) { m_locksAxis = on; }
+    /// The last press was a finger's: handles are drawn in its size.
+    bool isTouched() const { return m_touched; }
+    /// What a running job of the document has marked.
+    JobOverlay& job() { return m_job; }
+
+    CanvasTool& tool() { return *m_tool; }
+    /// Takes the place of the operator's tool until it ends or the operator changes.
+    void useTool(std::unique_ptr<CanvasTool> tool);
+    /// The operator's tool comes back, when `tool` is the present one.
+    void endTool(const CanvasTool& tool);
+    /// What the present tool can do is different.
+    void noteToolChange() { emit toolChanged(); }
 
     /// Selected objects are shown with `moved` applied while a gesture goes on; nothing ends that.
     void setDragPreview(const std::optional<QTransform>& moved);
@@ -56,6 +78,8 @@ public:
     double lastSceneTime() const { return m_sceneTime; }
 
 signals:
+    /// Another tool, or another state of it.
+    void toolChanged();
     void transformChanged();
     void pointerMoved(QPointF mm, QPointF pixel);
     void pointerLeft();
@@ -89,20 +113,24 @@ private:
     void applyTransform(const ViewTransform& transform);
     void documentChanged();
     void chooseTool();
+    void renewTool();
+    /// What the tool gets, drawn to the snap targets when it draws.
     CanvasPoint canvasPoint(const QPointF& pixel, Qt::MouseButton button, bool held, bool touch,
-                            Qt::KeyboardModifiers modifiers) const;
+                            Qt::KeyboardModifiers modifiers);
     void updateCursor();
     bool touchEvent(QTouchEvent* event);
     void oneFinger(const QTouchEvent& event, const QPointF& place);
     bool takeSecondTap(const QPointF& place);
-    void beginPinch(const QTouchEvent& event);
-    void movePinch(const QTouchEvent& event);
+    struct Pinch;
+    void movePinch(const Pinch& pinch);
 
     void paintScene(QPainter& painter);
     void showBase(QPainter& painter);
     void paintSelectionLayer(QPainter& painter);
     void paintFrame(QPainter& painter) const;
+    void paintHandles(QPainter& painter, const SelectionFrame& frame) const;
     void paintReadout(QPainter& painter) const;
+    void paintJob(QPainter& painter);
     bool mayDrawLater(const QPainter& painter) const;
     SceneOrder orderBase(bool withSelection) const;
     void takeBase(const ScenePicture& picture);
@@ -114,6 +142,11 @@ private:
     ViewTransform m_transform;
     SceneCache m_scene;
     SceneDrawer m_drawer{this};
+    JobOverlay m_job{this};
+    CanvasSnap m_snap;
+    bool m_keepsRatio = true;
+    bool m_locksAxis = false;
+    bool m_touched = false;
     std::unique_ptr<CanvasTool> m_tool;
     std::unique_ptr<CanvasTool> m_formerTool;
     OperatorOnView m_toolOperator;
@@ -123,7 +156,8 @@ private:
     PenColors m_baseColors;
     double m_sceneTime = 0.0;
     bool m_fine = true; ///< the kept pictures must match the transform exactly
-    QTimer m_refine;
+    QTimer m_refine;    ///< runs while the view moves
+    QElapsedTimer m_sinceOrder;
 
     std::optional<QTransform> m_dragPreview;
     int m_hover = -1;
@@ -133,11 +167,13 @@ private:
     std::optional<QPointF> m_panFrom;
     Qt::MouseButton m_panButton = Qt::NoButton;
 
-    /// Two fingers on the canvas.
+    /// Two fingers on the canvas, and which ones: when another takes part, the view stays where it is.
     struct Pinch {
+        int first = 0, second = 0;
         QPointF center;
         double distance = 0.0;
     };
+    static std::optional<Pinch> pinchOf(const QTouchEvent& event);
     std::optional<Pinch> m_pinch;
     bool m_touchGesture = false; ///< one finger drives the tool
     QPointF m_touchStart;

@@ -10,6 +10,7 @@
 #include <QStyleHints>
 #include <QTouchEvent>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cmath>
 
 namespace sim {
@@ -25,8 +26,25 @@ constexpr double kDoubleTapReach = 24.0; ///< px between two taps at one place
 } // namespace
 
 CanvasPoint CanvasWidget::canvasPoint(const QPointF& pixel, Qt::MouseButton button, bool held, bool touch,
-                                      Qt::KeyboardModifiers modifiers) const {
-    return {pixel, m_transform.toMm(pixel), button, held, touch, modifiers};
+                                      Qt::KeyboardModifiers modifiers) {
+    m_touched = touch;
+    CanvasPoint point{pixel, m_transform.toMm(pixel), button, held, touch, modifiers};
+    if (!m_tool->snaps())
+        return point;
+    if (m_locksAxis)
+        point.modifiers |= Qt::ShiftModifier;
+    const bool shown = !m_snap.hints().empty();
+    m_snap.clear();
+    // Alt leaves a place as it is. The right button ends something and places nothing.
+    if (!(modifiers & Qt::AltModifier) && button != Qt::RightButton) {
+        SnapQuery query;
+        query.places = {point.mm};
+        point.mm += m_snap.correction(query, m_transform, m_session.state(), CanvasSnap::Targets::All, touch);
+        point.pixel = m_snap.hints().empty() ? pixel : m_transform.toPixel(point.mm);
+    }
+    if (shown || !m_snap.hints().empty())
+        update();
+    return point;
 }
 
 void CanvasWidget::wheelEvent(QWheelEvent* event) {
@@ -116,6 +134,8 @@ void CanvasWidget::focusOutEvent(QFocusEvent* event) {
 
 void CanvasWidget::leaveEvent(QEvent*) {
     m_tool->leave();
+    m_snap.clear();
+    update();
     setHover(-1);
     emit pointerLeft();
 }
@@ -142,17 +162,11 @@ bool CanvasWidget::touchEvent(QTouchEvent* event) {
         m_touchGesture = false;
         return true;
     }
-    int down = 0;
-    for (const QTouchEvent::TouchPoint& point : points)
-        down += point.state() != Qt::TouchPointReleased;
-    if (down >= 2) {
+    if (const std::optional<Pinch> pinch = pinchOf(*event)) {
         if (m_touchGesture)
             cancelGesture();
         m_touchGesture = false;
-        if (m_pinch)
-            movePinch(*event);
-        else
-            beginPinch(*event);
+        movePinch(*pinch);
         return true;
     }
     // A finger that is left over from a pinch does nothing until it is lifted.
@@ -199,24 +213,33 @@ bool CanvasWidget::takeSecondTap(const QPointF& place) {
     return second;
 }
 
-void CanvasWidget::beginPinch(const QTouchEvent& event) {
-    const QPointF a = event.touchPoints().at(0).pos();
-    const QPointF b = event.touchPoints().at(1).pos();
-    m_pinch = Pinch{(a + b) / 2.0, QLineF(a, b).length()};
+// The two fingers that have been down the longest of those that are.
+std::optional<CanvasWidget::Pinch> CanvasWidget::pinchOf(const QTouchEvent& event) {
+    QList<QTouchEvent::TouchPoint> down;
+    for (const QTouchEvent::TouchPoint& point : event.touchPoints()) {
+        if (point.state() != Qt::TouchPointReleased)
+            down.append(point);
+    }
+    if (down.size() < 2)
+        return std::nullopt;
+    std::sort(down.begin(), down.end(), [](const auto& a, const auto& b) { return a.id() < b.id(); });
+    const QPointF a = down[0].pos();
+    const QPointF b = down[1].pos();
+    return Pinch{down[0].id(), down[1].id(), (a + b) / 2.0, QLineF(a, b).length()};
 }
 
-void CanvasWidget::movePinch(const QTouchEvent& event) {
-    const QPointF a = event.touchPoints().at(0).pos();
-    const QPointF b = event.touchPoints().at(1).pos();
-    const QPointF center = (a + b) / 2.0;
-    const double distance = QLineF(a, b).length();
+void CanvasWidget::movePinch(const Pinch& pinch) {
     constexpr double kLeastDistance = 10.0; // px, fingers that meet give no ratio
-    ViewTransform transform = m_transform;
-    transform.panBy(center - m_pinch->center);
-    if (distance > kLeastDistance && m_pinch->distance > kLeastDistance)
-        transform.zoomAbout(center, distance / m_pinch->distance);
-    m_pinch = Pinch{center, distance};
-    setViewTransform(transform);
+    const bool sameFingers = m_pinch && m_pinch->first == pinch.first && m_pinch->second == pinch.second;
+    if (sameFingers) {
+        ViewTransform transform = m_transform;
+        transform.panBy(pinch.center - m_pinch->center);
+        const bool apart = pinch.distance > kLeastDistance && m_pinch->distance > kLeastDistance;
+        if (apart && pinch.distance != m_pinch->distance)
+            transform.zoomAbout(pinch.center, pinch.distance / m_pinch->distance);
+        setViewTransform(transform);
+    }
+    m_pinch = pinch;
 }
 
 } // namespace sim

@@ -9,21 +9,33 @@
 #include <QBackingStore>
 #include <QPaintEngine>
 #include <QPainter>
+#include <cmath>
 
 namespace sim {
 
 namespace {
 
-/// Where a picture made for `from` lies in a view that shows `to`.
-QRectF placedPicture(const ViewTransform& from, const ViewTransform& to) {
+/// Shows a picture made for `from` in a view that shows `to`. One that is only moved goes to whole pixels: that is a
+/// copy, while half a pixel is a calculation for each.
+void drawPlaced(QPainter& painter, const QPixmap& picture, const ViewTransform& from, const ViewTransform& to) {
+    const QPointF corner = to.toPixel(from.toMm({0.0, 0.0}));
+    if (from.scale() == to.scale() && from.viewport() == to.viewport()) {
+        const double ratio = picture.devicePixelRatio();
+        painter.drawPixmap(QPointF(std::round(corner.x() * ratio) / ratio, std::round(corner.y() * ratio) / ratio),
+                           picture);
+        return;
+    }
     const QSizeF size = from.viewport();
-    return {to.toPixel(from.toMm({0.0, 0.0})), to.toPixel(from.toMm({size.width(), size.height()}))};
+    painter.drawPixmap(QRectF(corner, to.toPixel(from.toMm({size.width(), size.height()}))), picture,
+                       QRectF(QPointF(0, 0), QSizeF(picture.size())));
 }
 
 /// Objects that can be drawn within a frame are left out of the picture while they are dragged.
 constexpr double kQuickScene = 14.0; // ms
 /// What takes longer is left to the other thread: the main thread has the input poll to handle.
-constexpr double kLongScene = 4.0; // ms
+constexpr double kLongScene = 2.0; // ms
+/// Between two pictures by the other thread while the view moves: more of them would slow down the moving.
+constexpr int kMovingPeriod = 80; // ms
 
 } // namespace
 
@@ -41,12 +53,15 @@ void CanvasWidget::paintEvent(QPaintEvent*) {
         ScenePainter(m_scene, m_transform, m_baseColors).paintSelection(painter, *m_dragPreview);
     else
         paintSelectionLayer(painter);
+    // Fades what is selected too: its colours would tell of marks that are not there yet.
+    paintJob(painter);
     if (m_hover >= 0 && !m_scene.state()->selection.contains(m_hover)) {
         ScenePainter(m_scene, m_transform, m_baseColors).paintOutline(painter, m_hover, QColor(theme::kHover), 2.0);
     }
     painter.setRenderHint(QPainter::Antialiasing);
     paintFrame(painter);
     m_tool->paint(painter);
+    m_snap.paint(painter, m_transform);
     paintReadout(painter);
 }
 
@@ -56,15 +71,27 @@ void CanvasWidget::paintScene(QPainter& painter) {
     const bool sameContent = m_base.valid && m_base.state->objects == m_scene.state()->objects &&
                              m_base.withSelection == withSelection && m_base.colors == m_baseColors &&
                              m_base.pixmap.devicePixelRatio() == devicePixelRatioF();
-    const bool usable = sameContent && (m_base.transform == m_transform || !m_fine);
-    if (!usable) {
-        const SceneOrder order = orderBase(withSelection);
-        if (mayDrawLater(painter))
-            m_drawer.draw(order);
-        else
-            takeBase(drawScene(m_scene, order));
+    const bool exact = sameContent && m_base.transform == m_transform;
+    // While the view moves, a picture now and then fills what has come in at the edges; the last one follows the rest.
+    const bool later = !exact && mayDrawLater(painter);
+    const bool soonEnough =
+        sameContent && m_refine.isActive() && m_sinceOrder.isValid() && m_sinceOrder.elapsed() < kMovingPeriod;
+    if (later && !soonEnough && !m_drawer.isBusy()) {
+        m_sinceOrder.start();
+        m_drawer.draw(orderBase(withSelection));
     }
+    if (!later && !exact && !(sameContent && !m_fine))
+        takeBase(drawScene(m_scene, orderBase(withSelection)));
     showBase(painter);
+}
+
+void CanvasWidget::paintJob(QPainter& painter) {
+    if (!m_job.isActive())
+        return;
+    m_job.setView(m_transform, devicePixelRatioF(), m_baseColors);
+    if (m_job.fadesObjects())
+        painter.fillRect(rect(), QColor::fromRgba(theme::kFade));
+    m_job.paint(painter);
 }
 
 void CanvasWidget::showBase(QPainter& painter) {
@@ -73,8 +100,7 @@ void CanvasWidget::showBase(QPainter& painter) {
         return;
     }
     paintGrid(painter, m_transform, fieldMm());
-    painter.drawPixmap(placedPicture(m_base.transform, m_transform), m_base.pixmap,
-                       QRectF(QPointF(0, 0), QSizeF(m_base.pixmap.size())));
+    drawPlaced(painter, m_base.pixmap, m_base.transform, m_transform);
 }
 
 /// The window's own picture can wait for the other thread; one that was asked for must show what is there now.
@@ -112,8 +138,7 @@ void CanvasWidget::paintSelectionLayer(QPainter& painter) {
     if (m_selection.transform == m_transform) {
         painter.drawPixmap(QPointF(0, 0), m_selection.pixmap);
     } else {
-        painter.drawPixmap(placedPicture(m_selection.transform, m_transform), m_selection.pixmap,
-                           QRectF(QPointF(0, 0), QSizeF(m_selection.pixmap.size())));
+        drawPlaced(painter, m_selection.pixmap, m_selection.transform, m_transform);
     }
 }
 
@@ -133,7 +158,7 @@ void CanvasWidget::renderSelection() {
 // The frame with its handles; while a gesture goes on, a thin box around what is moved.
 void CanvasWidget::paintFrame(QPainter& painter) const {
     const DocumentState& state = *m_scene.state();
-    if (m_session.operatorOnView() != OperatorSelect || state.selection.isEmpty())
+    if (m_session.operatorOnView() != OperatorSelect || state.selection.isEmpty() || m_tool->hidesFrame())
         return;
     const Box box = selectionBounds(state);
     if (!box.isValid())
@@ -155,21 +180,38 @@ void CanvasWidget::paintFrame(QPainter& painter) const {
     painter.drawRect(rect.translated(0.5, 0.5));
     if (m_session.document().isReadOnly())
         return;
+    paintHandles(painter, frame);
+}
+
+// With a finger they are drawn in its size: what is to be hit is seen.
+void CanvasWidget::paintHandles(QPainter& painter, const SelectionFrame& frame) const {
+    const double half = (m_touched ? SelectionFrame::kTouchSize : SelectionFrame::kHandleSize) / 2.0;
+    const auto place = [&frame](FrameHandle handle) { return frame.handlePos(handle).toPoint() + QPointF(0.5, 0.5); };
+    const QRectF rect(frame.rect().toAlignedRect());
     painter.setBrush(QColor(theme::kCanvas));
-    constexpr double kHalf = SelectionFrame::kHandleSize / 2.0;
     for (int i = 0; i < kScaleHandleCount; ++i) {
         const auto handle = static_cast<FrameHandle>(i);
         if (!frame.hasHandle(handle))
             continue;
-        const QPointF at = frame.handlePos(handle).toPoint() + QPointF(0.5, 0.5);
-        painter.drawRoundedRect(QRectF(at.x() - kHalf, at.y() - kHalf, 2 * kHalf, 2 * kHalf), 2.0, 2.0);
+        const QPointF at = place(handle);
+        painter.drawRoundedRect(QRectF(at.x() - half, at.y() - half, 2 * half, 2 * half), 2.0, 2.0);
     }
     if (frame.hasHandle(FrameHandle::Rotate)) {
-        const QPointF at = frame.handlePos(FrameHandle::Rotate).toPoint() + QPointF(0.5, 0.5);
+        const QPointF at = place(FrameHandle::Rotate);
         painter.drawLine(QPointF(at.x(), rect.top()), at);
-        painter.drawEllipse(at, kHalf + 1.0, kHalf + 1.0);
+        painter.drawEllipse(at, half + 1.0, half + 1.0);
         painter.setBrush(QColor(theme::kAccent));
         painter.drawEllipse(at, 2.0, 2.0);
+        painter.setBrush(QColor(theme::kCanvas));
+    }
+    const QPointF at = place(FrameHandle::Move);
+    painter.drawLine(QPointF(at.x(), rect.bottom()), at);
+    painter.drawEllipse(at, half + 1.0, half + 1.0);
+    const double arm = half - 1.0, tip = half / 3.0;
+    for (int quarter = 0; quarter < 4; ++quarter) {
+        const QTransform turned = QTransform::fromTranslate(at.x(), at.y()).rotate(90.0 * quarter);
+        painter.drawLine(turned.map(QLineF(0, 0, arm, 0)));
+        painter.drawPolyline(turned.map(QPolygonF({{arm - tip, -tip}, {arm, 0}, {arm - tip, tip}})));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "simengine/view/draftraster.h"
 
 #include <QPainter>
+#include <algorithm>
 #include <cmath>
 
 namespace sim {
@@ -19,13 +20,40 @@ constexpr double kLean = 0.02;
 } // namespace
 
 DeviceLines::DeviceLines(const QTransform& toPixel, const QRectF& bounds)
-    : m_bounds(bounds)
-    , m_xx(toPixel.m11())
-    , m_xy(toPixel.m21())
-    , m_yx(toPixel.m12())
-    , m_yy(toPixel.m22())
-    , m_dx(toPixel.dx())
-    , m_dy(toPixel.dy()) {}
+    : m_toPixel(toPixel)
+    , m_bounds(bounds) {
+    setTransform(toPixel);
+}
+
+void DeviceLines::setTransform(const QTransform& toPixel) {
+    m_xx = toPixel.m11();
+    m_xy = toPixel.m21();
+    m_yx = toPixel.m12();
+    m_yy = toPixel.m22();
+    m_dx = toPixel.dx();
+    m_dy = toPixel.dy();
+}
+
+void DeviceLines::addPlaced(const QPointF* points, int count, bool closed, const QTransform& toMm, bool whole) {
+    const bool inField = toMm.isIdentity();
+    if (!inField)
+        setTransform(toMm * m_toPixel);
+    QVector<QPointF> ring;
+    if (closed) {
+        ring.reserve(count + 1);
+        ring.resize(count);
+        std::copy(points, points + count, ring.begin());
+        ring.append(points[0]);
+        points = ring.constData();
+        ++count;
+    }
+    if (whole)
+        addWhole(points, count);
+    else
+        add(points, count);
+    if (!inField)
+        setTransform(m_toPixel);
+}
 
 void DeviceLines::clear() {
     m_points.clear();

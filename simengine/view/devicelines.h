@@ -31,6 +31,9 @@ public:
     /// The same for a polyline whose bounds lie inside the viewport altogether.
     void addWhole(const QPolygonF& mm) { addWhole(mm.constData(), mm.size()); }
     void addWhole(const QPointF* points, int count);
+    /// Adds a polyline in coordinates of its own, which `toMm` (affine) brings into the field. A closed one is given
+    /// without its first point at the end.
+    void addPlaced(const QPointF* points, int count, bool closed, const QTransform& toMm, bool whole);
 
     /// Pixel rectangle within which lines are kept.
     const QRectF& bounds() const { return m_bounds; }
@@ -56,6 +59,9 @@ private:
     void finishRun();
     bool clip(double& x1, double& y1, double& x2, double& y2) const;
 
+    void setTransform(const QTransform& toPixel);
+
+    QTransform m_toPixel;
     QRectF m_bounds;
     double m_xx, m_xy, m_yx, m_yy, m_dx, m_dy; ///< pixel x is m_xx * x + m_xy * y + m_dx, y likewise
     std::vector<QPointF> m_points;

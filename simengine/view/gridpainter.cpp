@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/gridpainter.h"
 
-#include "simengine/view/rulerscale.h"
 #include "simengine/view/viewtheme.h"
 
 #include <QPainter>
@@ -33,6 +32,10 @@ private:
 
 } // namespace
 
+RulerScale gridScale(double pixelsPerMm) {
+    return rulerScale(pixelsPerMm, 72.0, 9.0);
+}
+
 void paintGrid(QPainter& painter, const ViewTransform& transform, const QRectF& canvasMm) {
     const QRectF viewport(QPointF(0, 0), transform.viewport());
     painter.fillRect(viewport, QColor(theme::kSurround));
@@ -44,7 +47,7 @@ void paintGrid(QPainter& painter, const ViewTransform& transform, const QRectF& 
         const double left = lines.snapped(shown.left()), right = lines.snapped(shown.right());
         const double top = lines.snapped(shown.top()), bottom = lines.snapped(shown.bottom());
         painter.fillRect(QRectF(left, top, right - left, bottom - top), QColor(theme::kCanvas));
-        const RulerScale scale = rulerScale(transform.scale(), 72.0, 9.0);
+        const RulerScale scale = gridScale(transform.scale());
         const QRectF mm(transform.toMm({left, bottom}), transform.toMm({right, top}));
         const auto xs = rulerTicks(scale, mm.left(), mm.right());
         const auto ys = rulerTicks(scale, mm.top(), mm.bottom());

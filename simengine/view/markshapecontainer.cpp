@@ -1,21 +1,25 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "engine/markshapecontainer.h"
 
+#include "engine/languagemanager.h"
 #include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
 #include "simengine/card/cardlink.h"
 #include "simengine/card/statuswords.h"
-#include "simengine/document/jobbuilder.h"
-#include "simengine/io/endsignal.h"
+#include "simengine/document/runplan.h"
+#include "simengine/log/runtimes.h"
 #include "simengine/servers/runrecord.h"
 #include "simengine/view/marktoolaccess.h"
+#include "simengine/view/variablepass.h"
 
+#include <chrono>
 #include <mutex>
 
 struct MarkShapeContainer::Private {
-    explicit Private(sim::Document& owner)
-        : document(owner) {}
+    Private(sim::Document& owner, JobListener told)
+        : document(owner)
+        , listener(std::move(told)) {}
 
     /// The tools stand for places in the list, not for objects: once handed out they stay, whatever is edited.
     MarkTool* toolAt(int index) {
@@ -25,7 +29,13 @@ struct MarkShapeContainer::Private {
         return tools[static_cast<std::size_t>(index)].get();
     }
 
+    sim::JobOptions options(bool selectedOnly) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return sim::currentOptions(selectedOnly, offsets);
+    }
+
     sim::Document& document;
+    JobListener const listener;
     std::mutex mutex; ///< guards the two below
     std::vector<std::unique_ptr<MarkTool>> tools;
     QVector<CCDBufdata> offsets;
@@ -52,15 +62,69 @@ void giveEndSignal(bool stopped) {
     }
 }
 
+/// A moment by both clocks: the day's may be set meanwhile.
+struct Moment {
+    QDateTime day = QDateTime::currentDateTimeUtc();
+    std::chrono::steady_clock::time_point clock = std::chrono::steady_clock::now();
+};
+
+/// Puts the estimate and the time of a laser run side by side.
+void keepTime(const sim::RunPlan& plan, const QString& document, const Moment& begin, double cardMs, bool whole) {
+    sim::EndedRun run{sim::runTimesPath(), plan, {}};
+    run.time.document = document;
+    run.time.when = begin.day;
+    run.time.actualMs = cardMs;
+    run.time.wallMs = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin.clock).count();
+    run.time.whole = whole;
+    run.time.selectedOnly = plan.options.selectedOnly;
+    sim::RunTimes::instance().add(std::move(run));
+}
+
+} // namespace
+
+namespace {
+
+/// A job on the card, told to who listens.
+class ToldJob {
+public:
+    ToldJob(JobListener const& listener, sim::MarkKind kind)
+        : m_listener(listener) {
+        m_listener.begins(sim::simulatedCard().trace().pass(), kind);
+    }
+    ~ToldJob() { m_listener.ended(); }
+    ToldJob(ToldJob const&) = delete;
+    ToldJob& operator=(ToldJob const&) = delete;
+
+private:
+    JobListener const& m_listener;
+};
+
+/// The operator is told what is wrong, nothing is marked.
+bool refuseVariables(sim::VariableProblem const& problem) {
+    const QString text = sim::variableMessage(problem);
+    MarkLog::Instance()->ShowNote_Error(text);
+    sim::showCardMessage(text, 1);
+    return sim::RunRecord::refused();
+}
+
+bool runTold(sim::CardRun& run, sim::Job job, JobListener const& listener) {
+    const ToldJob told(listener, run.kind());
+    return run.start(std::move(job));
+}
+
 } // namespace
 
 MarkShapeContainer::MarkShapeContainer() = default;
 
 MarkShapeContainer::~MarkShapeContainer() = default;
 
-std::unique_ptr<MarkShapeContainer> MarkShapeContainerAccess::make(sim::Document& document) {
+sim::JobOptions MarkShapeContainerAccess::options(MarkShapeContainer& container, bool selectedOnly) {
+    return container.d->options(selectedOnly);
+}
+
+std::unique_ptr<MarkShapeContainer> MarkShapeContainerAccess::make(sim::Document& document, JobListener listener) {
     std::unique_ptr<MarkShapeContainer> container(new MarkShapeContainer());
-    container->d = std::make_unique<MarkShapeContainer::Private>(document);
+    container->d = std::make_unique<MarkShapeContainer::Private>(document, std::move(listener));
     return container;
 }
 
@@ -69,29 +133,36 @@ bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* l
     sim::CardRun run(selectedOnly, loop);
     if (!run.isAccepted())
         return sim::RunRecord::refused();
+    const Moment begin;
     sim::cardEndSignal().runBegins();
-    sim::JobOptions options;
-    options.selectedOnly = selectedOnly;
-    options.invertX = SystemParam::Instance()->InvertX();
-    options.invertY = SystemParam::Instance()->InvertY();
-    {
-        const std::lock_guard<std::mutex> lock(d->mutex);
-        options.offsets = d->offsets;
-    }
+    const bool laser = run.kind() == sim::MarkKind::Laser;
+    sim::VariablePass variables(d->document.state(), selectedOnly, laser);
+    if (!variables.problem().ok())
+        return refuseVariables(variables.problem());
+    const sim::RunPlan plan =
+        sim::currentPlan(variables.state(), d->options(selectedOnly), sim::simulatedCard().pens());
     QString fault;
-    sim::Job job = sim::buildJob(*d->document.state(), options, &fault);
+    sim::Job job = sim::buildJob(*plan.state, plan.options, &fault);
     if (!fault.isEmpty())
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("offset records: ") + fault);
     if (job.strokes.empty())
         return sim::RunRecord::refused();
     sim::RunRecord const record(job, layers);
-    const bool laser = sim::simulatedCard().kind() == sim::MarkKind::Laser;
-    if (!run.start(std::move(job)))
+    if (!variables.begin())
+        return refuseVariables(variables.problem());
+    if (loop && variables.counts() && SystemParam::Instance()->UsedBufLoop())
+        MarkLog::Instance()->ShowNode(NoteRun, LanguageManager::GetLanText("缓存循环时变量不变"));
+    if (!runTold(run, std::move(job), d->listener))
         return sim::RunRecord::refused();
     const bool succeeded = (sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0;
     record.ended(succeeded);
-    if (laser)
-        giveEndSignal(!succeeded);
+    // of a job that repeats itself a pass was marked to its end although the job was stopped
+    variables.end(sim::simulatedCard().lastTime().passes > 0);
+    const double cardMs = sim::simulatedCard().lastTime().totalMs;
+    if (!laser)
+        return true;
+    giveEndSignal(!succeeded);
+    keepTime(plan, d->document.fileName(), begin, cardMs, succeeded);
     return true;
 }
 

@@ -46,16 +46,32 @@ void drawKind(QPainter& painter, ObjectKind kind) {
         painter.drawLine(QPointF(12, 5), QPointF(12, 19));
         painter.drawLine(QPointF(9, 19), QPointF(15, 19));
         break;
+    case ObjectKind::Generated:
+        painter.drawPolygon(
+            QPolygonF({QPointF(12, 3.5), QPointF(20, 9.5), QPointF(17, 19), QPointF(7, 19), QPointF(4, 9.5)}));
+        painter.setBrush(painter.pen().color());
+        painter.drawEllipse(QPointF(12, 12), 1.5, 1.5);
+        break;
+    case ObjectKind::Code:
+        for (const QPointF& corner : {QPointF(4, 4), QPointF(14, 4), QPointF(4, 14)})
+            painter.drawRect(QRectF(corner, QSizeF(6, 6)));
+        painter.drawPolyline(QPolygonF({QPointF(14, 14), QPointF(20, 14), QPointF(20, 20)}));
+        painter.drawPoint(QPointF(15, 19));
+        break;
     }
 }
 
-/// What an object is listed as: its name, of a text without one the text itself in one line, else the kind.
+/// What an object is listed as: its name, of a text or code without one what it shows in one line, else the kind.
 QString listedName(const MarkObject& object) {
     constexpr int kMostShown = 80;
     if (!object.data().name.isEmpty())
         return object.data().name;
     if (const auto* text = std::get_if<TextShape>(&object.shape())) {
-        QString line = text->spec.text.left(kMostShown);
+        QString line = (text->spec.variables ? text->shown : text->spec.text).left(kMostShown);
+        return line.replace(QLatin1Char('\n'), QStringLiteral(" / "));
+    }
+    if (const auto* code = std::get_if<CodeShape>(&object.shape())) {
+        QString line = (code->spec.variables ? code->shown : code->spec.text).left(kMostShown);
         return line.replace(QLatin1Char('\n'), QStringLiteral(" / "));
     }
     return LanguageManager::GetLanText(kindKey(object.kind()));
@@ -81,6 +97,10 @@ const char* kindKey(ObjectKind kind) {
         return "组合";
     case ObjectKind::Text:
         return "文字";
+    case ObjectKind::Generated:
+        return "工具图形";
+    case ObjectKind::Code:
+        return "条码";
     }
     return "";
 }

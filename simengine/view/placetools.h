@@ -16,6 +16,7 @@ public:
     void move(const CanvasPoint&) override {}
     void release(const CanvasPoint&) override {}
     bool cancel() override { return false; }
+    bool snaps() const override { return true; }
     QCursor cursor() const override { return Qt::CrossCursor; }
 };
 
@@ -32,6 +33,7 @@ public:
     void move(const CanvasPoint& point) override;
     void release(const CanvasPoint& point) override;
     bool cancel() override;
+    bool snaps() const override { return m_makes != Makes::Zoom; }
     void paint(QPainter& painter) const override;
     QCursor cursor() const override { return Qt::CrossCursor; }
     QString readout() const override;

@@ -18,6 +18,7 @@ public:
     void doubleClick(const CanvasPoint& point) override;
     bool key(const QKeyEvent& event) override;
     bool cancel() override;
+    bool snaps() const override { return true; }
     void paint(QPainter& painter) const override;
     QCursor cursor() const override { return Qt::CrossCursor; }
     QString readout() const override;

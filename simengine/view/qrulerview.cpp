@@ -5,6 +5,7 @@
 #include "simengine/servers/pusheddocument.h"
 #include "simengine/servers/stationmessage.h"
 #include "simengine/view/marktoolaccess.h"
+#include "simengine/view/nodebar.h"
 #include "simengine/view/qrulerview_p.h"
 #include "simengine/view/qrulerviewaccess.h"
 #include "simengine/view/viewtheme.h"
@@ -52,11 +53,14 @@ QString pathOf(const QString& name) {
 
 QRulerView::Private::Private(QRulerView& view)
     : q(view)
-    , container(MarkShapeContainerAccess::make(session.document()))
-    , windowKeys(view)
+    , container(MarkShapeContainerAccess::make(
+          session.document(), {[this](std::uint64_t pass, sim::MarkKind kind) { canvas->job().jobBegins(pass, kind); },
+                               [this] { canvas->job().jobEnds(); }}))
+    , windowKeys(view, [this](const QKeyEvent& event) { return handleConfirm(event); })
     , top(new sim::RulerBar(Qt::Horizontal, &view))
     , left(new sim::RulerBar(Qt::Vertical, &view))
     , canvas(new sim::CanvasWidget(session, &view))
+    , bar(new sim::ViewBar(*canvas, &view))
     , listFrame(new QWidget(&view))
     , list(new VZListViewEx(listFrame))
     , shownState(session.state()) {
@@ -79,6 +83,8 @@ QRulerView::Private::Private(QRulerView& view)
         top->setCursorMark(std::nullopt);
         left->setCursorMark(std::nullopt);
     });
+    new sim::NodeBar(*canvas);
+    QObject::connect(bar, &sim::ViewBar::playbackAsked, &view, [this] { openPlayback(); });
     showTransform();
 }
 
@@ -86,6 +92,8 @@ QRulerView::Private::Private(QRulerView& view)
 QRulerView::Private::~Private() {
     delete list;
     delete listFrame;
+    delete playback; // looks at the session, and has the main window for its parent
+    delete bar;
     delete canvas;
 }
 
@@ -96,6 +104,9 @@ void QRulerView::Private::place() {
     top->setGeometry(kRuler, 0, width, kRuler);
     left->setGeometry(0, kRuler, kRuler, height);
     canvas->setGeometry(kRuler, kRuler, width, height);
+    constexpr int kGap = 8;
+    const QSize size = bar->sizeHint();
+    bar->setGeometry(q.width() - size.width() - kGap, q.height() - size.height() - kGap, size.width(), size.height());
 }
 
 void QRulerView::Private::showTransform() {
@@ -255,18 +266,19 @@ void QRulerView::ScaleSelectObjRegion() {
         d->canvas->fitMm(QRectF(box.minX, box.minY, box.width(), box.height()));
 }
 
+// The keys stay in the list until the main thread moves by them: who queues a key only into an empty list never has
+// more than one waiting, however long that thread is held up.
 void QRulerView::OnKeyUpDonwEvent(int redView, bool selected) {
     Q_UNUSED(selected)
-    QList<int> keys;
     {
         const QMutexLocker lock(&m_DirKeyLock);
-        keys.swap(m_DirKeys);
+        if (m_DirKeys.isEmpty() || d->moveDue)
+            return;
+        d->moveDue = true;
     }
-    if (keys.isEmpty())
-        return;
     Private* view = d.get();
     QMetaObject::invokeMethod(
-        this, [view, keys, redView] { view->moveByKeys(keys, redView != 0); }, Qt::QueuedConnection);
+        this, [view, redView] { view->takeKeys(redView != 0); }, Qt::QueuedConnection);
 }
 
 void QRulerView::resizeEvent(QResizeEvent*) {

@@ -3,8 +3,8 @@
 #include "engine/marklog.h"
 #include "simengine/document/strokefonts.h"
 #include "simengine/document/textmaker.h"
+#include "simengine/document/textmessage.h"
 #include "simengine/view/qrulerview_p.h"
-#include "simengine/view/textmessage.h"
 
 #include <array>
 

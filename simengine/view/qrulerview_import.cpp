@@ -3,19 +3,23 @@
 #include "engine/marklog.h"
 #include "engine/msgbox.h"
 #include "simengine/document/jobbuilder.h"
-#include "simengine/importers/svgimport.h"
+#include "simengine/importers/imageimport.h"
+#include "simengine/importers/importers.h"
+#include "simengine/view/imagedialog.h"
 #include "simengine/view/importreport.h"
 #include "simengine/view/qrulerview_p.h"
 
 #include <QFileDialog>
+#include <QPointer>
 #include <limits>
 
 namespace {
 
-sim::ImportResult readDrawing(const QString& path, const QPointF& center) {
+sim::ImportOptions importOptions(const sim::ViewSession& session, const sim::CanvasWidget& canvas) {
     sim::ImportOptions options;
-    options.center = center;
-    return sim::importSvg(path, options);
+    options.center = canvas.fieldMm().center();
+    options.pen = session.currentPen();
+    return options;
 }
 
 bool addDrawing(sim::ViewSession& session, const sim::ImportResult& drawing, QString& error) {
@@ -39,22 +43,32 @@ void QRulerView::ImportVectorFile() {
     if (d->session.document().isReadOnly())
         return;
     const QString path = QFileDialog::getOpenFileName(this, LanguageManager::GetLanText("导入矢量文件"), QString(),
-                                                      QStringLiteral("SVG (*.svg *.SVG)"));
+                                                      sim::importFilter(LanguageManager::GetLanText("所有图形文件")));
     if (path.isEmpty())
         return;
     d->canvas->cancelGesture();
-    const sim::ImportResult drawing = readDrawing(path, d->canvas->fieldMm().center());
+    sim::ImportResult drawing;
+    if (sim::isImage(path)) {
+        // A controlling station may close the document while the dialog asks.
+        const QPointer<QRulerView> view(this);
+        sim::ImageDialog dialog(path, window());
+        if (dialog.exec() != QDialog::Accepted || !view)
+            return;
+        drawing = dialog.result(importOptions(d->session, *d->canvas));
+    } else {
+        drawing = sim::importDrawing(path, importOptions(d->session, *d->canvas));
+    }
     QString error;
     const bool added = addDrawing(d->session, drawing, error);
     const QString report = added ? sim::importReport(drawing) : error;
     MarkLog::Instance()->ShowNode(NoteOperator,
                                   LanguageManager::GetLanText("导入矢量文件") + ":" + path + ":" + report);
-    msgBox::show(LanguageManager::GetLanText("导入矢量文件"), report, 1);
+    msgBox::show(LanguageManager::GetLanText("导入矢量文件"), sim::shownReport(report), 1);
 }
 
 bool QRulerView::ImportVectorFile(QString const& path, QString& error) {
     d->canvas->cancelGesture();
-    const sim::ImportResult drawing = readDrawing(path, d->canvas->fieldMm().center());
+    const sim::ImportResult drawing = sim::importDrawing(path, importOptions(d->session, *d->canvas));
     error.clear();
     if (!addDrawing(d->session, drawing, error))
         return false;

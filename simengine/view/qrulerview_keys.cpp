@@ -29,7 +29,17 @@ const Direction* directionOf(int key) {
 bool QRulerView::Private::handleKey(QKeyEvent& event) {
     if (canvas->handleKey(event))
         return true;
-    return handleArrow(event) || handleCommand(event);
+    return handleConfirm(event) || handleArrow(event) || handleCommand(event);
+}
+
+// A key that is held down confirms once.
+bool QRulerView::Private::handleConfirm(const QKeyEvent& event) {
+    const OperatorOnView op = session.operatorOnView();
+    if (event.key() != Qt::Key_F6 || (op != OperatorTeachCircle && op != OperatorTeachArc))
+        return false;
+    if (!event.isAutoRepeat())
+        session.confirmTaughtPoint();
+    return true;
 }
 
 // While a job runs the key goes by way of the key thread, so that the preview is renewed with the move; a key that the
@@ -43,6 +53,16 @@ bool QRulerView::Private::handleArrow(QKeyEvent& event) {
     else
         moveByKeys({event.key()}, false);
     return true;
+}
+
+void QRulerView::Private::takeKeys(bool renewPreview) {
+    QList<int> keys;
+    {
+        const QMutexLocker lock(&q.m_DirKeyLock);
+        keys.swap(q.m_DirKeys);
+        moveDue = false;
+    }
+    moveByKeys(keys, renewPreview);
 }
 
 void QRulerView::Private::moveByKeys(const QList<int>& keys, bool renewPreview) {

@@ -6,6 +6,8 @@
 #include "engine/vzlistviewex.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/rulerbar.h"
+#include "simengine/view/variablerefresh.h"
+#include "simengine/view/viewbar.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/windowkeys.h"
 
@@ -23,28 +25,37 @@ struct QRulerView::Private {
     void showChange();
     void showTransform();
     bool handleKey(QKeyEvent& event);
+    /// F6 while a circle or an arc is taught; points have a key of the main window.
+    bool handleConfirm(const QKeyEvent& event);
     bool handleCommand(QKeyEvent& event);
     bool handleArrow(QKeyEvent& event);
     /// Takes the pending direction keys and moves the selection by them. Main thread.
+    void takeKeys(bool renewPreview);
     void moveByKeys(const QList<int>& keys, bool renewPreview);
     void place();
     void setName(const QString& given);
     QString givenName() const;
     /// Reads the document's file; a failure is logged.
     bool read();
+    /// Opens the playback of the job, or brings it to the front.
+    void openPlayback();
 
     QRulerView& q;
     sim::ViewSession session;
+    sim::VariableRefresh variables{session};
     std::unique_ptr<MarkShapeContainer> container;
     sim::WindowKeys windowKeys;
     sim::RulerBar* top;
     sim::RulerBar* left;
     sim::CanvasWidget* canvas;
+    sim::ViewBar* bar;
     /// Both live in the left panel once the shell has put them there, each for itself or one inside the other.
     QPointer<QWidget> listFrame;
     QPointer<VZListViewEx> list;
+    QPointer<QWidget> playback;
 
     sim::StatePtr shownState;
+    bool moveDue = false; ///< takeKeys() is on its way; guarded by m_DirKeyLock
     bool shownRedo = false;
     bool shownUndo = false;
     mutable std::mutex nameMutex; ///< guards name, which run workers ask for

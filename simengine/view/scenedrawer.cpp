@@ -6,7 +6,10 @@
 #include <QPainter>
 #include <QRunnable>
 #include <functional>
+#include <sys/resource.h>
+#include <sys/syscall.h>
 #include <time.h>
+#include <unistd.h>
 
 namespace sim {
 
@@ -17,6 +20,14 @@ double threadMs() {
     timespec time{};
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
+/// The main thread, which the operator feels, and the card go first on a busy machine. Of this thread only; a system
+/// that refuses it draws at the usual priority.
+void giveWay() {
+    constexpr int kNice = 5;
+    static thread_local const int given = ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), kNice);
+    Q_UNUSED(given)
 }
 
 class Task : public QRunnable {
@@ -58,6 +69,7 @@ void SceneDrawer::draw(const SceneOrder& order) {
         return;
     m_busy = true;
     m_pool.start(new Task([this, order] {
+        giveWay();
         const ScenePicture picture = drawScene(m_cache, order);
         QMetaObject::invokeMethod(
             this,

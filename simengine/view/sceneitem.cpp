@@ -17,6 +17,8 @@ bool isCurved(const Shape& shape) {
         return std::get<PathShape>(shape).verbs.contains(PathVerb::Cubic);
     case ObjectKind::Text:
         return std::get<TextShape>(shape).outline.verbs.contains(PathVerb::Cubic);
+    case ObjectKind::Generated:
+        return std::get<GeneratedShape>(shape).outline.verbs.contains(PathVerb::Cubic);
     default:
         return false;
     }

@@ -45,6 +45,8 @@ public:
             return;
         const bool whole = m_bounds.contains(pixels.topLeft()) && m_bounds.contains(pixels.bottomRight());
         const bool speck = pixels.width() < 1.0 && pixels.height() < 1.0;
+        if (!speck && addStraight(*m_cache.state()->at(index), whole))
+            return;
         for (const SceneLeaf& leaf : m_cache.item(index, m_scale).leaves())
             addLeaf(leaf, whole, speck ? std::optional(pixels.center()) : std::nullopt);
     }
@@ -65,6 +67,36 @@ public:
     const std::map<int, Bucket>& buckets() const { return m_buckets; }
 
 private:
+    /// Lines and rectangles without a hatch are drawn from the document's own points: large drawings consist of them,
+    /// and a second set of points would double their memory. False for all others.
+    bool addStraight(const MarkObject& object, bool whole) {
+        if (object.data().hatch.anyEnabled())
+            return false;
+        if (const auto* line = std::get_if<PolylineShape>(&object.shape())) {
+            if (line->points.size() < 2)
+                return false;
+            bucketOf(object).addPlaced(line->points.constData(), line->points.size(), line->closed, object.transform(),
+                                       whole);
+            return true;
+        }
+        if (const auto* rect = std::get_if<RectShape>(&object.shape())) {
+            const QRectF& r = rect->rect;
+            const QPointF corners[] = {{r.x(), r.y()},
+                                       {r.x() + r.width(), r.y()},
+                                       {r.x() + r.width(), r.y() + r.height()},
+                                       {r.x(), r.y() + r.height()}};
+            bucketOf(object).addPlaced(corners, 4, true, object.transform(), whole);
+            return true;
+        }
+        return false;
+    }
+
+    DeviceLines& bucketOf(const MarkObject& object) {
+        const bool works = object.works() && object.data().hatch.enableEdge;
+        return m_buckets.try_emplace(works ? object.pen() : object.pen() + kLayerCount, m_matrix, m_bounds)
+            .first->second.lines;
+    }
+
     void addLeaf(const SceneLeaf& leaf, bool whole, const std::optional<QPointF>& speck) {
         const int key = leaf.works ? leaf.pen : leaf.pen + kLayerCount;
         Bucket& bucket = m_buckets.try_emplace(key, m_matrix, m_bounds).first->second;

@@ -41,6 +41,8 @@ SelectionFrame::SelectionFrame(const Box& box, const ViewTransform& transform)
 QPointF SelectionFrame::handlePos(FrameHandle handle) const {
     if (handle == FrameHandle::Rotate)
         return {m_rect.center().x(), m_rect.top() - kRotateDistance};
+    if (handle == FrameHandle::Move)
+        return {m_rect.center().x(), m_rect.bottom() + kMoveDistance};
     if (!scales(handle))
         return m_rect.center();
     const Side side = kSides[static_cast<std::size_t>(handle)];
@@ -50,6 +52,8 @@ QPointF SelectionFrame::handlePos(FrameHandle handle) const {
 bool SelectionFrame::hasHandle(FrameHandle handle) const {
     const bool wide = m_box.width() > kNoExtent;
     const bool high = m_box.height() > kNoExtent;
+    if (handle == FrameHandle::Move)
+        return true;
     if (handle == FrameHandle::Rotate)
         return wide || high;
     if (!scales(handle))
@@ -67,7 +71,8 @@ bool SelectionFrame::hasHandle(FrameHandle handle) const {
 FrameHandle SelectionFrame::handleAt(const QPointF& pixel, double reach) const {
     static constexpr FrameHandle kOrder[] = {FrameHandle::BottomRight, FrameHandle::TopRight, FrameHandle::BottomLeft,
                                              FrameHandle::TopLeft,     FrameHandle::Rotate,   FrameHandle::Right,
-                                             FrameHandle::Bottom,      FrameHandle::Left,     FrameHandle::Top};
+                                             FrameHandle::Bottom,      FrameHandle::Left,     FrameHandle::Top,
+                                             FrameHandle::Move};
     FrameHandle nearest = FrameHandle::None;
     double best = reach;
     for (const FrameHandle handle : kOrder) {
@@ -80,6 +85,13 @@ FrameHandle SelectionFrame::handleAt(const QPointF& pixel, double reach) const {
         }
     }
     return nearest;
+}
+
+QPointF handlePoint(const Box& box, FrameHandle handle) {
+    if (!scales(handle))
+        return box.center();
+    const Side side = kSides[static_cast<std::size_t>(handle)];
+    return {pick(side.x, box.minX, box.maxX), pick(side.y, box.minY, box.maxY)};
 }
 
 QPointF fixedPoint(const Box& box, FrameHandle handle) {

@@ -22,6 +22,7 @@ enum class FrameHandle {
     Bottom,
     BottomRight,
     Rotate,
+    Move, ///< for selections that are smaller than a finger
 };
 
 constexpr int kScaleHandleCount = 8;
@@ -35,7 +36,9 @@ public:
     /// stays free for moving; a finger is wide.
     static constexpr double kMouseReach = 7.5;
     static constexpr double kTouchReach = 20.0;
+    static constexpr double kTouchSize = 22.0;
     static constexpr double kRotateDistance = 34.0; ///< px from the frame's top edge to the rotation handle
+    static constexpr double kMoveDistance = 34.0;   ///< px from the frame's bottom edge to the moving handle
 
     SelectionFrame(const Box& box, const ViewTransform& transform);
 
@@ -51,6 +54,9 @@ private:
     Box m_box;
     QRectF m_rect;
 };
+
+/// The point of the box that a scale handle drags.
+QPointF handlePoint(const Box& box, FrameHandle handle);
 
 /// The point of the box that stays in place while the handle is dragged.
 QPointF fixedPoint(const Box& box, FrameHandle handle);

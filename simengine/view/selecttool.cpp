@@ -2,7 +2,10 @@
 #include "simengine/view/selecttool.h"
 
 #include "simengine/view/canvaswidget.h"
+#include "simengine/view/codetool.h"
+#include "simengine/view/generatedplacetool.h"
 #include "simengine/view/hittest.h"
+#include "simengine/view/nodeedittool.h"
 #include "simengine/view/texttool.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
@@ -41,6 +44,24 @@ Qt::CursorShape scaleCursor(FrameHandle handle) {
     }
 }
 
+/// Places of the selection that are drawn to others while it is moved: its bounds, and those of a single object.
+std::vector<QPointF> snapPlaces(const DocumentState& state) {
+    constexpr std::size_t kMost = 64;
+    std::vector<QPointF> places;
+    const Box box = selectionBounds(state);
+    for (int i = 0; i <= BasePointBottomRight; ++i)
+        places.push_back(box.at(static_cast<BasePoint>(i)));
+    if (state.selection.count() != 1)
+        return places;
+    std::vector<SnapPoint> own;
+    addSnapPoints(*state.at(state.selection.first()), QTransform(), own);
+    for (const SnapPoint& point : own) {
+        if (places.size() < kMost)
+            places.push_back(point.at);
+    }
+    return places;
+}
+
 } // namespace
 
 int SelectTool::objectUnder(const CanvasPoint& point) const {
@@ -49,10 +70,12 @@ int SelectTool::objectUnder(const CanvasPoint& point) const {
     return objectAt(m_canvas.scene(), point.mm, reach, scale);
 }
 
-int SelectTool::textUnder(const CanvasPoint& point) const {
+int SelectTool::enteredUnder(const CanvasPoint& point) const {
     const DocumentState& state = *m_canvas.scene().state();
     for (int i = state.count() - 1; i >= 0; --i) {
-        if (state.at(i)->kind() == ObjectKind::Text && state.at(i)->bounds().contains(point.mm))
+        const ObjectKind kind = state.at(i)->kind();
+        const bool entered = kind == ObjectKind::Text || kind == ObjectKind::Code;
+        if (entered && state.at(i)->bounds().contains(point.mm))
             return i;
     }
     return -1;
@@ -127,6 +150,8 @@ void SelectTool::start(const CanvasPoint& point) {
     const bool canMove = !m_canvas.session().document().isReadOnly() && !state.selection.isEmpty();
     if (m_handle == FrameHandle::Rotate)
         m_gesture = Gesture::Rotate;
+    else if (m_handle == FrameHandle::Move)
+        m_gesture = Gesture::Move;
     else if (m_handle != FrameHandle::None)
         m_gesture = Gesture::Scale;
     else if (canMove && m_object >= 0 && state.selection.contains(m_object))
@@ -135,10 +160,58 @@ void SelectTool::start(const CanvasPoint& point) {
         m_gesture = Gesture::Move;
     else
         m_gesture = Gesture::Band;
+    m_places = m_gesture == Gesture::Move ? snapPlaces(state) : std::vector<QPointF>();
+}
+
+bool SelectTool::oneAxis() const {
+    return (m_to.modifiers & Qt::ShiftModifier) || m_canvas.locksAxis();
+}
+
+bool SelectTool::freeScale() const {
+    return bool(m_to.modifiers & Qt::ShiftModifier) == m_canvas.keepsRatio();
+}
+
+void SelectTool::track(const CanvasPoint& point) {
+    m_to = point;
+    m_canvas.snap().clear();
+    if (point.modifiers & Qt::AltModifier)
+        return;
+    const QPointF by = m_to.mm - m_from.mm;
+    if (m_gesture == Gesture::Move)
+        m_to.mm += snappedMove(by, point.touch);
+    else if (m_gesture == Gesture::Scale)
+        m_to.mm += snappedScale(by, point.touch);
+}
+
+QPointF SelectTool::snappedMove(const QPointF& by, bool touch) {
+    SnapQuery query;
+    query.freeX = !oneAxis() || std::abs(by.x()) >= std::abs(by.y());
+    query.freeY = !oneAxis() || !query.freeX;
+    const QPointF moved = moveDistance();
+    for (const QPointF& place : m_places)
+        query.places.push_back(place + moved);
+    return m_canvas.snap().correction(query, m_canvas.viewTransform(), m_canvas.scene().state(),
+                                      CanvasSnap::Targets::Unselected, touch);
+}
+
+// In proportion one axis gives the factor, and only that one snaps.
+QPointF SelectTool::snappedScale(const QPointF& by, bool touch) {
+    const Box box = selectionBounds(*m_canvas.scene().state());
+    const QPointF corner = handlePoint(box, m_handle);
+    SnapQuery query;
+    query.places = {corner + by};
+    query.freeX = corner.x() != box.center().x();
+    query.freeY = corner.y() != box.center().y();
+    if (query.freeX && query.freeY && !freeScale()) {
+        query.freeX = std::abs(by.x()) * box.height() > std::abs(by.y()) * box.width();
+        query.freeY = !query.freeX;
+    }
+    return m_canvas.snap().correction(query, m_canvas.viewTransform(), m_canvas.scene().state(),
+                                      CanvasSnap::Targets::Unselected, touch);
 }
 
 void SelectTool::update(const CanvasPoint& point) {
-    m_to = point;
+    track(point);
     if (m_gesture == Gesture::Band)
         m_canvas.update();
     else
@@ -148,7 +221,7 @@ void SelectTool::update(const CanvasPoint& point) {
 void SelectTool::release(const CanvasPoint& point) {
     if (m_gesture == Gesture::None || point.button != Qt::LeftButton)
         return;
-    m_to = point;
+    track(point);
     const Gesture done = m_gesture;
     if (done == Gesture::Band) {
         commitBand();
@@ -163,6 +236,7 @@ void SelectTool::release(const CanvasPoint& point) {
         commit();
     }
     m_gesture = Gesture::None;
+    m_canvas.snap().clear();
     m_canvas.setDragPreview(std::nullopt);
     if (!point.touch)
         hover(point);
@@ -208,7 +282,7 @@ void SelectTool::commitBand() {
 
 QPointF SelectTool::moveDistance() const {
     QPointF by = m_to.mm - m_from.mm;
-    if (m_to.modifiers & Qt::ShiftModifier) {
+    if (oneAxis()) {
         if (std::abs(by.x()) >= std::abs(by.y()))
             by.setY(0.0);
         else
@@ -218,13 +292,12 @@ QPointF SelectTool::moveDistance() const {
 }
 
 ScaleDrag SelectTool::scaling() const {
-    return scaleDrag(selectionBounds(*m_canvas.scene().state()), m_handle, m_from.mm, m_to.mm,
-                     m_to.modifiers & Qt::ShiftModifier, m_to.modifiers & Qt::ControlModifier);
+    return scaleDrag(selectionBounds(*m_canvas.scene().state()), m_handle, m_from.mm, m_to.mm, freeScale(),
+                     m_to.modifiers & Qt::ControlModifier);
 }
 
 double SelectTool::turn() const {
-    return rotationDrag(selectionBounds(*m_canvas.scene().state()).center(), m_from.mm, m_to.mm,
-                        m_to.modifiers & Qt::ShiftModifier);
+    return rotationDrag(selectionBounds(*m_canvas.scene().state()).center(), m_from.mm, m_to.mm, oneAxis());
 }
 
 QTransform SelectTool::preview() const {
@@ -259,17 +332,27 @@ void SelectTool::doubleClick(const CanvasPoint& point) {
     if (point.button != Qt::LeftButton)
         return;
     const int object = objectUnder(point);
-    const int edited = object >= 0 ? object : textUnder(point);
-    if (edited < 0)
+    const int edited = object >= 0 ? object : enteredUnder(point);
+    if (edited < 0) {
         m_canvas.fitField();
+        return;
+    }
+    const ObjectPtr pressed = m_canvas.scene().state()->at(edited);
+    if (pressed->kind() == ObjectKind::Generated)
+        editGenerated(m_canvas, pressed);
+    else if (pressed->kind() == ObjectKind::Code)
+        editCode(m_canvas, pressed);
+    else if (pressed->kind() == ObjectKind::Text)
+        editText(m_canvas, pressed);
     else
-        editText(m_canvas, m_canvas.scene().state()->at(edited));
+        editNodes(m_canvas);
 }
 
 bool SelectTool::cancel() {
     const bool going = m_gesture != Gesture::None;
     m_gesture = Gesture::None;
     m_handle = FrameHandle::None;
+    m_canvas.snap().clear();
     return going;
 }
 
@@ -297,6 +380,8 @@ QCursor SelectTool::cursor() const {
         return Qt::SizeAllCursor;
     if (m_handle == FrameHandle::Rotate)
         return Qt::PointingHandCursor;
+    if (m_handle == FrameHandle::Move)
+        return Qt::SizeAllCursor;
     if (m_handle != FrameHandle::None)
         return scaleCursor(m_handle);
     return m_gesture == Gesture::None && m_insideFrame ? Qt::SizeAllCursor : Qt::ArrowCursor;

@@ -32,12 +32,18 @@ private:
 
     int objectUnder(const CanvasPoint& point) const;
     /// The uppermost text with the place within its bounds: one need not meet a letter.
-    int textUnder(const CanvasPoint& point) const;
+    int enteredUnder(const CanvasPoint& point) const;
     std::optional<SelectionFrame> frame() const;
     void selectPressed(const CanvasPoint& point);
     void hover(const CanvasPoint& point);
     void start(const CanvasPoint& point);
     void update(const CanvasPoint& point);
+    /// Takes the pointer's place, drawn to the snap targets.
+    void track(const CanvasPoint& point);
+    QPointF snappedMove(const QPointF& by, bool touch);
+    QPointF snappedScale(const QPointF& by, bool touch);
+    bool oneAxis() const;
+    bool freeScale() const;
     void commit();
     void commitBand();
     QPointF moveDistance() const;
@@ -51,6 +57,7 @@ private:
     FrameHandle m_handle = FrameHandle::None; ///< pressed, or under the pointer
     int m_object = -1;                        ///< pressed object
     bool m_wasSelected = false;               ///< it was selected before the press
+    std::vector<QPointF> m_places;            ///< of the selection that may snap, as they were at the press
     bool m_insideFrame = false;               ///< the pointer is where a drag moves the selection
 };
 

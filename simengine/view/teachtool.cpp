@@ -43,9 +43,11 @@ void TeachTool::follow() {
         return;
     }
     const std::optional<QPointF> now = pilotSpot();
-    if (now == m_spot)
+    const std::optional<QPointF> place = m_canvas.session().placeToConfirm();
+    if (now == m_spot && place == m_place)
         return;
     m_spot = now;
+    m_place = place;
     m_canvas.update();
 }
 
@@ -56,8 +58,8 @@ void TeachTool::paint(QPainter& painter) const {
     painter.setPen(QPen(QColor(theme::kAccent), 1.5));
     for (const QPointF& mm : session.confirmedPoints())
         painter.drawEllipse(transform.toPixel(mm), 4.0, 4.0);
-    if (const auto taught = session.taughtPoint()) {
-        const QPointF at = transform.toPixel(*taught);
+    if (m_place) {
+        const QPointF at = transform.toPixel(*m_place);
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(at, 9.0, 9.0);
         painter.drawLine(at - QPointF(14, 0), at + QPointF(14, 0));

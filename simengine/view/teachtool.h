@@ -8,8 +8,9 @@
 
 namespace sim {
 
-/// A press sends the pilot beam to its place. The place is confirmed by F6: a point at once, a circle or an arc with
-/// the third place. The beam's spot is shown where it is, also when something else steers it.
+/// A press sends the pilot beam to its place. F6 confirms where the spot was steered to, by a press or by other means:
+/// a point at once, a circle or an arc with the third place. A cross shows that place, a dot with its coordinates where
+/// the spot is now.
 class TeachTool : public CanvasTool {
 public:
     explicit TeachTool(CanvasWidget& canvas);
@@ -28,6 +29,7 @@ private:
 
     QTimer m_follow;
     std::optional<QPointF> m_spot;
+    std::optional<QPointF> m_place; ///< that F6 would confirm
 };
 
 } // namespace sim

@@ -4,11 +4,13 @@
 #include "engine/languagemanager.h"
 #include "simengine/dialogs/dialogparts.h"
 #include "simengine/document/strokefonts.h"
+#include "simengine/document/textmessage.h"
+#include "simengine/document/variablestore.h"
 #include "simengine/view/fontdelegate.h"
 #include "simengine/view/fontlistmodel.h"
-#include "simengine/view/textmessage.h"
 #include "simengine/view/textpreview.h"
 #include "simengine/view/userfonts.h"
+#include "simengine/view/variablebar.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -72,6 +74,7 @@ TextDialog::TextDialog(QWidget* parent)
     build();
     TextSpec spec = lastStyle();
     spec.text.clear();
+    spec.variables = false;
     fill(spec);
 }
 
@@ -106,7 +109,9 @@ QVBoxLayout* TextDialog::buildLeft() {
     m_text->setPlaceholderText(LanguageManager::GetLanText("输入文字,可以多行"));
     m_text->setTabChangesFocus(true);
     m_text->setFixedHeight(84);
+    m_variables = new VariableBar(this);
     column->addWidget(m_text);
+    column->addWidget(m_variables);
     m_height = makeBox("doubleSpinBoxHeight", 3, kLeastTextHeight, kMostTextHeight, 0.5, this);
     m_letterSpacing = makeBox("doubleSpinBoxLetterSpacing", 3, -kMostLetterSpacing, kMostLetterSpacing, 0.1, this);
     m_lineSpacing = makeBox("doubleSpinBoxLineSpacing", 2, kLeastLineSpacing, kMostLineSpacing, 0.1, this);
@@ -132,6 +137,8 @@ QVBoxLayout* TextDialog::buildLeft() {
         connect(box, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &TextDialog::changed);
     connect(m_align, qOverload<int>(&QComboBox::currentIndexChanged), this, &TextDialog::changed);
     connect(m_text, &QPlainTextEdit::textChanged, this, &TextDialog::changed);
+    connect(m_variables, &VariableBar::changed, this, &TextDialog::changed);
+    connect(m_variables, &VariableBar::inserted, m_text, &QPlainTextEdit::insertPlainText);
     return column;
 }
 
@@ -183,6 +190,7 @@ QVBoxLayout* TextDialog::buildRight() {
 void TextDialog::fill(const TextSpec& spec) {
     m_opened = spec;
     m_text->setPlainText(spec.text);
+    m_variables->setOn(spec.variables);
     m_height->setValue(spec.height);
     m_letterSpacing->setValue(spec.letterSpacing);
     m_lineSpacing->setValue(spec.lineSpacing);
@@ -230,6 +238,7 @@ void TextDialog::changed() {
 TextSpec TextDialog::spec() const {
     TextSpec spec;
     spec.text = m_text->toPlainText();
+    spec.variables = m_variables->isOn();
     spec.family = m_family;
     spec.singleLine = m_singleLine;
     spec.bold = !m_singleLine && m_bold->isChecked();
@@ -243,11 +252,15 @@ TextSpec TextDialog::spec() const {
 
 bool TextDialog::refresh() {
     m_delay.stop();
-    const MadeText made = makeText(spec());
-    m_preview->setOutline(made.ok() ? made.shape.outline : PathShape());
-    m_message->setText(textMessage(made));
-    m_ok->setEnabled(made.ok());
-    return made.ok();
+    const TextSpec now = spec();
+    VariableProblem problem;
+    const QString shown = now.variables ? variableText(now.text, problem) : now.text;
+    const MadeText made = problem.ok() ? makeText(now, shown) : MadeText();
+    const bool good = problem.ok() && made.ok();
+    m_preview->setOutline(good ? made.shape.outline : PathShape());
+    m_message->setText(problem.ok() ? textMessage(made) : variableMessage(problem));
+    m_ok->setEnabled(good);
+    return good;
 }
 
 void TextDialog::accept() {

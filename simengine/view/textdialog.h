@@ -21,6 +21,7 @@ namespace sim {
 
 class FontListModel;
 class TextPreview;
+class VariableBar;
 
 /// Asks for a text, its font and its size, and shows it as it will be marked. "确定" is enabled while the text can be
 /// marked. Imported fonts are looked for each time it is made.
@@ -55,6 +56,7 @@ private:
     bool m_singleLine = true;
 
     QPlainTextEdit* m_text = nullptr;
+    VariableBar* m_variables = nullptr;
     QComboBox* m_kind = nullptr;
     QListView* m_fonts = nullptr;
     FontListModel* m_model = nullptr;

@@ -23,9 +23,25 @@ TextPreview::TextPreview(QWidget* parent)
 }
 
 void TextPreview::setOutline(const PathShape& outline) {
+    m_filled = false;
+    m_lineWidth = 0.0;
+    setPath(outline, {});
+}
+
+void TextPreview::setCode(const CodeShape& code, double module) {
+    m_filled = code.spec.marking == CodeMarking::Outline;
+    m_lineWidth = code.spec.marking == CodeMarking::Lines ? module / code.spec.linesPerModule : module;
+    setPath(code.outline, code.dots);
+}
+
+void TextPreview::setPath(const PathShape& outline, const QVector<QPointF>& dots) {
     m_path = QPainterPath();
+    m_path.setFillRule(Qt::OddEvenFill);
+    m_dots = dots;
     m_size.clear();
-    const Box box = shapeBounds(Shape(outline), QTransform());
+    Box box = shapeBounds(Shape(outline), QTransform());
+    for (const QPointF& dot : dots)
+        box.add(dot);
     if (box.isValid()) {
         m_bounds = QRectF(box.minX, box.minY, box.width(), box.height());
         const double extent = std::max({box.width(), box.height(), kLeastTextHeight});
@@ -55,10 +71,18 @@ void TextPreview::paintEvent(QPaintEvent*) {
     painter.translate(room.center());
     painter.scale(scale, -scale);
     painter.translate(-middle);
-    QPen pen(Qt::black, 1.2);
-    pen.setCosmetic(true);
+    if (m_filled) {
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.fillPath(m_path, Qt::black);
+        return;
+    }
+    QPen pen(Qt::black, m_lineWidth > 0.0 ? m_lineWidth : 1.2);
+    pen.setCosmetic(m_lineWidth <= 0.0);
+    if (!m_dots.isEmpty())
+        pen.setCapStyle(Qt::RoundCap);
     painter.setPen(pen);
     painter.drawPath(m_path);
+    painter.drawPoints(m_dots.constData(), m_dots.size());
 }
 
 } // namespace sim

@@ -5,6 +5,7 @@
 #include "engine/marklog.h"
 #include "simengine/document/textedits.h"
 #include "simengine/view/canvaswidget.h"
+#include "simengine/view/codetool.h"
 #include "simengine/view/textdialog.h"
 #include "simengine/view/viewsession.h"
 
@@ -60,15 +61,12 @@ void editText(CanvasWidget& canvas, const ObjectPtr& object) {
     ViewSession& session = canvas.session();
     if (session.document().isReadOnly() || object->kind() != ObjectKind::Text || isAsking(canvas))
         return;
-    open(canvas, new TextDialog(markedSpec(*object), &canvas), [&session, object](const TextSpec& spec) {
+    const int index = presentIndex(*session.state(), object, -1);
+    open(canvas, new TextDialog(markedSpec(*object), &canvas), [&session, object, index](const TextSpec& spec) {
         // the document may have been edited from elsewhere meanwhile
-        const StatePtr state = session.state();
-        for (int i = 0; i < state->count(); ++i) {
-            if (state->at(i) == object) {
-                session.changeText(i, ownSpec(*object, spec));
-                return;
-            }
-        }
+        const int now = presentIndex(*session.state(), object, index);
+        if (now >= 0)
+            session.changeText(now, ownSpec(*object, spec));
     });
 }
 

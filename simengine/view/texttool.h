@@ -17,6 +17,7 @@ public:
     void move(const CanvasPoint&) override {}
     void release(const CanvasPoint& point) override;
     bool cancel() override;
+    bool snaps() const override { return true; }
     QCursor cursor() const override { return Qt::IBeamCursor; }
 
 private:

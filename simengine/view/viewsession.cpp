@@ -5,9 +5,15 @@
 #include "engine/marklog.h"
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
+#include "simengine/card/cardlink.h"
+#include "simengine/document/codeedits.h"
+#include "simengine/document/codemaker.h"
+#include "simengine/document/codemessage.h"
 #include "simengine/document/textedits.h"
 #include "simengine/document/textmaker.h"
-#include "simengine/view/textmessage.h"
+#include "simengine/document/textmessage.h"
+#include "simengine/document/variablestore.h"
+#include "simengine/view/runningjob.h"
 #include "simengine/view/threepoints.h"
 
 #include <QThread>
@@ -31,6 +37,40 @@ constexpr int kPointsOfCircle = 3;
 
 void noteRefused(const QString& reason) {
     MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText("不能添加对象") + ":" + reason);
+}
+
+/// The text of a template with the present values; nothing, and the log tells why, when they cannot be had.
+std::optional<QString> presentText(const QString& text, bool variables) {
+    if (!variables)
+        return text;
+    VariableProblem problem;
+    QString present = variableText(text, problem);
+    if (problem.ok())
+        return present;
+    noteRefused(variableMessage(problem));
+    return std::nullopt;
+}
+
+std::optional<TextShape> makeNow(const TextSpec& spec) {
+    const std::optional<QString> text = presentText(spec.text, spec.variables);
+    if (!text)
+        return std::nullopt;
+    MadeText made = makeText(spec, *text);
+    if (made.ok())
+        return std::move(made.shape);
+    noteRefused(textMessage(made));
+    return std::nullopt;
+}
+
+std::optional<MadeCode> makeNow(const CodeSpec& spec) {
+    const std::optional<QString> text = presentText(spec.text, spec.variables);
+    if (!text)
+        return std::nullopt;
+    MadeCode made = makeCode(spec, *text);
+    if (made.ok())
+        return made;
+    noteRefused(codeMessage(made));
+    return std::nullopt;
 }
 
 } // namespace
@@ -73,13 +113,15 @@ void ViewSession::finishOperator() {
 
 void ViewSession::setAddMarkTool(std::unique_ptr<MarkTool> tool) {
     m_addTool = std::move(tool);
+    emit addMarkToolChanged();
 }
 
-bool ViewSession::addShape(const Shape& shape, const QTransform& transform) {
+bool ViewSession::addShape(const Shape& shape, const QTransform& transform, const HatchSettings& hatch) {
     ObjectData data;
     data.shape = shape;
     data.transform = transform;
     data.pen = currentPen();
+    data.hatch = hatch;
     QString fault;
     const ObjectPtr object = MarkObject::make(std::move(data), &fault);
     if (!object) {
@@ -89,22 +131,39 @@ bool ViewSession::addShape(const Shape& shape, const QTransform& transform) {
     return m_document.edit([&](const DocumentState& state) { return edits::add(state, {object}); });
 }
 
+bool ViewSession::refusesEdit() const {
+    if (m_document.isReadOnly())
+        noteRefused(LanguageManager::GetLanText("文档只读"));
+    return m_document.isReadOnly();
+}
+
 bool ViewSession::addText(const TextSpec& spec, const QPointF& place) {
-    const MadeText made = makeText(spec);
-    if (!made.ok() || m_document.isReadOnly()) {
-        noteRefused(made.ok() ? LanguageManager::GetLanText("文档只读") : textMessage(made));
+    if (refusesEdit())
         return false;
-    }
-    return addShape(made.shape, QTransform::fromTranslate(place.x(), place.y()));
+    const std::optional<TextShape> text = makeNow(spec);
+    return text && addShape(*text, QTransform::fromTranslate(place.x(), place.y()));
 }
 
 bool ViewSession::changeText(int index, const TextSpec& spec) {
-    const MadeText made = makeText(spec);
-    if (!made.ok()) {
-        noteRefused(textMessage(made));
+    const std::optional<TextShape> text = makeNow(spec);
+    return text && m_document.edit([&](const DocumentState& state) { return edits::setText(state, index, *text); });
+}
+
+bool ViewSession::addCode(const CodeSpec& spec, const QPointF& place) {
+    if (refusesEdit())
         return false;
-    }
-    return m_document.edit([&](const DocumentState& state) { return edits::setText(state, index, made.shape); });
+    const std::optional<MadeCode> made = makeNow(spec);
+    return made &&
+           addShape(made->shape, QTransform::fromTranslate(place.x(), place.y()), usualCodeHatch(spec, made->module));
+}
+
+bool ViewSession::changeCode(int index, const CodeSpec& spec) {
+    const std::optional<MadeCode> made = makeNow(spec);
+    if (!made)
+        return false;
+    const HatchSettings hatch = usualCodeHatch(spec, made->module);
+    return m_document.edit(
+        [&](const DocumentState& state) { return edits::setCode(state, index, made->shape, hatch); });
 }
 
 bool ViewSession::moveByKey(double dx, double dy) {
@@ -163,17 +222,25 @@ void ViewSession::teach(const QPointF& mm) {
     emit overlayChanged();
 }
 
+std::optional<QPointF> ViewSession::placeToConfirm() const {
+    if (!pilotSpot())
+        return m_taught;
+    return jobRuns() ? std::nullopt : steeredSpot();
+}
+
 void ViewSession::confirmTaughtPoint() {
-    if (!m_taught)
+    const std::optional<QPointF> place = placeToConfirm();
+    if (!place)
         return;
     if (m_operator == OperatorTeach) {
-        addShape(PointShape{*m_taught, -1.0});
+        addShape(PointShape{*place, -1.0});
         return;
     }
     if (m_operator != OperatorTeachCircle && m_operator != OperatorTeachArc)
         return;
-    m_confirmed.append(*m_taught);
-    m_taught.reset();
+    if (!m_confirmed.isEmpty() && m_confirmed.last() == *place)
+        return;
+    m_confirmed.append(*place);
     if (m_confirmed.size() == kPointsOfCircle) {
         const QVector<QPointF> points = std::exchange(m_confirmed, {});
         std::optional<Shape> shape;

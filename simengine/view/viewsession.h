@@ -38,11 +38,17 @@ public:
 
     /// Adds an object of the current pen and selects it. False when the document is read-only or the shape is no
     /// object.
-    bool addShape(const Shape& shape, const QTransform& transform = QTransform());
+    bool addShape(const Shape& shape, const QTransform& transform = QTransform(),
+                  const HatchSettings& hatch = HatchSettings());
     /// The same of a text; what hinders it is told in the log.
     bool addText(const TextSpec& spec, const QPointF& place);
     /// Another text in place of that of object `index`. False when nothing changed; what hinders it is told in the log.
     bool changeText(int index, const TextSpec& spec);
+    /// Adds a code whose lower left module lies at `place`, with the hatch that it needs to be read; what hinders it is
+    /// told in the log.
+    bool addCode(const CodeSpec& spec, const QPointF& place);
+    /// Another code in place of that of object `index`. False when nothing changed; what hinders it is told in the log.
+    bool changeCode(int index, const CodeSpec& spec);
     /// Moves the selection; a row of moves is one step of undo.
     bool moveByKey(double dx, double dy);
     bool removeSelected();
@@ -59,11 +65,13 @@ public:
 
     /// Called with the place of a press while teaching. May be set from any thread.
     std::atomic<void (*)(QPointF)> mirrorCallback{nullptr};
-    /// A press while teaching: tells the callback and keeps the place for confirmTaughtPoint().
+    /// A press while teaching: tells the callback, which sends the spot there.
     void teach(const QPointF& mm);
-    /// Place of the last press while teaching.
-    std::optional<QPointF> taughtPoint() const { return m_taught; }
-    /// Operator 13 makes the taught place a mark point, 17 and 18 take it as the next point of a circle or an arc.
+    /// The place that confirmTaughtPoint() takes: where the spot was steered to, by whatever means. With the card
+    /// closed there is no spot, and the last press stands for it; while a job moves the spot it is nobody's to confirm.
+    std::optional<QPointF> placeToConfirm() const;
+    /// Operator 13 makes that place a mark point, 17 and 18 take it as the next point of a circle or an arc. A place
+    /// that was just confirmed is not taken for the next one.
     void confirmTaughtPoint();
     const QVector<QPointF>& confirmedPoints() const { return m_confirmed; }
 
@@ -72,10 +80,14 @@ signals:
     void changed();
     /// The operator was changed from inside the view.
     void operatorChanged();
+    /// Another object is to be placed by operator 10.
+    void addMarkToolChanged();
     /// Something that is drawn over the objects is different.
     void overlayChanged();
 
 private:
+    /// A read-only document takes no objects, which the log tells.
+    bool refusesEdit() const;
     void notify();
 
     Document m_document;

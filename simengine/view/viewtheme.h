@@ -23,8 +23,10 @@ constexpr QRgb kAccentHalo = 0x500a6cd6; ///< around selected lines
 constexpr QRgb kCrossing = 0xff7a4fc0;   ///< rubber band that takes what it touches
 constexpr QRgb kCrossingSoft = 0x307a4fc0;
 constexpr QRgb kHover = 0xff62a5e8;
+constexpr QRgb kSnap = 0xffc2188b;        ///< places and lines that something is drawn to
 constexpr QRgb kRowSelected = 0xffe3eefb; ///< selected row of the object list
 constexpr QRgb kPilot = 0xffd8203c;       ///< spot of the pilot beam, in its own colour
+constexpr QRgb kFade = 0xb4ffffff;        ///< over the objects while their marking is shown
 constexpr QRgb kNotWorking = 0xff9aa5b0;  ///< objects that are not marked
 
 /// The pen's colour, darkened as far as it needs to stand out from the white canvas.

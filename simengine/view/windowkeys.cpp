@@ -7,11 +7,13 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
+#include <utility>
 
 namespace sim {
 
-WindowKeys::WindowKeys(QWidget& view)
-    : m_view(view) {
+WindowKeys::WindowKeys(QWidget& view, Take take)
+    : m_view(view)
+    , m_take(std::move(take)) {
     qApp->installEventFilter(this);
 }
 
@@ -19,11 +21,13 @@ bool WindowKeys::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
         return false;
     auto& key = *static_cast<QKeyEvent*>(event);
-    const bool direction = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
     const bool here = static_cast<QWidget*>(watched)->window() == m_view.window();
-    if (!direction || !here || m_view.isEnabled() || !m_view.isVisible() || !previewRuns())
+    if (!here || !m_view.isVisible())
         return false;
-    return handDirectionKey(key);
+    if (m_view.isEnabled())
+        return m_take(key);
+    const bool direction = key.key() >= Qt::Key_Left && key.key() <= Qt::Key_Down;
+    return direction && previewRuns() && handDirectionKey(key);
 }
 
 } // namespace sim

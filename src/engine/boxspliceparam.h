@@ -6,7 +6,8 @@
 
 /// Manual compensation of the box: offset and turn of everything marked, so that pieces of a large field meet.
 /// Main thread, except ChangeManualBox, which marking threads call. The members are the dialog's working values, filled
-/// by Read(); only what was saved acts on the machine.
+/// by Read(); only what was saved acts on the machine: on documents' jobs and single mirror moves by the engine, on the
+/// points of direct jobs by ChangeManualBox.
 class ENGINE_API BoxSpliceParam {
 public:
     static int m_EnableSplice; ///< 0 off, else on

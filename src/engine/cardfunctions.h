@@ -32,7 +32,8 @@ ENGINE_API int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data
 /// Restarts the card after a firmware update, or resets its flash. Ends a running job and blocks until the card is
 /// back.
 ENGINE_API void VZ_ResetCardFlash();
-/// The card rereads its parameter file; `path` is in Latin-1.
+/// The card rereads its parameter file, and with it the high-precision correction table when the file switches it on;
+/// `path` is in Latin-1.
 ENGINE_API void VZ_SetCardParaFile(char const* path);
 }
 

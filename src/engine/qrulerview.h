@@ -68,7 +68,10 @@ public:
     OperatorOnView GetOperatorOnView() const;
     /// Object that the next presses place, null for none; takes ownership.
     void SetCurAddMarkTool(MarkTool* tool);
-    /// Confirms a taught point.
+    /// Confirms the place to which the pilot beam's spot was steered: while points are taught it becomes a mark point,
+    /// while a circle or an arc is taught the next of its three points. Nothing while a job moves the spot, and in no
+    /// other operator. With the card closed the last press in the view is taken. The main window calls it for F6 while
+    /// points are taught; for circles and arcs the view itself takes F6, pressed anywhere in its window.
     void F6Pressed();
 
     // Editing
@@ -156,7 +159,8 @@ public:
 
     /// Takes pending direction keys from `m_DirKeys`, moves the selection by the key step and renews the running
     /// preview. Called every 10 ms on the key thread; locks `m_DirKeyLock`. `redView` is non-zero while a preview runs,
-    /// `selected` tells that it traces the selected objects only.
+    /// `selected` tells that it traces the selected objects only. A key leaves the list only when the selection is
+    /// moved by it, on the main thread, so that at most one waits of those that are queued into an empty list.
     ///
     /// The view makes two calls into the front end, on the main thread and by name through the meta-object, so that the
     /// engine links without it; both are to be invokable there. A direction key pressed in the view while a job runs

@@ -66,7 +66,8 @@ void AddMultiDoc::InitUI() {
     std::for_each(m_Masks.begin(), m_Masks.begin() + kChoosableInputs, [](QCheckBox* box) { box->setEnabled(true); });
 }
 
-/// A name with a line end in it cannot be kept in a project, where it would be two lines.
+/// The ending counts in small letters only: a run opens NAME.mkf, which a NAME.MKF is not. A name with a line end in it
+/// cannot be kept in a project, where it would be two lines.
 void AddMultiDoc::LoadFiles() {
     const QString folder = FileManager::GetFilePath();
     if (!QDir().mkpath(folder))

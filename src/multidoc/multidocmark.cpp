@@ -23,7 +23,7 @@ namespace {
 /// What a row asks for, px.
 constexpr QSize kRowSize(100, 32);
 /// Pairs of entries that the warning names.
-constexpr int kShownClashes = 8;
+constexpr int kNamedClashes = 8;
 
 QString text(char const* key) {
     return LanguageManager::GetLanText(key);
@@ -142,14 +142,11 @@ void MultiDocMark::ShowRuns(TrigerDoc const* doc) {
 
 /// Only warns: a plant may know that its inputs never change together.
 void MultiDocMark::ShowClashes() {
-    QStringList pairs;
-    for (QPair<int, int> const& pair : tessera::Clashes(m_Docs))
-        pairs.append(QStringLiteral("%1-%2").arg(pair.first).arg(pair.second));
-    const QString warning = text("可能同时触发,只运行靠前的文档") + QStringLiteral(": ");
-    const bool more = pairs.size() > kShownClashes;
-    ui->labelClash->setText(warning + QStringList(pairs.mid(0, kShownClashes)).join(QStringLiteral(", ")) +
-                            (more ? QStringLiteral(" ...") : QString()));
-    ui->labelClash->setVisible(!pairs.isEmpty());
+    const QString warning =
+        tessera::ClashText(tessera::FindClashes(m_Docs, kNamedClashes), text("可能同时触发,只运行靠前的文档"),
+                           text("%1对文档仅在多个输入同时变化时同时触发,只运行靠前的文档"));
+    ui->labelClash->setText(warning);
+    ui->labelClash->setVisible(!warning.isEmpty());
 }
 
 void MultiDocMark::UpDateWindowText() {
@@ -159,7 +156,10 @@ void MultiDocMark::UpDateWindowText() {
     SetUIEnable();
 }
 
+/// During a run SetUI holds the buttons.
 void MultiDocMark::SetUIEnable() {
+    if (m_Thread.isRunning())
+        return;
     for (QPushButton* button : {ui->pushButtonAdd, ui->pushButtonDel, ui->pushButtonMoveUp, ui->pushButtonMoveDown,
                                 ui->pushButtonEdit, ui->pushButtonRun})
         button->setEnabled(HasFile());
@@ -178,9 +178,9 @@ void MultiDocMark::AskForSave() {
 void MultiDocMark::StoreAs(QString const& name) {
     SaveDoc(name);
     SetCurMultiMarkFile(name);
-    ::sync();
 }
 
+/// Kept: everything is written out also when no project was made.
 void MultiDocMark::OnNew() {
     if (!AuthorityManager::CanNewFile())
         return;
@@ -190,6 +190,7 @@ void MultiDocMark::OnNew() {
         ClearDocs();
         StoreAs(dialog.GetFileName());
     }
+    ::sync();
 }
 
 void MultiDocMark::OnOpen() {
@@ -220,8 +221,10 @@ void MultiDocMark::OnSaveAs() {
     if (!CanSave())
         return;
     FileManager dialog(this, FileManagerSaveAs, MarkFileProject);
-    if (dialog.exec() == QDialog::Accepted)
-        StoreAs(dialog.GetFileName());
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    StoreAs(dialog.GetFileName());
+    ::sync();
 }
 
 /// Kept: asks for the right to save of someone who only wants to look, too.

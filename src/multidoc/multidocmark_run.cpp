@@ -169,8 +169,10 @@ void MultiDocMark::note(QString const& text) {
     MarkLog::Instance()->ShowNode(NoteRun, text);
 }
 
+/// The card has one register for the kind of a job: the documents' laser and the preview of another run must not meet
+/// there.
 void MultiDocMark::StartMark() {
-    if (m_Thread.isRunning())
+    if (m_Thread.isRunning() || MainWindow::Instance()->IsJobUnderWay())
         return;
     for (TrigerDoc const* doc : qAsConst(m_Docs))
         MainWindow::Instance()->OpenFile(doc->m_FileName);

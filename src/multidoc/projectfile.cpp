@@ -44,15 +44,15 @@ QVector<TrigerDoc> ReadProject(QByteArray const& bytes) {
     useCodec(stream);
     const int count = stream.readLine().toInt();
     QVector<TrigerDoc> docs;
-    if (count > kMaxProjectDocs)
-        return docs;
-    for (int i = 0; i < count; ++i) {
+    while (docs.size() < count && !stream.atEnd()) {
         TrigerDoc doc;
         doc.m_FileName = stream.readLine();
         doc.m_nValue = stream.readLine().toUInt();
         doc.m_nMask = stream.readLine().toUInt();
         docs.append(doc);
     }
+    if (count <= kMaxFilledDocs && docs.size() < count)
+        docs.resize(count);
     return docs;
 }
 

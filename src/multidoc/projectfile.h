@@ -8,8 +8,9 @@
 
 namespace tessera {
 
-/// A count above this is taken for a damaged file.
-constexpr int kMaxProjectDocs = 10000;
+/// A text that ends before its count is reached is filled up with empty entries to that count, unless the count is
+/// above this and so taken for a damaged number.
+constexpr int kMaxFilledDocs = 10000;
 
 /// The folder of the projects, with a slash at its end.
 QString ProjectFolder();
@@ -21,7 +22,8 @@ QString RecentProjectPath();
 /// The text of a project: the number of entries, then file name, value and mask of each, a line each.
 QByteArray WriteProject(QVector<TrigerDoc*> const& docs);
 /// The entries of such a text. What is behind the counted ones is left alone; where a line is missing the name is empty
-/// or the number zero. A count that is no number, negative or above kMaxProjectDocs gives no entries.
+/// or the number zero; entries that are all missing are filled up as kMaxFilledDocs tells. A count that is no number or
+/// negative gives no entries. Whatever WriteProject has written comes back, however many entries it has.
 QVector<TrigerDoc> ReadProject(QByteArray const& bytes);
 
 /// The text that tells the last project, and its name in such a text.

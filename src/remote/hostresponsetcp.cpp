@@ -13,6 +13,7 @@
 #include <QTcpSocket>
 #include <QTextCodec>
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <utility>
 
@@ -22,6 +23,9 @@ namespace {
 
 /// A receive pass gives way to the rest of the window after this time.
 constexpr qint64 kPassNs = 500 * 1000;
+/// Log lines of refused hosts: one that tries again and again is not to fill the disk.
+constexpr int kRefusedLines = 20;
+constexpr std::chrono::minutes kRefusedTime{1};
 constexpr qint64 kNoLimit = std::numeric_limits<qint64>::max();
 
 QString const kNewClient = QStringLiteral("新客户端---");
@@ -70,6 +74,7 @@ HostResponseTcp::HostResponseTcp(HostAccess const& access)
     : m_nPort(SystemParam::Instance()->GetScribePort())
     , m_LocalAddress(firstLocalAddress())
     , m_Access(access)
+    , m_RefusedLimit(kRefusedLines, kRefusedTime)
     , m_Runs(std::make_shared<HostRuns>()) {
     for (QString const& problem : m_Access.Problems())
         MarkLog::Instance()->ShowNote_Error(problem);
@@ -100,6 +105,17 @@ QTcpSocket* HostResponseTcp::ReplaceClient(QTcpSocket* client) {
     return std::exchange(m_pClient, client);
 }
 
+void HostResponseTcp::NoteRefused(QString const& sender) {
+    NoteRefusalsLeftOut();
+    if (m_RefusedLimit.allows(LogLimit::Time::clock::now()))
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("host port: refused by HostTcp.ini: ") + sender);
+}
+
+void HostResponseTcp::NoteRefusalsLeftOut() {
+    if (const long long count = m_RefusedLimit.takeLeftOut(LogLimit::Time::clock::now()))
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("host port: %1 more hosts refused").arg(count));
+}
+
 /// Nothing that happens to the socket from now on is the client's.
 void HostResponseTcp::LetGo(QTcpSocket* socket) {
     socket->disconnect(this);
@@ -114,7 +130,7 @@ void HostResponseTcp::NewConnection() {
     const QString address = socket->peerAddress().toString();
     const QString sender = address + QLatin1Char(':') + QString::number(socket->peerPort());
     if (!m_Access.Admits(socket->peerAddress())) {
-        MarkLog::Instance()->ShowNote_Error(QStringLiteral("host port: refused by HostTcp.ini: ") + sender);
+        NoteRefused(sender);
         socket->abort();
         socket->deleteLater();
         return;

@@ -6,6 +6,7 @@
 #include "remote/hostlistener.h"
 #include "remote/mainthreadcalls.h"
 #include "remote/trafficlog.h"
+#include "support/loglimit.h"
 
 #include <QAbstractSocket>
 #include <QObject>
@@ -75,6 +76,8 @@ private:
     QTcpSocket* Client() const;
     QTcpSocket* ReplaceClient(QTcpSocket* client);
     void LetGo(QTcpSocket* socket);
+    void NoteRefused(QString const& sender);
+    void NoteRefusalsLeftOut();
     bool WriteHere(QString const& text);
     void Send(QString const& reply);
     void LogTraffic(QString const& title, QString const& text);
@@ -98,6 +101,7 @@ private:
     QString m_Sender;             ///< "address:port" of the newest client
     QTimer m_Continue;
     tessera::HostAccess m_Access;
+    tessera::LogLimit m_RefusedLimit;
     tessera::TrafficLog m_Traffic;
     tessera::MainThreadCalls m_Calls{this};
     std::shared_ptr<tessera::HostRuns> m_Runs;

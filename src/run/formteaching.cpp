@@ -47,7 +47,9 @@ FormTeaching::FormTeaching(QWidget* parent)
     ui->labelCurrentPos->setText(LanguageManager::GetLanText("当前位置"));
     ui->pushButtonRecordPoint->setText(LanguageManager::GetLanText("生成单点"));
     ui->pushButtonMoveCenter->setText(LanguageManager::GetLanText("回中心"));
+    ui->pushButtonClose->setText(LanguageManager::GetLanText("关闭"));
     ConnectSteps();
+    connect(ui->pushButtonClose, &QPushButton::clicked, this, &QWidget::close);
     connect(MainWindow::Instance(), &MainWindow::SetCurMirrorPos, this, &FormTeaching::onChangePos);
 }
 

@@ -33,6 +33,8 @@ RedLoopPreview::RedLoopPreview(QWidget* parent)
     ui->pushButtonLeft->setIcon(arrow("left"));
     ui->pushButtonRight->setIcon(arrow("right"));
     setWindowTitle(LanguageManager::GetLanText("红光循环预览"));
+    ui->pushButtonClose->setText(LanguageManager::GetLanText("关闭"));
+    connect(ui->pushButtonClose, &QPushButton::clicked, this, &QWidget::close);
 }
 
 RedLoopPreview::~RedLoopPreview() = default;

@@ -11,7 +11,8 @@ class RedLoopPreview;
 }
 
 /// Four arrows that nudge the selection while the pilot beam traces it again and again: as long as the dialog is up the
-/// preview loops. Made hidden; stays on top. Main thread.
+/// preview loops. Made hidden; stays on top. Its own button closes it: a kiosk's windows have no frame, and the main
+/// window is locked while the beam loops. Main thread.
 class RedLoopPreview : public QDialog {
     Q_OBJECT
 public:

@@ -101,6 +101,8 @@ public:
     void SetRedVie(bool on) { m_bRedView = on; }
     /// 0 no run dialog is visible, 1 the single-document one, 2 the multi-document one. Any thread.
     int MarkWindowIsVisible();
+    /// A run or preview of the run dialog, shown or not, or of a remote order goes on. Any thread.
+    bool IsJobUnderWay() const;
     void ShowNormalMarkWindow();
     void ShowMultDocMarkWindow();
     /// Asks for the visible run dialog to be centred. Any thread.
@@ -348,6 +350,7 @@ private:
     void BackToSelect();
     void NewTeachingWindow();
     void NeedTeachingWindow();
+    bool IsTeachingOpen() const;
 
     static std::atomic<MainWindow*> m_pInstance;
     static int m_FirstLoad;

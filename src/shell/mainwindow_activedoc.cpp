@@ -9,6 +9,7 @@
 #include "shell/actiongroups.h"
 
 #include <QLabel>
+#include <QMutexLocker>
 
 void MainWindow::SetUIChangeDoc(QRulerView* view) {
     QRulerView* old = m_pCurDoc;
@@ -17,6 +18,9 @@ void MainWindow::SetUIChangeDoc(QRulerView* view) {
     if (old) {
         ConnectView(old, false);
         ShowObjList(old, false);
+        // A key that nobody has taken yet must not move its objects when it is back, maybe hours later.
+        const QMutexLocker lock(&old->m_DirKeyLock);
+        old->m_DirKeys.clear();
     }
     m_pCurDoc = view;
     if (view)
@@ -52,7 +56,11 @@ void MainWindow::ConnectView(QRulerView* view, bool on) {
 void MainWindow::EnableForDocument(QRulerView* view) {
     UnSelectAllTooll();
     ShowObjList(view, true);
-    (view->GetOperatorOnView() == OperatorAddPoint ? ui->actionAddPoint : ui->Select)->setChecked(true);
+    const OperatorOnView op = view->GetOperatorOnView();
+    (op == OperatorAddPoint ? ui->actionAddPoint
+     : op == OperatorTeach  ? ui->actionTeaching
+                            : ui->Select)
+        ->setChecked(true);
     SetSelectObjCnt(view->GetSelectedToolCnt());
     const bool canSave = AuthorityManager::CanSaveFile();
     ui->actionSaveAll->setEnabled(canSave);

@@ -61,6 +61,11 @@ void MainWindow::IOStopRun() {
     ExternalResponse::Instance()->StopRun();
 }
 
+bool MainWindow::IsJobUnderWay() const {
+    Form_Marking const* dialog = Form_Marking::Instance();
+    return (dialog && dialog->IsRunning()) || ExternalResponse::Instance()->IsRunning();
+}
+
 void MainWindow::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     if (SystemParam::Instance()->m_nResponseShortcut == 0 || key < Qt::Key_F5 || key > Qt::Key_F8) {
@@ -75,6 +80,8 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (key == Qt::Key_F6) {
         QRulerView* view = GetCurDoc();
         if (!view)
+            return;
+        if (event->isAutoRepeat()) // a key that is held down confirms and triggers once
             return;
         if (view->GetOperatorOnView() == OperatorTeach) {
             view->F6Pressed();
@@ -135,6 +142,9 @@ void MainWindow::SetTextsSub(QVector<QString> texts, QVector<DebugInfoType> type
             this, [=] { SetTextsSub(texts, types); }, Qt::QueuedConnection);
         return;
     }
+    // Who asks in every poll while an alarm lasts must not fill the disk.
+    if (m_pStatusView->Shows(texts))
+        return;
     m_pStatusView->ClearText();
     for (int i = 0; i < texts.size(); ++i)
         ShowTextsSub(texts.at(i), i < types.size() ? types.at(i) : DebugInfoAlarm);

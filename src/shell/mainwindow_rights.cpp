@@ -28,7 +28,8 @@ void MainWindow::OnUserChanged() {
     ui->actionSaveFile->setEnabled(canSave);
     if (AuthorityManager::CanAddMarkShape()) {
         ui->toolbar_AddMarkTool->setEnabled(true);
-        ui->actionTeaching->setEnabled(true);
+        // only the close of its window ends teaching, whoever is logged in then and whatever document is open
+        ui->actionTeaching->setEnabled(!IsTeachingOpen());
     } else {
         BackToSelect();
     }

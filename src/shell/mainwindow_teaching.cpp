@@ -45,19 +45,29 @@ void MainWindow::onTeaching(bool on) {
     m_pTeaching->show();
 }
 
+/// A document that was left meanwhile must not go on teaching unseen, its F6 would add points; nor may a circle that
+/// was taught by the window's arrows look as if it went on.
 void MainWindow::onTeachingRecover() {
     ui->actionTeaching->setEnabled(true);
-    QRulerView* view = GetActiveView();
-    if (!view)
+    for (QRulerView* view : qAsConst(m_Docs)) {
+        if (view->GetOperatorOnView() == OperatorTeach)
+            view->SetOperatorOnView(OperatorSelect);
+    }
+    if (!GetActiveView())
         return;
-    ui->actionTeaching->setChecked(false);
-    view->SetOperatorOnView(OperatorSelect);
+    UnSelectAllTooll();
+    BackToSelect();
 }
 
 /// The window of before goes: each one that hears of the places pressed in the view would send the beam there.
 void MainWindow::NewTeachingWindow() {
     delete m_pTeaching;
     m_pTeaching = new FormTeaching(this);
+}
+
+/// Between the start of teaching and the close of its window; the one that circles and arcs use stays hidden.
+bool MainWindow::IsTeachingOpen() const {
+    return m_pTeaching && !m_pTeaching->isHidden();
 }
 
 /// Circles and arcs are taught without a window of their own; the hidden one sends the beam to the places pressed.

@@ -22,6 +22,7 @@
 #include "shell/statuseview.h"
 #include "shell/statuszones.h"
 #include "shell/toolbarstyle.h"
+#include "shell/toolwindowkeys.h"
 #include "shell/windowgeometry.h"
 #include "ui_mainwindow.h"
 
@@ -236,6 +237,7 @@ void MainWindow::ConnectOwnSignals() {
     connect(m_pFileList, &FileListView::ActivDocChanged, this, &MainWindow::on_ActivDocChanged);
     connect(m_pFileList, &FileListView::ClosedFile, this, &MainWindow::on_CloseFile);
     connect(m_pFileList, &FileListView::ChangeFileIndex, this, &MainWindow::OnChangeFileIndex);
+    new tessera::ToolWindowKeys(*this);
     connect(this, &MainWindow::UserChanged, this, &MainWindow::OnUserChanged);
     connect(this, &MainWindow::TimerUpDate, this, &MainWindow::OnTimerUpDate);
     connect(this, &MainWindow::ResetAlarmStatus, this, &MainWindow::OnResetAlarmStatus);

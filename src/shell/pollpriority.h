@@ -10,7 +10,7 @@ namespace tessera {
 /// Lends the thread that handles the input poll a real-time priority from the beat until the poll is done, so that on a
 /// busy machine other programs do not come between. What that thread has under way, such as the drawing of a frame, is
 /// brought to its end with it; the loan is bounded, so that a long calculation does not hold the machine. Where the
-/// process may not, or the thread has a real-time priority of its own, nothing is changed. Threads and programs that
+/// process may not, or the thread has a scheduling of its own, nothing is changed. Threads and programs that
 /// are started meanwhile do not inherit the loan.
 class PollPriority {
 public:

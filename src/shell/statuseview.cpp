@@ -52,6 +52,16 @@ void StatuseView::ShowText(QString const& text, DebugInfoType) {
     ui->listWidget->addItem(text);
 }
 
+bool StatuseView::Shows(QVector<QString> const& texts) const {
+    if (ui->listWidget->count() != texts.size())
+        return false;
+    for (int row = 0; row < texts.size(); ++row) {
+        if (ui->listWidget->item(row)->text() != texts.at(row))
+            return false;
+    }
+    return true;
+}
+
 void StatuseView::ClearText() {
     ui->listWidget->clear();
 }

@@ -5,6 +5,7 @@
 
 #include <QFrame>
 #include <QString>
+#include <QVector>
 #include <memory>
 
 class QLabel;
@@ -21,6 +22,8 @@ public:
     /// Appends a line; the kind is not shown.
     void ShowText(QString const& text, DebugInfoType type);
     void ClearText();
+    /// The list consists of exactly these lines.
+    bool Shows(QVector<QString> const& texts) const;
     /// Name and state of a switch. A `bit` below 0 (output not fitted) disables the picture and leaves it as it was.
     void SetProtectGas(int bit, QString const& name);
     void SetRedLight(int bit, QString const& name);

@@ -79,7 +79,7 @@ class Scripts(TreeTest):
 
     def test_a_failed_configure_says_what_to_do(self):
         code, said, called = self.step("configure_if_needed dev", CMAKE_RESULT="1")
-        self.assertEqual((code, called), (1, "cmake --preset dev\n"))
+        self.assertEqual((code, called), (1, "cmake --preset dev -DTESSERA_PRECOMPILED=ON\n"))
         self.assertIn("mend what CMake says", said.splitlines()[-1])
 
     def test_a_failed_build_says_what_to_do(self):
@@ -97,7 +97,7 @@ class Scripts(TreeTest):
         self.write("CMakePresets.json", "{}")
         self.write("build/dev/build.ninja", "")
         self.age("build/dev/build.ninja", 100)
-        self.assertEqual(self.step("configure_if_needed dev")[2], "cmake --preset dev\n")
+        self.assertEqual(self.step("configure_if_needed dev")[2], "cmake --preset dev -DTESSERA_PRECOMPILED=ON\n")
 
     def age(self, path, seconds):
         full = os.path.join(self.root, path)
@@ -221,13 +221,13 @@ class Commands(TreeTest):
 
     def test_test_under_thread_sanitizer_takes_its_label(self):
         called = self.call("test.sh", "--sanitize", "thread", TEST_JOBS="2")[2]
-        self.assertEqual(called[0], "cmake --preset tsan")
+        self.assertEqual(called[0], "cmake --preset tsan -DTESSERA_PRECOMPILED=ON")
         self.assertIn("cmake --build --preset tsan --target tests_label_tsan", called)
         self.assertTrue(called[-1].startswith("setarch ") and called[-1].endswith(self.CTEST % "tsan" + " -L ^tsan$"), called[-1])
 
     def test_test_under_address_sanitizer_takes_all_but_the_slow_ones(self):
         called = self.call("test.sh", "--sanitize", "address", TEST_JOBS="2")[2]
-        self.assertEqual(called, ["cmake --preset asan", "cmake --build --preset asan --target all",
+        self.assertEqual(called, ["cmake --preset asan -DTESSERA_PRECOMPILED=ON", "cmake --build --preset asan --target all",
                                   self.CTEST % "asan" + " -LE ^slow$"])
 
     def test_test_fails_with_ctest(self):

@@ -41,7 +41,7 @@ inline sim::Job squareJob() {
 class OpenCardTest : public QObject {
     Q_OBJECT
 
-private slots:
+protected slots:
     void initTestCase() {
         QVERIFY(m_root.isValid());
         tessera::setApplicationRoot(m_root.path());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "cardfixture.h"
 
+#include "simengine/card/headmap.h"
 #include "simengine/card/statuswords.h"
 
 #include <clocale>
@@ -192,18 +193,26 @@ TEST(Trace, reader_follows_and_starts_again_with_a_new_pass) {
     EXPECT_EQ(from, 1u);
 }
 
-TEST(Trace, point_map_moves_rows_to_come) {
+TEST(Trace, keeps_what_was_commanded_and_how_the_jobs_head_marks_it) {
+    SimHeadDistortion doubling;
+    doubling.scaleX = 2.0;
     Trace trace;
-    trace.beginPass();
+    trace.beginJob(HeadMap::make(doubling, {}, nullptr, false, 0));
     trace.append({0, {1, 2}, 0, false, false});
-    trace.setPointMap([](const Point& p) { return Point{p.x * 2, p.y + 1}; });
-    trace.append({1, {1, 2}, 0, false, false});
-    trace.setPointMap({});
-    trace.append({2, {1, 2}, 0, false, false});
-    const TraceSnapshot rows = trace.snapshot();
-    EXPECT_EQ(rows[0].at, (Point{1, 2}));
-    EXPECT_EQ(rows[1].at, (Point{2, 3}));
-    EXPECT_EQ(rows[2].at, (Point{1, 2}));
+    const TraceSnapshot first = trace.snapshot();
+    EXPECT_EQ(first[0].at, (Point{1, 2}));
+    ASSERT_TRUE(first.head());
+    EXPECT_EQ(first.head()->marked(first[0].at, 0), (Point{2, 2}));
+    EXPECT_FALSE(first.commanded().head());
+    EXPECT_EQ(traceCsv(first), "time,x,y,laser,pen\n0.000000,2.000000,2.000000,0,0\n");
+    EXPECT_EQ(traceCsv(first.commanded()), "time,x,y,laser,pen\n0.000000,1.000000,2.000000,0,0\n");
+    trace.beginPass();
+    EXPECT_TRUE(trace.head());
+    EXPECT_EQ(trace.snapshot().passOfJob(), 1u);
+    trace.beginJob(nullptr);
+    EXPECT_FALSE(trace.head());
+    EXPECT_EQ(trace.snapshot().passOfJob(), 0u);
+    EXPECT_TRUE(first.head()); // what was read stays as it was
 }
 
 TEST(Trace, csv_has_its_header_and_plain_numbers_in_any_locale) {

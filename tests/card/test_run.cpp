@@ -74,6 +74,24 @@ TEST_F(CardRun, kind_register_decides_how_a_job_is_run) {
     EXPECT_NEAR(card.bufferRunTimeMs(), 10 + 200, 1e-9);
 }
 
+TEST_F(CardRun, a_job_keeps_the_kind_it_began_with) {
+    const std::pair<MarkKind, MarkKind> changes[] = {{MarkKind::RedPreview, MarkKind::Laser},
+                                                     {MarkKind::Laser, MarkKind::RedPreview},
+                                                     {MarkKind::BorderPreview, MarkKind::Laser}};
+    for (const auto& [ordered, later] : changes) {
+        card.setKind(ordered);
+        const auto ticket = card.arm();
+        card.setKind(later);
+        ASSERT_TRUE(card.run(jobOf({square(10, 0, 10)}), false, ticket));
+        const TraceSnapshot rows = card.trace().snapshot();
+        bool laser = false;
+        for (std::size_t i = 0; i < rows.size(); ++i)
+            laser = laser || rows[i].laser;
+        EXPECT_EQ(laser, ordered == MarkKind::Laser);
+        EXPECT_EQ(card.kind(), later);
+    }
+}
+
 TEST_F(CardRun, next_job_starts_where_the_last_one_ended) {
     EXPECT_TRUE(card.run(jobOf({polyline({{0, 0}, {30, 40}})}), false));
     EXPECT_TRUE(card.run(jobOf({polyline({{0, 0}, {10, 0}})}), false));

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Runs, pens, lists, inputs and outputs of the card as the boundary shows them, on the simulated machine.
 #include "opencardtest.h"
+#include "simengine/card/bordersettings.h"
 
+#include <QDir>
+#include <QFile>
 #include <future>
 
 using namespace sim;
@@ -9,6 +12,10 @@ using namespace sim;
 namespace {
 
 QStringList g_messages;
+
+QString parameterFile() {
+    return tessera::rootPath(QStringLiteral("/ini/VZMarkPara.cfg"));
+}
 
 void takeMessage(char const* text, int kind) {
     g_messages << QString::number(kind) + ":" + QString::fromUtf8(text);
@@ -21,6 +28,9 @@ class tst_CardBoundary : public OpenCardTest {
 
 private slots:
     void closed_card_does_nothing_and_gives_idle_values();
+    void the_border_goes_as_the_parameter_file_says_data();
+    void the_border_goes_as_the_parameter_file_says();
+    void the_border_is_set_and_kept();
     void run_control_calls_are_recorded_in_order();
     void stop_makes_start_mark_return_true();
     void start_mark_in_state_stop_gives_false();
@@ -117,6 +127,72 @@ void tst_CardBoundary::run_control_calls_are_recorded_in_order() {
     QVERIFY(tessera_sim_control()->state().errorOutput);
     VZ_OutputError(0);
     QVERIFY(!tessera_sim_control()->state().errorOutput);
+}
+
+void tst_CardBoundary::the_border_goes_as_the_parameter_file_says_data() {
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("corners");
+    QTest::addColumn<double>("speed");
+    QTest::newRow("no file") << QByteArray() << 4 << 2000.0;
+    QTest::newRow("rectangle") << QByteArray("[CARD]\nBorderOutline=0\n") << 4 << 2000.0;
+    QTest::newRow("hull") << QByteArray("[CARD]\nBorderOutline=1\n") << 3 << 2000.0;
+    QTest::newRow("unknown") << QByteArray("[CARD]\nBorderOutline=2\nBorderSpeed=fast\n") << 4 << 2000.0;
+    QTest::newRow("speed") << QByteArray("[CARD]\nBorderSpeed=150.5\n") << 4 << 150.5;
+    QTest::newRow("negative speed") << QByteArray("[CARD]\nBorderSpeed=-3\n") << 4 << 2000.0;
+    QTest::newRow("both") << QByteArray("[CARD]\nAlarmTime=5\nBorderOutline=1\nBorderSpeed=80\n") << 3 << 80.0;
+}
+
+/// The file is looked at for every job, drawn or direct.
+void tst_CardBoundary::the_border_goes_as_the_parameter_file_says() {
+    QFETCH(QByteArray, text);
+    QFETCH(int, corners);
+    QFETCH(double, speed);
+    simulatedCard().setSpeed(0);
+    m_card->SetMarkStaus(MarkStatusRun);
+    m_card->SetMarkType(MarkTypeBorderPreview);
+    LayerParamEx layers;
+    LayerData pen;
+    pen.RedSpeed = 2000.0;
+    pen.UseDefault = false;
+    layers.SetLayerData(0, pen);
+    m_card->DownLayerPara(&layers, 20);
+    QFile file(parameterFile());
+    QVERIFY(QDir().mkpath(QFileInfo(file).path()));
+    file.remove();
+    if (!text.isEmpty()) {
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(text), qint64(text.size()));
+        file.close();
+    }
+    Job job;
+    job.strokes.push_back({0, {{0, 0}, {30, 0}, {15, 20}}});
+    for (bool direct : {false, true}) {
+        if (direct) {
+            DOT3 points[] = {{0, 0, 0}, {30, 0, 0}, {15, 20, 0}};
+            m_card->BeginList(1);
+            m_card->AddList(points, 3, 0);
+            m_card->EndList();
+        } else {
+            QVERIFY(CardRun(false, false).start(job));
+        }
+        QCOMPARE(int(simulatedCard().trace().snapshot().size()), corners + 1);
+        const JobTime time = simulatedCard().lastTime();
+        QVERIFY(qAbs(time.markedMm / time.markMs * 1000.0 - speed) < 1e-6);
+    }
+    file.remove();
+}
+
+void tst_CardBoundary::the_border_is_set_and_kept() {
+    QVERIFY(writeBorderSettings({BorderOutline::Hull, 321.5}));
+    const BorderSettings kept = readBorderSettings();
+    QCOMPARE(int(kept.outline), int(BorderOutline::Hull));
+    QCOMPARE(kept.speed, 321.5);
+    QFile file(parameterFile());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("BorderOutline=1"));
+    QVERIFY(writeBorderSettings({}));
+    QCOMPARE(int(readBorderSettings().outline), int(BorderOutline::Rectangle));
+    QCOMPARE(readBorderSettings().speed, 0.0);
 }
 
 void tst_CardBoundary::stop_makes_start_mark_return_true() {

@@ -201,12 +201,6 @@ void tst_CardDevices::control_is_found_by_its_symbol() {
 void tst_CardDevices::control_refuses_what_the_machine_has_not() {
     SimControl* control = tessera_sim_control();
     std::string error;
-    SimHeadDistortion head;
-    QVERIFY(!control->setHead(head, error));
-    QVERIFY(!error.empty());
-    QVERIFY(!control->head(head, error));
-    QVERIFY(!control->measureHead("x", error));
-    error.clear();
     QVERIFY(!control->showPanel(true, error));
     QVERIFY(!error.empty());
 }

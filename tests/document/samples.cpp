@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "samples.h"
 
+#include "simengine/document/codemaker.h"
 #include "simengine/document/mkfcodec.h"
 #include "simengine/document/textmaker.h"
 
@@ -57,6 +58,17 @@ ObjectPtr group(const ObjectList& children) {
     return object(GroupShape{children});
 }
 
+ObjectPtr generated(const QByteArray& parameters) {
+    GeneratedShape shape;
+    shape.toolClass = QStringLiteral("SampleTriangle");
+    shape.parameters = parameters;
+    shape.outline.moveTo({0, 0});
+    shape.outline.lineTo({10, 0});
+    shape.outline.cubicTo({10, 4}, {8, 8}, {0, 8});
+    shape.outline.close();
+    return object(shape);
+}
+
 namespace {
 
 ObjectPtr styledText() {
@@ -69,6 +81,19 @@ ObjectPtr styledText() {
     spec.letterSpacing = 0.125;
     spec.lineSpacing = 2.25;
     return object(makeText(spec).shape);
+}
+
+ObjectPtr variableCode() {
+    CodeSpec spec;
+    spec.text = QStringLiteral("N{serial:A}");
+    spec.variables = true;
+    spec.symbology = Symbology::Code128;
+    spec.fitted = true;
+    spec.width = 42.5;
+    spec.barHeight = 6.25;
+    spec.marking = CodeMarking::Lines;
+    spec.linesPerModule = 2;
+    return object(makeCode(spec, QStringLiteral("N0042")).shape);
 }
 
 } // namespace
@@ -97,7 +122,9 @@ ObjectList everyKind() {
                        arc(1, 2, 3, 40, -200),
                        path(),
                        group({rect(0, 0, 1, 1), group({circle(5, 5, 1), point(2, 2)})}),
-                       styledText()};
+                       styledText(),
+                       variableCode(),
+                       generated(QByteArray("\0\xff parameters", 13))};
     ObjectList objects;
     for (size_t i = 0; i < bare.size(); ++i) {
         ObjectData data = bare[i]->data();

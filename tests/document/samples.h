@@ -21,6 +21,9 @@ sim::ObjectPtr group(const sim::ObjectList& children);
 /// A text in a single-line font.
 sim::ObjectPtr text(const QString& characters, double height = 5.0);
 
+/// What a tool module may have made: a triangle with one curved side.
+sim::ObjectPtr generated(const QByteArray& parameters = QByteArrayLiteral("r=5"));
+
 /// One object of every kind, all fields away from their defaults.
 sim::ObjectList everyKind();
 /// A document of everyKind() with pens and settings away from their defaults.

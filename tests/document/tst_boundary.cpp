@@ -24,7 +24,7 @@ private slots:
     void default_pen_outlives_the_program();
     void damaged_default_pen_gives_the_built_in_one();
     void modules_are_loaded_once_and_freed();
-    void folder_without_modules_gives_none();
+    void root_without_modules_has_those_of_the_engine_alone();
     void files_that_are_no_modules_are_passed_over();
     void tool_outside_a_document_has_default_fills();
 
@@ -148,9 +148,10 @@ void BoundaryTest::modules_are_loaded_once_and_freed() {
     QVERIFY(QDir(m_root->path()).mkpath("MarkToolModules"));
     QVERIFY(QFile::copy(SAMPLE_MODULE, m_root->filePath("MarkToolModules/star.so")));
     LoadExternToolModules();
+    const int loaded = GetExternModules().size();
     LoadExternToolModules();
-    QCOMPARE(GetExternModules().size(), 1);
-    IMarkToolModule* module = GetExternModules().first();
+    QCOMPARE(GetExternModules().size(), loaded);
+    IMarkToolModule* module = GetExternModules().last();
     QCOMPARE(module->GetToolInfos().first()->GetToolName(), QStringLiteral("星形"));
     QVERIFY(!module->CreateTool("MarkToolCircle"));
     {
@@ -164,8 +165,11 @@ void BoundaryTest::modules_are_loaded_once_and_freed() {
     FreeExternModules();
 }
 
-void BoundaryTest::folder_without_modules_gives_none() {
+void BoundaryTest::root_without_modules_has_those_of_the_engine_alone() {
     LoadExternToolModules();
+    for (IMarkToolModule* module : GetExternModules())
+        QVERIFY(!module->CreateTool("SampleStar"));
+    FreeExternModules();
     QVERIFY(GetExternModules().isEmpty());
 }
 
@@ -177,7 +181,7 @@ void BoundaryTest::files_that_are_no_modules_are_passed_over() {
     text.close();
     QVERIFY(QFile::copy(SAMPLE_MODULE, m_root->filePath("MarkToolModules/b.so")));
     LoadExternToolModules();
-    QCOMPARE(GetExternModules().size(), 1);
+    QCOMPARE(GetExternModules().last()->GetToolInfos().first()->GetToolClassName(), QStringLiteral("SampleStar"));
     FreeExternModules();
     QDir logs(m_root->filePath("日志文件"));
     QByteArray logged;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "drawnplaces.h"
 #include "engine/markshapecontainer.h"
 #include "engine/marktool.h"
 #include "engine/rundatagather.h"
@@ -18,17 +19,6 @@
 using namespace sim;
 
 namespace {
-
-/// The places that the last pass drew, each vertex once.
-QVector<QPointF> drawn() {
-    const TraceSnapshot trace = simulatedCard().trace().snapshot();
-    QVector<QPointF> places;
-    for (size_t i = 0; i < trace.size(); ++i) {
-        if (trace[i].laser)
-            places.append({trace[i].at.x, trace[i].at.y});
-    }
-    return places;
-}
 
 bool near(const QPointF& a, const QPointF& b) {
     return std::hypot(a.x() - b.x(), a.y() - b.y()) < 1e-9;

@@ -104,6 +104,15 @@ private slots:
         QVERIFY(near(lines.back().first(), {0, 0.875}));
     }
 
+    void points_out_of_all_proportion_end_no_program() {
+        // the loops are made by a library that throws at coordinates like these
+        FlatLine far = box(0, 0, 10, 10);
+        far.points[1].setY(1.0e300);
+        FillParam loops = fillOf(4, 1.0);
+        QCOMPARE(hatchSegments({far}, {loops}, 0.0), qint64(0));
+        QVERIFY(linesOf({far}, loops).empty());
+    }
+
     void an_area_lower_than_the_pitch_gets_one_row() {
         const std::vector<QPolygonF> lines = linesOf({box(0, 0, 10, 1)}, fillOf(0, 5.0));
         QCOMPARE(lines.size(), size_t(1));

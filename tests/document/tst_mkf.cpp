@@ -3,6 +3,7 @@
 #include "simengine/document/bytestream.h"
 #include "simengine/document/defaultpen.h"
 #include "simengine/document/mkfcodec.h"
+#include "simengine/document/mkfobjects.h"
 
 #include <QCryptographicHash>
 #include <QRandomGenerator>
@@ -51,6 +52,13 @@ QByteArray withText() {
     return *encodeMkf(content);
 }
 
+/// A document of what a tool module may have made.
+QByteArray withGenerated() {
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(ObjectList{samples::generated()});
+    return *encodeMkf(content);
+}
+
 QString faultOf(const QByteArray& bytes) {
     QString error;
     return decodeMkf(bytes, &error) ? QStringLiteral("taken") : error;
@@ -88,6 +96,11 @@ private slots:
     void every_changed_byte_of_a_text_is_refused_or_taken_as_it_says();
     void unsound_texts_are_refused_data();
     void unsound_texts_are_refused();
+    void only_documents_with_tool_shapes_have_their_version();
+    void every_truncation_of_a_tool_shape_is_refused();
+    void every_changed_byte_of_a_tool_shape_is_refused_or_taken_as_it_says();
+    void unsound_tool_shapes_are_refused_data();
+    void unsound_tool_shapes_are_refused();
     void hostile_counts_are_refused_without_reserving();
     void resealed_damage_never_loads_half();
     void deep_groups_are_refused();
@@ -106,8 +119,8 @@ void MkfTest::every_field_comes_back_bit_for_bit() {
     QCOMPARE(decoded->settings.currentPen, 7);
     QCOMPARE(decoded->settings.basePoint, BasePointBottomLeft);
     QCOMPARE(decoded->settings.keyMoveDistance, 0.125);
-    QCOMPARE(decoded->objects->size(), size_t(8));
-    for (size_t i = 0; i < 8; ++i) {
+    QCOMPARE(decoded->objects->size(), size_t(10));
+    for (size_t i = 0; i < 10; ++i) {
         const ObjectData& a = (*content.objects)[i]->data();
         const ObjectData& b = (*decoded->objects)[i]->data();
         QCOMPARE(b.shape.index(), a.shape.index());
@@ -149,6 +162,16 @@ void MkfTest::every_field_comes_back_bit_for_bit() {
     QCOMPARE(text.characterContours, written.characterContours);
     QCOMPARE(text.outline.points, written.outline.points);
     QVERIFY(text.outline.verbs == written.outline.verbs);
+    const auto& generated = std::get<GeneratedShape>((*decoded->objects)[9]->shape());
+    QCOMPARE(generated.toolClass, QStringLiteral("SampleTriangle"));
+    QCOMPARE(generated.parameters, QByteArray("\0\xff parameters", 13));
+    QVERIFY(generated.outline.points == std::get<GeneratedShape>((*content.objects)[9]->shape()).outline.points);
+    const auto& code = std::get<CodeShape>((*decoded->objects)[8]->shape());
+    const auto& writtenCode = std::get<CodeShape>((*content.objects)[8]->shape());
+    QVERIFY(code.spec == writtenCode.spec);
+    QCOMPARE(code.shown, QStringLiteral("N0042"));
+    QCOMPARE(code.outline.points, writtenCode.outline.points);
+    QVERIFY(code.outline.verbs == writtenCode.outline.verbs);
     for (int i = 0; i < kLayerCount; ++i) {
         LayerData a;
         LayerData b;
@@ -263,8 +286,8 @@ void MkfTest::newer_format_is_refused_by_name() {
 
 void MkfTest::unknown_object_kind_is_refused_by_name() {
     QByteArray bytes = small();
-    bytes[objectsOffset(bytes) + 4] = 9;
-    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 9 are unknown to this program"));
+    bytes[objectsOffset(bytes) + 4] = char(200);
+    QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 200 are unknown to this program"));
 }
 
 void MkfTest::hostile_counts_are_refused_without_reserving() {
@@ -291,7 +314,7 @@ void MkfTest::only_documents_with_texts_have_the_higher_version() {
     QByteArray bytes = small();
     bytes[kObjectsVersionPlace] = 2;
     QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the objects do not need the version of their section"));
-    bytes[kObjectsVersionPlace] = 3;
+    bytes[kObjectsVersionPlace] = char(kNewestObjectsVersion + 1);
     QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the file has an unknown section"));
 }
 
@@ -359,6 +382,72 @@ void MkfTest::unsound_texts_are_refused() {
     file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
     QString told = faultOf(resealed(file));
     QCOMPARE(told, fault);
+}
+
+void MkfTest::only_documents_with_tool_shapes_have_their_version() {
+    QCOMPARE(int(objectsVersionIn(withGenerated())), 4);
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(
+        ObjectList{samples::text(QStringLiteral("A")), samples::group({samples::generated()})});
+    QCOMPARE(int(objectsVersionIn(*encodeMkf(content))), 4);
+    for (const char* lower : {"\1", "\2"}) {
+        QByteArray bytes = withGenerated();
+        bytes[kObjectsVersionPlace] = *lower;
+        QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("objects of the kind 10 are unknown to this program"));
+    }
+    for (QByteArray bytes : {small(), withText()}) {
+        bytes[kObjectsVersionPlace] = 4;
+        QCOMPARE(faultOf(resealed(bytes)), QStringLiteral("the objects do not need the version of their section"));
+    }
+}
+
+void MkfTest::every_truncation_of_a_tool_shape_is_refused() {
+    const QByteArray bytes = withGenerated();
+    const int objects = objectsOffset(bytes);
+    for (int length = objects + 4; length < bytes.size() - 32; ++length) {
+        QByteArray cut = bytes.left(length) + QByteArray(32, '\0');
+        put(cut, 16, quint64(cut.size()));
+        put(cut, 24 + 2 * 24 + 16, quint64(length - objects));
+        QVERIFY2(!decodeMkf(resealed(cut), nullptr), qPrintable(QString::number(length)));
+    }
+}
+
+void MkfTest::every_changed_byte_of_a_tool_shape_is_refused_or_taken_as_it_says() {
+    const QByteArray bytes = withGenerated();
+    int refused = 0;
+    for (int place = objectsOffset(bytes); place < bytes.size() - 32; ++place) {
+        for (const int change : {1, 0x80, 0xff}) {
+            QByteArray damaged = bytes;
+            damaged[place] = char(damaged[place] ^ change);
+            const Reading reading = readingOf(resealed(damaged));
+            QVERIFY(reading != Reading::Otherwise);
+            refused += reading == Reading::Refused ? 1 : 0;
+        }
+    }
+    QVERIFY(refused > 50);
+}
+
+void MkfTest::unsound_tool_shapes_are_refused_data() {
+    QTest::addColumn<int>("place"); // from the end of the object's name
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("fault");
+    const int parameters = 4 + 2 * 14; // behind "SampleTriangle"
+    const int outline = parameters + 4 + 3;
+    QTest::newRow("class longer than any") << 0 << QByteArray("\xff\xff\0\0", 4) << "a count is larger than the file";
+    QTest::newRow("parameters longer than the file")
+        << parameters << QByteArray(4, char(0xff)) << "a count is larger than the file";
+    QTest::newRow("path begins with a line") << outline + 4 << QByteArray(1, 1) << "a path segment has no start";
+    QTest::newRow("coordinate that is no number")
+        << outline + 4 + 4 + 4 << QByteArray("\0\0\0\0\0\0\xf8\x7f", 8) << "a coordinate is out of range";
+}
+
+void MkfTest::unsound_tool_shapes_are_refused() {
+    QFETCH(int, place);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, fault);
+    QByteArray file = withGenerated();
+    file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
+    QCOMPARE(faultOf(resealed(file)), fault);
 }
 
 void MkfTest::resealed_damage_never_loads_half() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // What a run with offset records marks, seen in the trace of the machine.
+#include "drawnplaces.h"
 #include "engine/markshapecontainer.h"
 #include "engine/vzmarkcard.h"
 #include "samples.h"
@@ -16,17 +17,6 @@
 using namespace sim;
 
 namespace {
-
-/// The places that the last pass drew.
-QVector<QPointF> drawn() {
-    const TraceSnapshot trace = simulatedCard().trace().snapshot();
-    QVector<QPointF> places;
-    for (size_t i = 0; i < trace.size(); ++i) {
-        if (trace[i].laser)
-            places.append({trace[i].at.x, trace[i].at.y});
-    }
-    return places;
-}
 
 CCDBufdata record(double dx, double dy, double angle = 0.0) {
     CCDBufdata data;

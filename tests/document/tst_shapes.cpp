@@ -39,6 +39,28 @@ class ShapesTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void curve_without_extent_is_few_points_data() {
+        QTest::addColumn<double>("size");
+        QTest::addColumn<QPointF>("place");
+        for (double size : {0.0, 1.0e-12, 1.0e-6}) {
+            for (double place : {0.0, 0.1, 123.456, 987654.321})
+                QTest::addRow("%g at %g", size, place) << size << QPointF(place, -place / 3);
+        }
+    }
+
+    void curve_without_extent_is_few_points() {
+        QFETCH(double, size);
+        QFETCH(QPointF, place);
+        PathShape path;
+        path.moveTo(place);
+        path.cubicTo(place + QPointF(size, size / 3), place + QPointF(size / 7, -size),
+                     place + QPointF(size / 2, size));
+        std::vector<FlatLine> lines;
+        flattenShape(Shape(path), QTransform(), lines, 1.0e-5);
+        QCOMPARE(lines.size(), size_t(1));
+        QVERIFY2(lines[0].points.size() <= 200, qPrintable(QString::number(lines[0].points.size())));
+    }
+
     void class_names_data();
     void class_names();
     void unsound_objects_are_refused_data();
@@ -66,9 +88,9 @@ private slots:
 void ShapesTest::class_names_data() {
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("name");
-    const char* names[] = {"MarkToolPoint", "MarkToolLine", "MarkToolRect",    "MarkToolCircle",
-                           "MarkToolArc",   "MarkToolPath", "MarkToolCombine", "MarkToolText"};
-    for (int i = 0; i < 8; ++i)
+    const char* names[] = {"MarkToolPoint", "MarkToolLine",    "MarkToolRect", "MarkToolCircle", "MarkToolArc",
+                           "MarkToolPath",  "MarkToolCombine", "MarkToolText", "MarkToolCode",   "SampleTriangle"};
+    for (int i = 0; i < int(std::size(names)); ++i)
         QTest::newRow(names[i]) << i << QString(names[i]);
 }
 

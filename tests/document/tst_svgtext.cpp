@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "simengine/document/textmaker.h"
+#include "simengine/importers/importnotes.h"
 #include "svgfixture.h"
 
 #include <QLineF>
@@ -92,22 +93,19 @@ void SvgTextTest::texts_lie_between_the_shapes_in_painting_order() {
 void SvgTextTest::what_is_not_applied_to_a_text_is_told_data() {
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QString>("reason");
-    QTest::newRow("letters") << QByteArray("<text x='1 2 3' y='9'>ABC</text>")
-                             << "places of single letters are not applied";
-    QTest::newRow("turned") << QByteArray("<text x='1' y='9' rotate='45'>ABC</text>")
-                            << "turned letters and set lengths are not applied";
+    QTest::newRow("letters") << QByteArray("<text x='1 2 3' y='9'>ABC</text>") << noteText(Note::LetterPlaces);
+    QTest::newRow("turned") << QByteArray("<text x='1' y='9' rotate='45'>ABC</text>") << noteText(Note::TurnedLetters);
     QTest::newRow("length") << QByteArray("<text x='1' y='9' textLength='45'>ABC</text>")
-                            << "turned letters and set lengths are not applied";
+                            << noteText(Note::TurnedLetters);
     QTest::newRow("shift") << QByteArray("<text x='1' y='9'>A<tspan dy='-3'>2</tspan></text>")
-                           << "a shift within a line is not applied";
-    QTest::newRow("ems") << QByteArray("<text x='1' y='9' dy='1.2em'>A</text>")
-                         << "shifts in letter sizes are counted with 16 pixels";
+                           << noteText(Note::LineShift);
+    QTest::newRow("ems") << QByteArray("<text x='1' y='9' dy='1.2em'>A</text>") << noteText(Note::EmShift);
     QTest::newRow("relative size") << QByteArray("<text x='1' y='9' font-size='120%'>A</text>")
-                                   << "a font size in parts of another one is not applied";
-    QTest::newRow("relative size around") << QByteArray("<g font-size='1.2em'><text x='1' y='9'>A</text></g>")
-                                          << "a font size in parts of another one is not applied";
+                                   << noteText(Note::RelativeFontSize);
+    QTest::newRow("relative size around")
+        << QByteArray("<g font-size='1.2em'><text x='1' y='9'>A</text></g>") << noteText(Note::RelativeFontSize);
     QTest::newRow("after a line") << QByteArray("<text x='1' y='9'><tspan x='1'>A</tspan>B</text>")
-                                  << "what follows a placed line is not imported";
+                                  << noteText(Note::AfterPlacedLine);
 }
 
 void SvgTextTest::what_is_not_applied_to_a_text_is_told() {

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "e2e/tesseraprogram.h"
+#include "support/waitfor.h"
 
 #include <QFileInfo>
 #include <QImage>
 #include <QJsonDocument>
 #include <QtTest>
+#include <cmath>
 
 /// The automation port of the running program.
 class TestPort : public QObject {
@@ -136,6 +138,10 @@ private slots:
         row("fault without switch", "card.fault", R"({"name":"x"})");
         row("unknown distortion", "head.set", R"({"wobble":1})");
         row("distortion text", "head.set", R"({"scaleX":"wide"})");
+        row("distortion out of its limits", "head.set", R"({"barrel":0.6})");
+        row("mirror that stands still", "head.set", R"({"rotation":1,"scaleY":0})");
+        row("head read with a parameter", "head.get", R"({"scaleX":1})");
+        row("commanded no switch", "card.trace", R"({"file":"t.csv","commanded":"yes"})");
         row("trace without file", "card.trace", R"({})");
         row("quit with parameter", "app.quit", R"({"now":true})");
     }
@@ -146,6 +152,20 @@ private slots:
         m_program->call(method, QJsonDocument::fromJson(params).object());
         QCOMPARE(m_program->lastError().value("code").toInt(), -32602);
         QCOMPARE(m_program->call("card.state"), before);
+    }
+
+    void head_is_set_read_and_measured() {
+        QJsonObject head = m_program->call("head.set", {{"barrel", 0.03}, {"noise", 0.005}, {"seed", 7}}).toObject();
+        QCOMPARE(head.size(), 15);
+        QCOMPARE(head.value("barrel"), QJsonValue(0.03));
+        QCOMPARE(head.value("scaleX"), QJsonValue(1));
+        head.insert("gridCorrection", false);
+        QCOMPARE(m_program->call("head.get").toObject(), head);
+        QCOMPARE(errorOf("head.set", {{"rotation", 5}, {"noise", -1}}), -32602);
+        QCOMPARE(m_program->call("head.get").toObject(), head);
+        // The document's job has no crosses; the same code as for a machine without a head.
+        QCOMPARE(errorOf("head.measure", {{"file", "m.txt"}}), -32006);
+        QVERIFY(!m_program->call("head.set", {{"barrel", 0}, {"noise", 0}, {"seed", 0}}).isNull());
     }
 
     void trace_with_another_ending_is_an_error() {
@@ -176,6 +196,22 @@ private slots:
         }
         QVERIFY(m_program->call("ui.click", {{"object", "Form_Marking/pushButtonCancel"}}) == QJsonValue(true));
         QVERIFY(m_program->waitProperty("Form_Marking", "visible", false));
+    }
+
+    void runs_are_told_with_their_estimates() {
+        QJsonArray runs;
+        QVERIFY(tests::waitFor([&] {
+            runs = m_program->call("card.runTimes", {{"limit", 5}}).toArray();
+            return !runs.isEmpty();
+        }));
+        QCOMPARE(runs.size(), 1); // the run of the journal's test
+        QJsonObject const run = runs.first().toObject();
+        QCOMPARE(run.value("whole"), QJsonValue(true));
+        double const actual = m_program->call("card.state").toObject().value("runTime").toDouble();
+        QCOMPARE(run.value("actual").toDouble(), actual);
+        QVERIFY(std::abs(run.value("estimate").toDouble() / actual - 1.0) < 1e-6);
+        QVERIFY(m_program->call("card.runTimes", {{"document", "/no such document.mkf"}}).toArray().isEmpty());
+        QCOMPARE(errorOf("card.runTimes", {{"limit", "many"}}), -32602);
     }
 
     void second_client_is_served() {

@@ -5,9 +5,11 @@
 #include "engine/marktool.h"
 #include "engine/vzlistviewex.h"
 #include "tests/engine/enginedocument.h"
+#include "tests/support/dialoganswerer.h"
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 
 class TestDocuments : public QObject {
     Q_OBJECT
@@ -16,9 +18,14 @@ class TestDocuments : public QObject {
 
     static int count(QRulerView& view) { return view.GetMarkTools()->GetMarkTools().size(); }
     QString path(QString const& name) const { return m_root->path("MarkFile/" + name); }
+    /// What an operator types into the chooser of files.
+    static std::function<void(QWidget&)> fileName(QString const& path) {
+        return [path](QWidget& chooser) { chooser.findChild<QLineEdit*>()->setText(path); };
+    }
     void makeFolder() const { QVERIFY(QDir(m_root->path()).mkpath("MarkFile")); }
 
 private slots:
+    void a_list_of_no_document_moves_nothing();
     void initTestCase() {
         m_root = std::make_unique<tests::TemporaryRoot>();
         LayerData::InitLayerData();
@@ -274,6 +281,48 @@ private slots:
         }
     }
 
+    void vector_file_is_asked_for_and_its_report_shown() {
+        QRulerView view(nullptr);
+        addSquares(view, *m_root, 1);
+        {
+            tests::DialogAnswerer answerer;
+            answerer.fillAndPress(fileName(m_root->path("squares.svg")), QStringLiteral("Open"))
+                .press(QStringLiteral("确定"));
+            view.ImportVectorFile();
+            QVERIFY(answerer.allAnswered());
+            const QString title = QStringLiteral("导入矢量文件");
+            QCOMPARE(answerer.titles(), (QStringList{title, title}));
+        }
+        QCOMPARE(count(view), 2);
+        view.Undo();
+        QCOMPARE(count(view), 1);
+    }
+
+    void vector_file_that_is_not_chosen_or_not_readable_adds_nothing() {
+        QRulerView view(nullptr);
+        addSquares(view, *m_root, 1);
+        QVERIFY(m_root->write("/bad.svg", "<svg"));
+        {
+            tests::DialogAnswerer answerer;
+            answerer.reject();
+            view.ImportVectorFile();
+            QVERIFY(answerer.allAnswered());
+        }
+        QCOMPARE(count(view), 1);
+        {
+            tests::DialogAnswerer answerer;
+            answerer.fillAndPress(fileName(m_root->path("bad.svg")), QStringLiteral("Open"))
+                .press(QStringLiteral("确定"));
+            view.ImportVectorFile();
+            QVERIFY(answerer.allAnswered());
+        }
+        QCOMPARE(count(view), 1);
+        tests::DialogAnswerer answerer; // none is shown
+        view.SetReadOnly(true);
+        view.ImportVectorFile();
+        QCOMPARE(count(view), 1);
+    }
+
     void read_only_document_is_not_edited() {
         QRulerView view(nullptr);
         addSquares(view, *m_root, 2);
@@ -382,6 +431,15 @@ private slots:
         }
     }
 };
+
+void TestDocuments::a_list_of_no_document_moves_nothing() {
+    VZListViewEx list(nullptr);
+    list.MoveObjUp();
+    list.MoveObjDown();
+    list.MoveObj2First();
+    list.MoveObj2Last();
+    QVERIFY(!list.model() || list.model()->rowCount() == 0);
+}
 
 QTEST_MAIN(TestDocuments)
 #include "tst_documents.moc"

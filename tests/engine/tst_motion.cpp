@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "engine/class_cardpara.h"
 #include "engine/movecardmanager.h"
 #include "engine/vzmovecard.h"
 #include "tests/support/temporaryroot.h"
@@ -22,6 +23,18 @@ private slots:
     }
 
     void motion_card_is_the_one_that_was_set() { QVERIFY(MoveCardManager::Instance()->GetMoveCardInstance()); }
+
+    void motion_is_enabled_as_the_parameters_say_whether_open_or_closed() {
+        MoveCardManager* const manager = MoveCardManager::Instance();
+        bool const before = Class_CardPara::Instance()->EnableMotion;
+        manager->CloseMoveCard();
+        for (bool on : {true, false, true}) {
+            Class_CardPara::Instance()->EnableMotion = on;
+            QCOMPARE(manager->IsEnableMoveCard(), on);
+            QVERIFY(!manager->IsCardOpened());
+        }
+        Class_CardPara::Instance()->EnableMotion = before;
+    }
 
     void operations_on_a_closed_motion_card_are_harmless() {
         MoveCardManager* const manager = MoveCardManager::Instance();

@@ -45,6 +45,7 @@ void setEverything() {
     GlassParam::Instance()->SetSafeTrigerType(SafeTrigerPause);
     MarkingMParam_VZ::Instance()->SetAutoSetCardType(false);
     MarkingMParam_VZ::Instance()->SetMarkCardType(MarkCardSPI);
+    MarkingMParam_VZ::Instance()->SetIPG100WType(FilberYLPN);
     IOOutputSet::Instance()->SetLight(4, 5, 6, 7);
     IOOutputSet::Instance()->SetReadyOut(11);
     IOOutputSet::Instance()->SetEnableReadyOut(true);
@@ -99,7 +100,7 @@ QByteArray printEverything() {
           << ' ' << flyX << ' ' << flyY << ' ' << system->m_nCustomUIType << ' ' << system->m_nResponseIO << '\n'
           << GlassParam::Instance()->IsCheckeSafeInRun() << ' ' << GlassParam::Instance()->GetSafeTrigerType() << ' '
           << MarkingMParam_VZ::Instance()->IsAutoSetCardType() << ' ' << MarkingMParam_VZ::Instance()->GetMarkCardType()
-          << '\n'
+          << ' ' << MarkingMParam_VZ::Instance()->GetIPG100WType() << '\n'
           << red << ' ' << green << ' ' << yellow << ' ' << buzzer << ' ' << IOOutputSet::Instance()->GetReadyOut()
           << ' ' << IOOutputSet::Instance()->EnableReadyOut() << '\n'
           << function.Name.toUtf8().toHex() << ' ' << function.InputEnable << ' ' << function.InputMask << ' '
@@ -142,6 +143,16 @@ private slots:
         QVERIFY(AuthorityManager::CanAddMarkShape());
         QVERIFY(AuthorityManager::CanEditMarkTool());
         QVERIFY(AuthorityManager::CanEditMarkParam());
+    }
+
+    void fibre_variant_is_the_one_that_was_set_and_leaves_the_type() {
+        MarkingMParam_VZ* const marking = MarkingMParam_VZ::Instance();
+        MarkCardType const type = marking->GetMarkCardType();
+        for (FilberLaserType variant : {FilberMOPA, FilberYLPN, FilberAPD, FilberIPG20W}) {
+            marking->SetIPG100WType(variant);
+            QCOMPARE(marking->GetIPG100WType(), variant);
+            QCOMPARE(marking->GetMarkCardType(), type);
+        }
     }
 
     void function_table_has_the_names_the_program_asks_for() {

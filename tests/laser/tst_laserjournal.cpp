@@ -50,6 +50,7 @@ private slots:
     void change_of_the_laser_type_in_real_time();
 
 private:
+    static void startAndEnd(QStringList const& calls, QVector<int> const& gaps);
     static void compare(TimedPort const& port, QStringList const& calls, QVector<int> const& gaps);
     tests::TemporaryRoot m_Root;
 };
@@ -126,6 +127,12 @@ void LaserJournalTest::sequence_in_real_time() {
     for (QString const& fault : qAsConst(faults))
         QVERIFY(tessera_sim_control()->setFault(fault.toStdString(), true));
     MarkCardInstance::Instance()->OpenCard();
+    startAndEnd(calls, gaps);
+}
+
+/// Runs the start and then the end of the laser as it is set.
+void LaserJournalTest::startAndEnd(QStringList const& calls, QVector<int> const& gaps) {
+    RunLaserStart* laser = RunLaserStart::Instance();
     TimedPort port;
     laser->SetPort(&port);
     port.clock.start();
@@ -184,14 +191,7 @@ void LaserJournalTest::sequence_without_its_options_in_real_time() {
     laser->nOutb07 = remoteStart;
     laser->nYlrSoftwareEnable = laser->nFiberSoftwareEnable = software;
     MarkCardInstance::Instance()->OpenCard();
-    TimedPort port;
-    laser->SetPort(&port);
-    port.clock.start();
-    laser->RunLaser_Start();
-    port.add(QStringLiteral("end of the start"));
-    laser->RunLaser_End();
-    port.add(QStringLiteral("end of the end"));
-    compare(port, calls, gaps);
+    startAndEnd(calls, gaps);
 }
 
 void LaserJournalTest::change_of_the_laser_type_in_real_time_data() {

@@ -24,6 +24,7 @@ private slots:
     void the_first_ten_inputs_can_be_chosen();
     void a_value_can_be_set_where_its_mask_is_set();
     void the_documents_are_offered_in_order();
+    void an_ending_in_capitals_is_left_out();
     void a_missing_folder_is_made();
     void without_a_document_it_is_refused();
     void with_an_empty_mask_it_is_refused_and_the_record_stays();
@@ -100,6 +101,14 @@ void AddMultiDocTest::the_documents_are_offered_in_order() {
     AddMultiDoc dialog(&doc, false, nullptr);
     QCOMPARE(offered(dialog), (QStringList{"PlateA", "PlateB", "plate a", "前盖"}));
     QCOMPARE(combo(dialog)->currentIndex(), -1);
+}
+
+void AddMultiDocTest::an_ending_in_capitals_is_left_out() {
+    for (char const* name : {"A.MKF", "B.Mkf", "C.mkf", "D.MKF.mkf", ".mkf"})
+        QVERIFY(m_Root.write(QStringLiteral("/MarkFile/") + QLatin1String(name), "x"));
+    TrigerDoc doc;
+    AddMultiDoc dialog(&doc, false, nullptr);
+    QCOMPARE(offered(dialog), (QStringList{"C", "D.MKF", "PlateA", "PlateB", "plate a", "前盖"}));
 }
 
 void AddMultiDocTest::a_missing_folder_is_made() {

@@ -15,7 +15,10 @@ private slots:
     void a_pattern_is_a_letter_for_each_input();
     void the_usual_inputs_are_shown_and_more_when_they_are_watched();
     void two_entries_fire_together_when_some_change_fires_both();
-    void clashes_name_the_pairs();
+    void a_single_input_fires_both_when_some_change_of_one_does();
+    void clashes_of_one_input_are_named_and_the_others_counted();
+    void the_text_tells_each_kind_in_a_line_data();
+    void the_text_tells_each_kind_in_a_line();
     void columns_stand_beside_one_another_data();
     void columns_stand_beside_one_another();
     void runs_are_kept_for_each_entry();
@@ -57,12 +60,72 @@ void PatternsTest::two_entries_fire_together_when_some_change_fires_both() {
     QVERIFY(together > 0 && together < 1 << 12);
 }
 
-void PatternsTest::clashes_name_the_pairs() {
+void PatternsTest::a_single_input_fires_both_when_some_change_of_one_does() {
+    int both = 0;
+    for (unsigned int code = 0; code < 1U << 12; ++code) {
+        const TrigerDoc first{code & 7U, code >> 3 & 7U, "A"};
+        const TrigerDoc second{code >> 6 & 7U, code >> 9 & 7U, "B"};
+        bool found = false;
+        for (unsigned int last = 0; last < 8; ++last) {
+            for (unsigned int bit : {1U, 2U, 4U})
+                found = found || (Fires(first, last, last ^ bit) && Fires(second, last, last ^ bit));
+        }
+        QVERIFY2(OneInputFiresBoth(first, second) == found, qPrintable(QString::number(code, 8)));
+        both += found ? 1 : 0;
+    }
+    QVERIFY(both > 0 && both < 1 << 12);
+}
+
+void PatternsTest::clashes_of_one_input_are_named_and_the_others_counted() {
     TrigerDoc rising{1, 1, "A"};
     TrigerDoc falling{0, 1, "B"};
     TrigerDoc other{2, 2, "C"};
-    QCOMPARE(Clashes({&rising, &falling}), (QVector<QPair<int, int>>()));
-    QCOMPARE(Clashes({&rising, &falling, &other}), (QVector<QPair<int, int>>{{0, 2}, {1, 2}}));
+    TrigerDoc both{3, 3, "D"};
+    const auto found = [](QVector<TrigerDoc*> const& docs, int limit) {
+        const Clashes clashes = FindClashes(docs, limit);
+        QStringList parts;
+        for (QPair<int, int> const& pair : clashes.named)
+            parts.append(QStringLiteral("%1-%2").arg(pair.first).arg(pair.second));
+        return QStringLiteral("%1 +%2 /%3").arg(parts.join(' ')).arg(clashes.more).arg(clashes.several);
+    };
+    QCOMPARE(found({}, 8), QStringLiteral(" +0 /0"));
+    QCOMPARE(found({&rising, &falling}, 8), QStringLiteral(" +0 /0"));
+    QCOMPARE(found({&rising, &falling, &other}, 8), QStringLiteral(" +0 /2"));
+    QCOMPARE(found({&rising, &falling, &other, &both}, 8), QStringLiteral("0-3 2-3 +0 /2"));
+    QCOMPARE(found({&both, &falling, &other, &both}, 2), QStringLiteral("0-2 0-3 +1 /1"));
+    // Documents with an input each, as most plants have them, clash nowhere by one input.
+    QVector<TrigerDoc> single;
+    for (int i = 0; i < 32; ++i)
+        single.append({1U << i, 1U << i, "E"});
+    QVector<TrigerDoc*> docs;
+    for (TrigerDoc& doc : single)
+        docs.append(&doc);
+    QCOMPARE(found(docs, 8), QStringLiteral(" +0 /496"));
+}
+
+void PatternsTest::the_text_tells_each_kind_in_a_line_data() {
+    QTest::addColumn<QString>("wanted");
+    QTest::addColumn<int>("named");
+    QTest::addColumn<int>("more");
+    QTest::addColumn<int>("several");
+    QTest::newRow("none") << "" << 0 << 0 << 0;
+    QTest::newRow("one") << "one: 0-1" << 1 << 0 << 0;
+    QTest::newRow("all named") << "one: 0-1, 1-2, 2-3" << 3 << 0 << 0;
+    QTest::newRow("more than are named") << "one: 0-1, 1-2 +17" << 2 << 17 << 0;
+    QTest::newRow("only with several inputs") << "6 of many" << 0 << 0 << 6;
+    QTest::newRow("both kinds") << "one: 0-1 +1\n45 of many" << 1 << 1 << 45;
+}
+
+void PatternsTest::the_text_tells_each_kind_in_a_line() {
+    QFETCH(int, named);
+    QFETCH(int, more);
+    QFETCH(int, several);
+    Clashes clashes;
+    for (int i = 0; i < named; ++i)
+        clashes.named.append({i, i + 1});
+    clashes.more = more;
+    clashes.several = several;
+    QTEST(ClashText(clashes, QStringLiteral("one"), QStringLiteral("%1 of many")), "wanted");
 }
 
 void PatternsTest::columns_stand_beside_one_another_data() {

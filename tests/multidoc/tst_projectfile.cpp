@@ -16,6 +16,7 @@ private slots:
     void a_project_is_read_back();
     void odd_texts_are_read_data();
     void odd_texts_are_read();
+    void a_text_that_ends_early_is_filled_up_to_a_believable_count();
     void the_last_project_is_the_first_line_data();
     void the_last_project_is_the_first_line();
     void the_files_lie_below_the_root();
@@ -56,7 +57,7 @@ void ProjectFileTest::a_project_is_written_a_value_a_line() {
 
 void ProjectFileTest::a_project_is_read_back_data() {
     QTest::addColumn<int>("count");
-    for (int const count : {0, 1, 2, 50, kMaxProjectDocs})
+    for (int const count : {0, 1, 2, 50, kMaxFilledDocs, kMaxFilledDocs + 1, 3 * kMaxFilledDocs})
         QTest::addRow("%d", count) << count;
 }
 
@@ -78,7 +79,8 @@ void ProjectFileTest::odd_texts_are_read_data() {
     row("no number", "two\nA\n1\n1\n", {});
     row("negative", "-1\nA\n1\n1\n", {});
     row("beyond an integer", "99999999999\nA\n1\n1\n", {});
-    row("more than can be meant", "10001\nA\n1\n1\n", {});
+    row("more than can be meant", "10001\nA\n1\n1\n", {"A|1|1"});
+    row("more than can be meant and a part of an entry", "2000000000\nA\n1\n1\nB\n", {"A|1|1", "B|0|0"});
     row("a tail behind the last entry", "1\nA\n1\n3\nB\n2\n2\n", {"A|1|3"});
     row("the middle of a longer number behind it", "1\nA\n1\n3\n294967295\n", {"A|1|3"});
     row("names without numbers", "2\nA\n", {"A|0|0", "|0|0"});
@@ -93,6 +95,13 @@ void ProjectFileTest::odd_texts_are_read() {
     QFETCH(QByteArray, text);
     QFETCH(QStringList, docs);
     QCOMPARE(shown(ReadProject(text)), docs);
+}
+
+void ProjectFileTest::a_text_that_ends_early_is_filled_up_to_a_believable_count() {
+    const QVector<TrigerDoc> docs = ReadProject("10000\nA\n1\n1\n");
+    QCOMPARE(docs.size(), kMaxFilledDocs);
+    QCOMPARE(shown(docs.mid(0, 2)), (QStringList{"A|1|1", "|0|0"}));
+    QCOMPARE(shown(docs.mid(kMaxFilledDocs - 1)), QStringList{"|0|0"});
 }
 
 void ProjectFileTest::the_last_project_is_the_first_line_data() {

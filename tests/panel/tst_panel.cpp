@@ -1,19 +1,25 @@
 // SPDX-License-Identifier: MIT
 // The simulated machine's own window.
+#include "engine/cardfunctions.h"
+#include "engine/class_cardpara.h"
 #include "engine/iocheckedsys.h"
 #include "engine/iooutputset.h"
 #include "engine/languagemanager.h"
 #include "engine/layerparamex.h"
 #include "engine/markcardinstance.h"
 #include "engine/vzmarkcard.h"
+#include "simengine/panel/devicepage.h"
 #include "simengine/panel/inputswitch.h"
 #include "simengine/panel/lamps.h"
 #include "simengine/panel/paneltexts.h"
 #include "simengine/panel/panelwindow.h"
 #include "simengine/panel/traceview.h"
 #include "simengine/simcontrol.h"
+#include "support/approot.h"
 #include "support/temporaryroot.h"
 
+#include <QDoubleSpinBox>
+#include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
 #include <QtTest>
@@ -49,6 +55,8 @@ private:
     std::unique_ptr<tests::TemporaryRoot> m_root;
 
 private slots:
+    void devices_are_shown_and_set();
+    void flash_is_exported();
     void initTestCase() { m_root = std::make_unique<tests::TemporaryRoot>(); }
     void init() {
         MarkCardInstance::SetMarkCardInstance(new VZMarkCard());
@@ -98,6 +106,42 @@ private slots:
             QVERIFY(input->height() >= 40);
             QVERIFY(panel().rect().contains(QRect(input->mapTo(&panel(), QPoint()), input->size())));
         }
+    }
+
+    void the_border_is_chosen_and_kept_by_the_card() {
+        show();
+        auto* rectangle = find<QPushButton>("borderRectangle");
+        auto* hull = find<QPushButton>("borderHull");
+        auto* speed = find<QDoubleSpinBox>("borderSpeed");
+        QVERIFY(rectangle && hull && speed);
+        for (QWidget* part :
+             {static_cast<QWidget*>(rectangle), static_cast<QWidget*>(hull), static_cast<QWidget*>(speed)})
+            QVERIFY(part->height() >= 40);
+        QVERIFY(rectangle->isChecked() && !hull->isChecked());
+        QCOMPARE(speed->text(), QString("红光速度"));
+        hull->click();
+        QVERIFY(hull->isChecked() && !rectangle->isChecked());
+        hull->click();
+        QVERIFY(hull->isChecked());
+        speed->setValue(250.5);
+        QVERIFY(m_root->read("/ini/VZMarkPara.cfg").contains("BorderOutline=1"));
+        QVERIFY(m_root->read("/ini/VZMarkPara.cfg").contains("BorderSpeed=250.5"));
+        card()->SetMarkType(MarkTypeBorderPreview);
+        card()->SetMarkStaus(MarkStatusRun);
+        DOT3 points[] = {{0, 0, 0}, {30, 0, 0}, {15, 20, 0}};
+        card()->BeginList(1);
+        card()->AddList(points, 3, 0);
+        card()->EndList();
+        const SimJobTime time = machine().lastJobTime();
+        QVERIFY(qAbs(time.markedMm - 80.0) < 1e-9 && qAbs(time.markedMm / time.markMs * 1000.0 - 250.5) < 1e-6);
+        std::string error;
+        QVERIFY(machine().setBorder({}, error));
+        QTRY_VERIFY(rectangle->isChecked() && !hull->isChecked());
+        speed->clearFocus();
+        QTRY_COMPARE(speed->value(), 0.0);
+        QVERIFY(!machine().setBorder({SimBorderOutline::Hull, -1.0}, error));
+        QVERIFY(!error.empty());
+        card()->SetMarkType(MarkTypeLaser);
     }
 
     void lamps_follow_the_outputs() {
@@ -151,12 +195,44 @@ private slots:
     void every_fault_of_the_machine_has_a_button_and_a_name() {
         show();
         for (const std::string& name : machine().faultNames()) {
+            if (faultAxis(name) > 0)
+                continue;
             auto* button = find<QPushButton>(QString("fault_") + QString::fromStdString(name));
             QVERIFY2(button, name.c_str());
             QVERIFY2(button->height() >= 40, name.c_str());
             QCOMPARE(button->text(), faultText(name));
         }
         QCOMPARE(faultText("unheard_of"), QString("unheard_of"));
+    }
+
+    void faults_of_the_axes_in_use_have_buttons() {
+        Class_CardPara* axes = Class_CardPara::Instance();
+        axes->EnableMotion = true;
+        axes->AxisCount = 2;
+        show();
+        panel().refresh();
+        int buttons = 0;
+        for (const std::string& name : machine().faultNames()) {
+            const bool wanted = faultAxis(name) == 1 || faultAxis(name) == 2;
+            auto* button = find<QPushButton>(QString("fault_") + QString::fromStdString(name));
+            QCOMPARE(button != nullptr, wanted || faultAxis(name) == 0);
+            buttons += wanted ? 1 : 0;
+            if (wanted)
+                QVERIFY(faultText(name) != QString::fromStdString(name));
+        }
+        QCOMPARE(buttons, 12);
+        QCOMPARE(faultText("axis2_home_dead"), QString("轴2 原点开关失效"));
+        find<QPushButton>("fault_axis1_driver")->click();
+        QVERIFY(machine().faultIsOn("axis1_driver"));
+        axes->EnableMotion = false;
+        std::string error;
+        machine().showPanel(false, error);
+        show();
+        QVERIFY(!find<QPushButton>("fault_axis1_driver"));
+        axes->AxisCount = 3;
+        QCOMPARE(faultAxis("axis12_driver"), 0);
+        QCOMPARE(faultAxis("axis"), 0);
+        QCOMPARE(faultAxis("axis0_x"), 0);
     }
 
     void speed_buttons_set_the_factor() {
@@ -336,6 +412,42 @@ private slots:
         QCOMPARE(timeText(12345.6), QString("12.346 s"));
     }
 };
+
+void tst_Panel::devices_are_shown_and_set() {
+    show();
+    QTest::mouseClick(find<QPushButton>("showDevices"), Qt::LeftButton);
+    auto* speed = find<QDoubleSpinBox>("device_belt_speed");
+    QVERIFY(speed->isVisible());
+    QVERIFY(!find<QPushButton>("fault_job_fails")->isVisible());
+    speed->setValue(120.5);
+    std::string error;
+    QCOMPARE(machine().setDevice("encoder", 77, error), SimOutcome::Done);
+    speed->clearFocus();
+    panel().refresh();
+    QCOMPARE(find<QDoubleSpinBox>("device_encoder")->value(), 77.0);
+    for (SimDevice const& device : machine().devices()) {
+        if (device.name == "belt_speed")
+            QCOMPARE(device.value, 120.5);
+    }
+    speed->setValue(0);
+    QTest::mouseClick(find<QPushButton>("showFaults"), Qt::LeftButton);
+    QVERIFY(find<QPushButton>("fault_job_fails")->isVisible());
+}
+
+void tst_Panel::flash_is_exported() {
+    show();
+    auto* page = panel().findChild<DevicePage*>();
+    QString error;
+    QString const file = tessera::rootPath(QStringLiteral("/flash.bin"));
+    QVERIFY(!page->exportFlash(file, error));
+    QVERIFY(!error.isEmpty());
+    unsigned char const byte = 5;
+    QCOMPARE(VZ_FlashWriteAddr(0x800000, &byte, 1), 0);
+    QVERIFY(page->exportFlash(file, error));
+    QCOMPARE(QFileInfo(file).size(), 1);
+    panel().refresh();
+    QCOMPARE(find<QLabel>("device_flash_first")->text(), QString("0x800000"));
+}
 
 QTEST_MAIN(tst_Panel)
 #include "tst_panel.moc"

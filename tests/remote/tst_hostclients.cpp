@@ -42,6 +42,7 @@ private slots:
     void a_write_from_another_thread_reaches_the_client();
     void a_write_from_another_thread_ends_with_the_window();
     void a_host_that_is_not_on_the_list_is_refused_and_takes_nothing_over();
+    void a_refused_host_that_tries_on_does_not_fill_the_log();
     void it_listens_where_it_is_told();
     void a_bad_entry_is_logged_and_opens_nothing();
     void orders_beyond_the_tasks_that_may_wait_are_refused();
@@ -335,6 +336,19 @@ void HostClientsTest::a_host_that_is_not_on_the_list_is_refused_and_takes_nothin
     QVERIFY(!log().contains(QStringLiteral("新客户端---127.0.0.2")));
     QVERIFY(isQuiet());
     QVERIFY(!log().contains(QStringLiteral("_VZMarkStop();")));
+}
+
+void HostClientsTest::a_refused_host_that_tries_on_does_not_fill_the_log() {
+    QVERIFY(m_Root.write("/ini/HostTcp.ini", "[Host]\nAllow=127.0.0.1\n"));
+    startWithHost();
+    for (int i = 0; i < 100; ++i) {
+        QTcpSocket stranger;
+        QVERIFY(stranger.bind(QHostAddress(QStringLiteral("127.0.0.2"))));
+        stranger.connectToHost(QStringLiteral("127.0.0.1"), port());
+        QVERIFY(stranger.waitForConnected());
+        QVERIFY(waitFor([&] { return stranger.state() == QAbstractSocket::UnconnectedState; }));
+    }
+    QCOMPARE(log().count(QStringLiteral("host port: refused by HostTcp.ini: ")), 20);
 }
 
 void HostClientsTest::it_listens_where_it_is_told() {

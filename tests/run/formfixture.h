@@ -6,7 +6,9 @@
 
 #include <QFile>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 
 namespace tests {
@@ -24,6 +26,16 @@ inline QString settingsFile() {
 /// The count as it is on the disk.
 inline int storedCount() {
     return QSettings(settingsFile(), QSettings::IniFormat).value(QStringLiteral("MarkCnt"), 0).toInt();
+}
+
+/// The lines of the debug window, which takes them on the main thread.
+inline QStringList debugLines() {
+    QCoreApplication::processEvents();
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (auto const* text = window->findChild<QPlainTextEdit*>(QStringLiteral("plainTextEditDebug")))
+            return text->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+    qFatal("no debug window");
 }
 
 /// Slow enough that a job of one point is still under way when the test looks at it.

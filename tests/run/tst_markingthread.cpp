@@ -4,7 +4,6 @@
 #include "run/markingthread.h"
 #include "tests/run/formfixture.h"
 
-#include <QPlainTextEdit>
 #include <QPushButton>
 
 using namespace tests;
@@ -44,15 +43,6 @@ private:
                 m_LastPass = time;
             },
             Qt::QueuedConnection);
-    }
-    /// The lines of the debug window, which takes them on the main thread.
-    static QStringList debugLines() {
-        QCoreApplication::processEvents();
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto const* text = window->findChild<QPlainTextEdit*>(QStringLiteral("plainTextEditDebug")))
-                return text->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-        }
-        qFatal("no debug window");
     }
 
     QStringList m_Told;

@@ -43,6 +43,8 @@ private slots:
     void showing_loops_the_red_light_over_the_selection();
     void closing_stops_the_preview();
     void escape_stops_the_preview();
+    void a_button_of_its_own_ends_the_loop();
+    void a_stop_input_ends_the_loop_only_with_the_run_dialog_up();
     void arrows_move_the_selection_data();
     void arrows_move_the_selection();
     void arrows_without_a_document_do_nothing();
@@ -149,6 +151,39 @@ void RedLoopPreviewTest::escape_stops_the_preview() {
     QTest::keyClick(arrows, Qt::Key_Escape);
     QVERIFY(arrows->isHidden());
     QTRY_VERIFY(idle());
+}
+
+/// The bars of the main window are locked while the beam loops.
+void RedLoopPreviewTest::a_button_of_its_own_ends_the_loop() {
+    machine().setSpeed(kSlow);
+    dialog().close();
+    RedLoopPreview* arrows = open();
+    QTRY_VERIFY(looping());
+    QTRY_VERIFY(!(*m_Window)->centralWidget()->isEnabled());
+    auto* button = arrows->findChild<QPushButton*>(QStringLiteral("pushButtonClose"));
+    QVERIFY(button);
+    QTRY_VERIFY(button->width() >= 40 && button->height() >= 40);
+    QCOMPARE(button->text(), LanguageManager::GetLanText("关闭"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    QVERIFY(arrows->isHidden());
+    QTRY_VERIFY(idle());
+    QVERIFY((*m_Window)->centralWidget()->isEnabled());
+}
+
+void RedLoopPreviewTest::a_stop_input_ends_the_loop_only_with_the_run_dialog_up() {
+    machine().setSpeed(kSlow);
+    dialog().close();
+    RedLoopPreview* arrows = open();
+    QTRY_VERIFY(looping());
+    machine().clearJournal();
+    (*m_Window)->IOStopRun();
+    QCOMPARE(machineCalls("StopMark"), 0);
+    QVERIFY(looping());
+    (*m_Window)->ShowNormalMarkWindow();
+    (*m_Window)->IOStopRun();
+    QTRY_VERIFY(idle());
+    QVERIFY(arrows->isVisible());
+    arrows->close();
 }
 
 void RedLoopPreviewTest::arrows_move_the_selection_data() {

@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QScreen>
@@ -38,6 +39,21 @@ private slots:
     void recording_makes_a_mark_point();
     void recording_without_a_document_does_nothing();
     void f6_confirms_the_place_pressed();
+    void a_held_f6_confirms_once();
+    void f6_and_the_record_button_give_the_same_point_data();
+    void f6_and_the_record_button_give_the_same_point();
+    void after_the_way_to_the_centre_f6_confirms_the_centre();
+    void f6_makes_circles_and_arcs_of_three_places_data();
+    void f6_makes_circles_and_arcs_of_three_places();
+    void f6_for_a_circle_is_heard_wherever_the_focus_is();
+    void f6_for_a_circle_is_the_run_input_of_a_locked_window();
+    void the_action_stays_disabled_until_the_window_is_closed_data();
+    void the_action_stays_disabled_until_the_window_is_closed();
+    void a_document_that_was_left_does_not_go_on_teaching();
+    void a_document_that_is_taught_shows_it_when_it_is_back();
+    void closing_ends_a_circle_too();
+    void a_hidden_window_of_circles_does_not_disable_the_action();
+    void a_button_of_its_own_closes_it();
     void each_start_makes_a_new_window_and_one_steers();
     void circle_and_arc_open_no_window_and_steer_the_beam_data();
     void circle_and_arc_open_no_window_and_steer_the_beam();
@@ -267,6 +283,220 @@ void TeachingTest::f6_confirms_the_place_pressed() {
     QCOMPARE(objects(), before + 1);
     QCOMPARE(selected(), told.first().first().toPointF());
     QVERIFY(!dialog().IsRunning());
+}
+
+/// In the main window, and in the teaching window that passes it on.
+void TeachingTest::a_held_f6_confirms_once() {
+    FormTeaching* form = teach();
+    QVERIFY(form);
+    for (QWidget* widget : {static_cast<QWidget*>(&**m_Window), static_cast<QWidget*>(form)}) {
+        const int before = objects();
+        for (bool repeat : {false, true, true}) {
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_F6, Qt::NoModifier, QString(), repeat);
+            QCoreApplication::sendEvent(widget, &held);
+        }
+        QCOMPARE(objects(), before + 1);
+    }
+}
+
+void TeachingTest::f6_and_the_record_button_give_the_same_point_data() {
+    QTest::addColumn<bool>("press");
+    QTest::addColumn<bool>("invert");
+    QTest::newRow("arrows") << false << false;
+    QTest::newRow("a press and arrows") << true << false;
+    QTest::newRow("inverted axes") << true << true;
+}
+
+void TeachingTest::f6_and_the_record_button_give_the_same_point() {
+    QFETCH(bool, press);
+    QFETCH(bool, invert);
+    SystemParam::Instance()->SetInvertX(invert);
+    SystemParam::Instance()->SetInvertY(invert);
+    FormTeaching* form = teach();
+    if (press)
+        QTest::mouseClick(canvas(), Qt::LeftButton, Qt::NoModifier, canvas()->rect().center() + QPoint(15, 25));
+    for (char const* button : {"radioButtonX4", "pushButtonRight", "pushButtonUp", "radioButtonX2", "pushButtonUp"})
+        click(form, button);
+    const int before = objects();
+    click(form, "pushButtonRecordPoint");
+    const QPointF recorded = selected();
+    QTest::keyClick(&**m_Window, Qt::Key_F6);
+    QCOMPARE(objects(), before + 2);
+    QCOMPARE(selected(), recorded);
+    QCOMPARE(QString::number(recorded.x(), 'f', 3), field(form, "lineEditMirrX"));
+    QCOMPARE(QString::number(recorded.y(), 'f', 3), field(form, "lineEditMirrY"));
+    SystemParam::Instance()->SetInvertX(false);
+    SystemParam::Instance()->SetInvertY(false);
+}
+
+/// Kept: the button's own place stays where it was, and the spot stands in the centre.
+void TeachingTest::after_the_way_to_the_centre_f6_confirms_the_centre() {
+    FormTeaching* form = teach();
+    click(form, "radioButtonX4");
+    click(form, "pushButtonRight");
+    click(form, "pushButtonMoveCenter");
+    QTest::keyClick(&**m_Window, Qt::Key_F6);
+    QCOMPARE(selected(), QPointF(0, 0));
+    click(form, "pushButtonRecordPoint");
+    QCOMPARE(selected(), QPointF(10, 0));
+}
+
+void TeachingTest::f6_makes_circles_and_arcs_of_three_places_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("steered");
+    for (bool steered : {false, true}) {
+        for (char const* name : {"actionTeachCircle", "actionTeachArc"})
+            QTest::addRow("%s %s", name, steered ? "by arrows" : "by presses") << QString::fromLatin1(name) << steered;
+    }
+}
+
+/// Through the main window; a teaching window that is up steers circles and arcs too.
+void TeachingTest::f6_makes_circles_and_arcs_of_three_places() {
+    QFETCH(QString, name);
+    QFETCH(bool, steered);
+    FormTeaching* form = steered ? teach() : nullptr;
+    action(qPrintable(name))->trigger();
+    dialog().close();
+    QCOMPARE((*m_Window)->MarkWindowIsVisible(), 0);
+    const int before = objects();
+    const struct {
+        char const* arrow;
+        QPoint place;
+    } ways[] = {{"pushButtonRight", {60, 0}}, {"pushButtonUp", {60, -60}}, {"pushButtonLeft", {0, -60}}};
+    if (steered)
+        click(form, "radioButtonX4");
+    for (auto const& way : ways) {
+        QCOMPARE(objects(), before);
+        if (steered)
+            click(form, way.arrow);
+        else
+            QTest::mouseClick(canvas(), Qt::LeftButton, Qt::NoModifier, canvas()->rect().center() + way.place);
+        QTest::keyClick(&**m_Window, Qt::Key_F6);
+    }
+    QCOMPARE(objects(), before + 1);
+    QCOMPARE(view()->GetSelectedToolCnt(), 1);
+    QCOMPARE((*m_Window)->MarkWindowIsVisible(), 0);
+    double x = 0.0, y = 0.0, width = 0.0, height = 0.0, angle = 0.0;
+    view()->GetSelectObjPos(x, y, width, height, angle);
+    if (name == QLatin1String("actionTeachCircle"))
+        QVERIFY(qAbs(width - height) < 0.01);
+    if (steered) // from the right over the top to the left of a circle through three corners of a square
+        QVERIFY(width < 10 * M_SQRT2 + 0.01 && width > 10.0);
+}
+
+void TeachingTest::f6_for_a_circle_is_heard_wherever_the_focus_is() {
+    action("actionTeachCircle")->trigger();
+    SystemParam::Instance()->m_nResponseShortcut = 0;
+    const int before = objects();
+    QList<QWidget*> heard;
+    for (QWidget* widget : (*m_Window)->findChildren<QWidget*>()) {
+        if (widget->isVisible() && widget->window() == &**m_Window && widget->focusPolicy() & Qt::TabFocus)
+            heard.append(widget);
+    }
+    QVERIFY(heard.size() > 3);
+    const QPointF corners[] = {{0, 0}, {10, 0}, {0, 10}};
+    int places = 0;
+    for (QWidget* widget : heard) {
+        widget->setFocus();
+        MainWindow::GetCurMirrorPt(corners[places % 3]);
+        QTest::keyClick(widget, Qt::Key_F6);
+        QCOMPARE(objects(), before + ++places / 3);
+    }
+}
+
+/// While a job runs the view is locked and F6 has its meaning for the run.
+void TeachingTest::f6_for_a_circle_is_the_run_input_of_a_locked_window() {
+    action("actionTeachCircle")->trigger();
+    MainWindow::GetCurMirrorPt(QPointF(1, 2));
+    SystemParam::Instance()->SetEnableTriggerWhenRedLoop(true);
+    dialog().StartMarkPreview(false, true, 0, MarkTypeRedPreview);
+    QTRY_VERIFY(dialog().IsRedLoopRun() && !view()->isEnabled() && count() == 1);
+    machine().clearJournal();
+    QTest::keyClick(&**m_Window, Qt::Key_F6);
+    QTRY_COMPARE(only(machineJournal(), {"SetMarkType"}).size(), 2);
+    dialog().StopMark();
+    QTRY_VERIFY(idle());
+}
+
+void TeachingTest::the_action_stays_disabled_until_the_window_is_closed_data() {
+    QTest::addColumn<QString>("event");
+    for (char const* event : {"another user", "automatic logout", "a new document", "back to the document",
+                              "another tool", "a second start", "documents closed"})
+        QTest::newRow(event) << QString::fromLatin1(event);
+}
+
+void TeachingTest::the_action_stays_disabled_until_the_window_is_closed() {
+    QFETCH(QString, event);
+    QPointer<FormTeaching> form = teach();
+    if (event == QLatin1String("another user"))
+        emit(*m_Window)->UserChanged();
+    else if (event == QLatin1String("automatic logout"))
+        (*m_Window)->AutoLoginOut();
+    else if (event.contains(QLatin1String("document")))
+        m_Window->newDocument(1, QStringLiteral("other"));
+    if (event == QLatin1String("back to the document"))
+        (*m_Window)->OpenFile(QStringLiteral("test"));
+    else if (event == QLatin1String("documents closed"))
+        (*m_Window)->CloseAllFile();
+    else if (event == QLatin1String("another tool"))
+        action("actionAddPoint")->trigger();
+    else if (event == QLatin1String("a second start"))
+        action()->trigger();
+    QVERIFY(!action()->isEnabled());
+    QVERIFY(form && form->isVisible());
+    QCOMPARE(windows().size(), 1);
+    form->close();
+    QVERIFY(action()->isEnabled());
+    emit(*m_Window)->UserChanged();
+    QCOMPARE(action()->isEnabled(), view() != nullptr);
+}
+
+void TeachingTest::a_document_that_was_left_does_not_go_on_teaching() {
+    QRulerView const* first = view();
+    FormTeaching* form = teach();
+    m_Window->newDocument(1, QStringLiteral("other"));
+    QCOMPARE(first->GetOperatorOnView(), OperatorTeach);
+    QCOMPARE(view()->GetOperatorOnView(), OperatorSelect);
+    form->close();
+    QCOMPARE(first->GetOperatorOnView(), OperatorSelect);
+}
+
+void TeachingTest::a_document_that_is_taught_shows_it_when_it_is_back() {
+    teach();
+    m_Window->newDocument(1, QStringLiteral("other"));
+    QVERIFY(!action()->isChecked() && action("Select")->isChecked());
+    (*m_Window)->OpenFile(QStringLiteral("test"));
+    QCOMPARE(view()->GetOperatorOnView(), OperatorTeach);
+    QVERIFY(action()->isChecked() && !action("Select")->isChecked());
+}
+
+void TeachingTest::closing_ends_a_circle_too() {
+    FormTeaching* form = teach();
+    action("actionTeachCircle")->trigger();
+    form->close();
+    QCOMPARE(view()->GetOperatorOnView(), OperatorSelect);
+    QVERIFY(!action("actionTeachCircle")->isChecked());
+    QVERIFY(action("Select")->isChecked());
+}
+
+void TeachingTest::a_hidden_window_of_circles_does_not_disable_the_action() {
+    action("actionTeachCircle")->trigger();
+    QCOMPARE(windows().size(), 1);
+    emit(*m_Window)->UserChanged();
+    QVERIFY(action()->isEnabled());
+}
+
+void TeachingTest::a_button_of_its_own_closes_it() {
+    FormTeaching* form = teach();
+    auto const* button = form->findChild<QAbstractButton*>(QStringLiteral("pushButtonClose"));
+    QVERIFY(button);
+    QTRY_VERIFY(button->width() >= 40 && button->height() >= 40);
+    QCOMPARE(button->text(), LanguageManager::GetLanText("关闭"));
+    QVERIFY(form->width() <= 1024);
+    click(form, "pushButtonClose");
+    QVERIFY(form->isHidden());
+    QVERIFY(action()->isEnabled());
+    QCOMPARE(view()->GetOperatorOnView(), OperatorSelect);
 }
 
 /// However often teaching was started, a place pressed moves the mirrors once.

@@ -3,10 +3,10 @@
 #include "simengine/servers/attemptguard.h"
 #include "simengine/servers/keyproof.h"
 #include "simengine/servers/linereader.h"
-#include "simengine/servers/loglimit.h"
 #include "simengine/servers/orderqueue.h"
 #include "simengine/servers/stationmessage.h"
 #include "simengine/servers/stationsession.h"
+#include "support/loglimit.h"
 
 #include <gtest/gtest.h>
 
@@ -86,8 +86,8 @@ TEST(AttemptGuard, remembers_a_bounded_number_of_addresses) {
 }
 
 TEST(LogLimit, counts_what_it_leaves_out) {
-    sim::LogLimit limit(2, 10s);
-    sim::LogLimit::Time const t0{1h};
+    tessera::LogLimit limit(2, 10s);
+    tessera::LogLimit::Time const t0{1h};
     EXPECT_TRUE(limit.allows(t0));
     EXPECT_TRUE(limit.allows(t0));
     EXPECT_FALSE(limit.allows(t0 + 1s));

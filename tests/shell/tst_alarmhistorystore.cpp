@@ -1,64 +1,24 @@
 // SPDX-License-Identifier: MIT
-#include "shell/alarmhistorystore.h"
-#include "shell/alarmhistorywriter.h"
-#include "tests/support/temporaryroot.h"
-#include "tests/support/waitfor.h"
+#include "tests/shell/alarmhistorycase.h"
 
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
-#include <QTemporaryDir>
-#include <QtTest>
 #include <csignal>
-#include <limits>
-#include <mutex>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace tessera;
+using namespace tests;
 
 namespace {
-
-constexpr qint64 kStart = 5'000'000;
-constexpr qint64 kNewest = std::numeric_limits<qint32>::max();
-constexpr int kAll = 1'000'000;
-
-AlarmEntry entry(qint64 number, AlarmEnd end = AlarmEnd::Cleared) {
-    AlarmEntry made;
-    made.number = number;
-    made.code = QStringLiteral("door%1").arg(number % 5 + 1);
-    made.text = QStringLiteral("安全门%1报警").arg(number % 5 + 1);
-    made.firstOut = number % 3 == 0;
-    made.raisedMs = 1000 + number;
-    made.clearedMs = end == AlarmEnd::Active ? 0 : 2000 + number;
-    made.end = end;
-    return made;
-}
 
 AlarmBatch batchOf(QVector<AlarmEntry> const& entries) {
     AlarmBatch batch;
     for (AlarmEntry const& each : entries)
         batch.entries.insert(each.number, each);
     return batch;
-}
-
-AlarmBatch range(qint64 from, qint64 to) {
-    AlarmBatch batch;
-    for (qint64 number = from; number <= to; ++number)
-        batch.entries.insert(number, entry(number));
-    return batch;
-}
-
-/// Everything in the file as an opening finds it, newest first.
-QVector<AlarmEntry> contentOf(QString const& file, int limit = kAlarmHistoryLimit) {
-    AlarmHistoryStore store(file, kStart, limit);
-    QVector<AlarmEntry> all;
-    if (!store.Read(kNewest, kAll, all))
-        qWarning("%s", qPrintable(store.Error()));
-    return all;
 }
 
 /// The database was broken off within a write: its journal has not been ended.
@@ -113,18 +73,16 @@ private:
 } // namespace
 
 /// The history on the disk: whole after whatever happens to it.
-class AlarmHistoryStoreTest : public QObject {
+class AlarmHistoryStoreTest : public QObject, private AlarmHistoryCase {
     Q_OBJECT
 
 private slots:
     void init() {
-        m_Folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_Folder->isValid());
+        begin();
         // Other users must get as far as the folder for the tests that take rights away.
         QCOMPARE(::chmod(QFile::encodeName(m_Folder->path()).constData(), 0755), 0);
-        m_File = m_Folder->filePath(QStringLiteral("history/alarms.db"));
     }
-    void cleanup() { m_Folder.reset(); }
+    void cleanup() { end(); }
 
     void what_is_written_is_read_back_newest_first();
     void a_new_run_numbers_behind_the_old_ones();
@@ -142,20 +100,6 @@ private slots:
     void a_full_disk_refuses_the_batch_whole_and_works_again_later();
     void a_folder_that_cannot_be_written_is_told();
     void a_kill_at_any_moment_loses_nothing_that_was_reported();
-
-    void the_writer_writes_what_it_is_given_and_at_its_end();
-    void an_end_while_a_batch_is_written_loses_nothing();
-    void the_writer_reads_what_waits_to_be_written();
-    void the_writer_gives_callers_back_at_once_while_the_disk_refuses();
-    void the_writer_tries_again_and_tells_both();
-    void the_writer_exports_everything();
-    void the_writer_acknowledges_earlier_runs();
-    void the_writer_holds_no_more_than_the_limit();
-    void a_writer_that_is_given_nothing_makes_no_file();
-
-private:
-    std::unique_ptr<QTemporaryDir> m_Folder;
-    QString m_File;
 };
 
 void AlarmHistoryStoreTest::what_is_written_is_read_back_newest_first() {
@@ -438,184 +382,6 @@ void AlarmHistoryStoreTest::a_kill_at_any_moment_loses_nothing_that_was_reported
     }
     qInfo("%d kills, %d within a write", kKills, met);
     QVERIFY2(met > 0, "no kill met a write under way");
-}
-
-void AlarmHistoryStoreTest::the_writer_writes_what_it_is_given_and_at_its_end() {
-    {
-        AlarmHistoryWriter writer(m_File, kStart);
-        writer.Save({entry(1, AlarmEnd::Active), entry(2)});
-        writer.Save({entry(1)});
-        writer.WaitTried();
-        writer.Save({entry(3)});
-    }
-    const QVector<AlarmEntry> all = contentOf(m_File);
-    QCOMPARE(all.size(), 3);
-    QCOMPARE(all.at(2).end, AlarmEnd::Cleared);
-}
-
-/// The end comes at all moments of a write: one after a longer wait each time, over more than a write takes.
-void AlarmHistoryStoreTest::an_end_while_a_batch_is_written_loses_nothing() {
-    for (int i = 0; i < 40; ++i) {
-        const QString file = m_Folder->filePath(QStringLiteral("end%1/alarms.db").arg(i));
-        {
-            AlarmHistoryWriter writer(file, kStart);
-            writer.Save({entry(1, AlarmEnd::Active)});
-            QTest::qSleep(i / 2 + 1); // the moment is what is tested
-            writer.Save({entry(1, AlarmEnd::ProgramEnd)});
-        }
-        const QVector<AlarmEntry> all = contentOf(file);
-        QCOMPARE(all.size(), 1);
-        QCOMPARE(all.at(0).end, AlarmEnd::ProgramEnd);
-    }
-}
-
-void AlarmHistoryStoreTest::the_writer_reads_what_waits_to_be_written() {
-    AlarmHistoryWriter writer(m_File, kStart);
-    std::mutex lock;
-    QVector<AlarmEntry> read;
-    bool done = false;
-    writer.Save({entry(1), entry(2)});
-    writer.WaitTried();
-    writer.Save({entry(3)});
-    writer.Read(kNewest, 2, [&](QVector<AlarmEntry> const& entries, QString const& error) {
-        const std::lock_guard<std::mutex> guard(lock);
-        read = entries;
-        done = error.isEmpty();
-    });
-    QVERIFY(tests::waitFor([&] {
-        const std::lock_guard<std::mutex> guard(lock);
-        return done;
-    }));
-    QCOMPARE(read, (QVector<AlarmEntry>{entry(3), entry(2)}));
-}
-
-void AlarmHistoryStoreTest::the_writer_gives_callers_back_at_once_while_the_disk_refuses() {
-    QVERIFY(QDir().mkpath(m_Folder->path()));
-    QFile blocked(m_Folder->filePath(QStringLiteral("history")));
-    QVERIFY(blocked.open(QIODevice::WriteOnly));
-    blocked.close();
-    AlarmHistoryWriter writer(m_File, kStart);
-    for (int i = 1; i <= 20'000; ++i)
-        writer.Save({entry(i)});
-    writer.WaitTried();
-    QVERIFY(!QFile::exists(m_File));
-    // The cause goes, and nothing that is still kept has been lost.
-    QVERIFY(blocked.remove());
-    writer.Save({entry(20'001)});
-    writer.WaitTried();
-    std::atomic<int> count{-1};
-    writer.Read(kNewest, kAll, [&](QVector<AlarmEntry> const& entries, QString const&) { count = entries.size(); });
-    QVERIFY(tests::waitFor([&] { return count == 10'000; }));
-}
-
-void AlarmHistoryStoreTest::the_writer_tries_again_and_tells_both() {
-    QFile blocked(m_Folder->filePath(QStringLiteral("history")));
-    QVERIFY(blocked.open(QIODevice::WriteOnly));
-    blocked.close();
-    std::mutex lock;
-    QStringList told;
-    AlarmHistoryWriter writer(m_File, kStart);
-    writer.SetStateListener([&](QString const& error) {
-        const std::lock_guard<std::mutex> guard(lock);
-        told.append(error);
-    });
-    for (int i = 1; i <= 3; ++i) {
-        writer.Save({entry(i)});
-        writer.WaitTried();
-    }
-    {
-        const std::lock_guard<std::mutex> guard(lock);
-        QCOMPARE(told.size(), 1);
-        QVERIFY(told.at(0).startsWith(m_File));
-    }
-    QVERIFY(blocked.remove());
-    // Without another call: after its time it tries by itself.
-    QVERIFY(tests::waitFor(
-        [&] {
-            const std::lock_guard<std::mutex> guard(lock);
-            return told.size() == 2;
-        },
-        20'000));
-    QVERIFY(told.at(1).isEmpty());
-}
-
-void AlarmHistoryStoreTest::the_writer_exports_everything() {
-    AlarmHistoryWriter writer(m_File, kStart);
-    writer.Save({entry(1), entry(2)});
-    std::mutex lock;
-    QStringList errors;
-    const auto done = [&](QString const& error) {
-        const std::lock_guard<std::mutex> guard(lock);
-        errors.append(error);
-    };
-    const QString target = m_Folder->filePath(QStringLiteral("out/alarms.csv"));
-    writer.Export(target, done);
-    writer.Export(m_File + QStringLiteral("/no/folder.csv"), done);
-    QVERIFY(tests::waitFor([&] {
-        const std::lock_guard<std::mutex> guard(lock);
-        return errors.size() == 2;
-    }));
-    QCOMPARE(errors.at(0), QString());
-    QVERIFY(!errors.at(1).isEmpty());
-    QFile file(target);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QList<QByteArray> lines = file.readAll().split('\n');
-    QCOMPARE(lines.size(), 4);
-    QVERIFY(lines.at(0).startsWith("\xEF\xBB\xBF"));
-    QVERIFY(lines.at(1).contains("安全门3报警"));
-    QVERIFY(lines.at(2).contains("安全门2报警"));
-}
-
-void AlarmHistoryStoreTest::the_writer_acknowledges_earlier_runs() {
-    {
-        AlarmHistoryStore store(m_File, kStart);
-        QVERIFY(store.Write(range(1, 3)));
-    }
-    {
-        AlarmHistoryWriter writer(m_File, kStart);
-        writer.AcknowledgeOlder({-1, 10, QStringLiteral("li")});
-        writer.AcknowledgeOlder({-1, 11, QStringLiteral("later")});
-        writer.WaitTried();
-        writer.AcknowledgeAllOlder({0, 20, QStringLiteral("wu")});
-        writer.AcknowledgeAllOlder({0, 21, QStringLiteral("later")});
-    }
-    QStringList users;
-    for (AlarmEntry const& each : contentOf(m_File))
-        users.append(each.acknowledgedBy + QString::number(each.acknowledgedMs));
-    QCOMPARE(users.join(QLatin1Char(' ')), QStringLiteral("wu20 li10 wu20"));
-}
-
-void AlarmHistoryStoreTest::the_writer_holds_no_more_than_the_limit() {
-    AlarmHistoryWriter writer(m_File, kStart, 50);
-    QVector<AlarmEntry> many;
-    for (int i = 1; i <= 500; ++i)
-        many.append(entry(i));
-    writer.Save(many);
-    writer.WaitTried();
-    std::mutex lock;
-    QVector<AlarmEntry> read;
-    writer.Read(kNewest, kAll, [&](QVector<AlarmEntry> const& entries, QString const&) {
-        const std::lock_guard<std::mutex> guard(lock);
-        read = entries;
-    });
-    QVERIFY(tests::waitFor([&] {
-        const std::lock_guard<std::mutex> guard(lock);
-        return read.size() == 50;
-    }));
-    QCOMPARE(read.first().number, 500);
-    QCOMPARE(read.last().number, 451);
-}
-
-void AlarmHistoryStoreTest::a_writer_that_is_given_nothing_makes_no_file() {
-    { AlarmHistoryWriter writer(m_File, kStart); }
-    QVERIFY(!QFile::exists(m_File));
-    {
-        AlarmHistoryWriter writer(m_File, kStart);
-        writer.Begin();
-        writer.Save({});
-        writer.WaitTried();
-    }
-    QVERIFY(QFile::exists(m_File));
 }
 
 QTEST_GUILESS_MAIN(AlarmHistoryStoreTest)

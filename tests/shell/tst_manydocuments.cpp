@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/shell/documentsfixture.h"
+#include "tests/support/processstatus.h"
 
 #include <malloc.h>
 
@@ -27,14 +28,7 @@ constexpr long kMostGrowthKb = 5 * 1024;
 /// Memory of this process in the RAM, kB. What the allocator only keeps for later goes back first.
 long residentKb() {
     malloc_trim(0);
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (QByteArray const& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
+    return processStatus("VmRSS:");
 }
 
 } // namespace

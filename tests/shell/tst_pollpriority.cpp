@@ -46,16 +46,37 @@ void onThread(std::function<void()> const& work) {
     std::thread(work).join();
 }
 
-/// Takes the right to real-time scheduling from the calling thread alone.
-bool giveUpRealTime() {
-    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct data[2]{};
-    if (syscall(SYS_capget, &header, data) != 0)
-        return false;
-    for (__user_cap_data_struct& part : data)
-        part.effective = part.permitted = part.inheritable = 0;
-    return syscall(SYS_capset, &header, data) == 0 && !take(SCHED_FIFO, sched_get_priority_min(SCHED_FIFO));
-}
+/// Takes the right to real-time scheduling from the calling thread; what the user's limits grant, from the process for
+/// as long as the object lives.
+class WithoutRealTime {
+public:
+    WithoutRealTime() {
+        getrlimit(RLIMIT_RTPRIO, &m_Limit);
+        rlimit none = m_Limit;
+        none.rlim_cur = 0;
+        // Nobody without the right gets a higher priority than the thread has.
+        m_bGone = setrlimit(RLIMIT_RTPRIO, &none) == 0 && dropCapabilities() &&
+                  !take(SCHED_FIFO, sched_get_priority_max(SCHED_FIFO));
+    }
+    ~WithoutRealTime() { setrlimit(RLIMIT_RTPRIO, &m_Limit); }
+    WithoutRealTime(WithoutRealTime const&) = delete;
+    WithoutRealTime& operator=(WithoutRealTime const&) = delete;
+    bool IsGone() const { return m_bGone; }
+
+private:
+    static bool dropCapabilities() {
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct data[2]{};
+        if (syscall(SYS_capget, &header, data) != 0)
+            return false;
+        for (__user_cap_data_struct& part : data)
+            part.effective = part.permitted = part.inheritable = 0;
+        return syscall(SYS_capset, &header, data) == 0;
+    }
+
+    rlimit m_Limit{};
+    bool m_bGone = false;
+};
 
 } // namespace
 
@@ -71,7 +92,8 @@ private slots:
     void another_thread_lends_and_takes_back();
     void what_is_lent_at_the_end_is_taken_back();
     void threads_that_are_started_during_a_loan_do_not_inherit_it();
-    void a_thread_with_a_priority_of_its_own_is_left_alone();
+    void a_thread_with_a_scheduling_of_its_own_is_left_alone_data();
+    void a_thread_with_a_scheduling_of_its_own_is_left_alone();
     void without_the_right_nothing_is_changed();
     void a_right_that_is_lost_during_a_loan_still_lets_it_be_taken_back();
 
@@ -152,17 +174,28 @@ void PollPriorityTest::threads_that_are_started_during_a_loan_do_not_inherit_it(
     QCOMPARE(child, kUsual);
 }
 
-void PollPriorityTest::a_thread_with_a_priority_of_its_own_is_left_alone() {
-    if (!m_bMay)
-        QSKIP("this process may not have real-time scheduling");
-    onThread([] {
-        const Scheduling own{SCHED_RR, sched_get_priority_min(SCHED_RR) + 1};
-        QVERIFY(take(own.policy, own.priority));
+/// Everyone may have the one for batches; the real-time one needs the right, and without it there is none to leave
+/// alone.
+void PollPriorityTest::a_thread_with_a_scheduling_of_its_own_is_left_alone_data() {
+    QTest::addColumn<int>("policy");
+    QTest::addColumn<int>("priority");
+    QTest::newRow("real time") << SCHED_RR << lent().priority;
+    QTest::newRow("batch") << SCHED_BATCH << 0;
+}
+
+void PollPriorityTest::a_thread_with_a_scheduling_of_its_own_is_left_alone() {
+    QFETCH(int, policy);
+    QFETCH(int, priority);
+    onThread([=] {
+        const bool may = m_bMay || policy == SCHED_BATCH;
+        QCOMPARE(take(policy, priority), may);
+        const Scheduling own = may ? Scheduling{policy, priority} : kUsual;
+        QCOMPARE(now(), own);
         {
-            PollPriority priority(kAboveLeast);
-            priority.Lend();
+            PollPriority lender(kAboveLeast);
+            lender.Lend();
             QCOMPARE(now(), own);
-            priority.GiveBack();
+            lender.GiveBack();
             QCOMPARE(now(), own);
         }
         QCOMPARE(now(), own);
@@ -170,12 +203,9 @@ void PollPriorityTest::a_thread_with_a_priority_of_its_own_is_left_alone() {
 }
 
 void PollPriorityTest::without_the_right_nothing_is_changed() {
-    rlimit limit{};
-    QCOMPARE(getrlimit(RLIMIT_RTPRIO, &limit), 0);
-    if (limit.rlim_cur > 0)
-        QSKIP("this user's limits grant real-time scheduling");
     onThread([] {
-        QVERIFY(giveUpRealTime());
+        const WithoutRealTime without;
+        QVERIFY(without.IsGone());
         PollPriority priority(kAboveLeast);
         priority.Lend();
         QCOMPARE(now(), kUsual);
@@ -189,7 +219,8 @@ void PollPriorityTest::a_right_that_is_lost_during_a_loan_still_lets_it_be_taken
         PollPriority priority(kAboveLeast);
         priority.Lend();
         QCOMPARE(now(), m_bMay ? lent() : kUsual);
-        giveUpRealTime();
+        const WithoutRealTime without;
+        QVERIFY(without.IsGone());
         priority.GiveBack();
         QCOMPARE(now(), kUsual);
     });

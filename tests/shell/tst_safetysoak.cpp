@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "shell/alarmmask.h"
 #include "tests/shell/supervisionfixture.h"
+#include "tests/support/processstatus.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <random>
 
 using namespace tests;
@@ -40,22 +40,11 @@ struct Sample {
     int threads = 0;
 };
 
-long statusField(char const* name) {
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    for (QByteArray const& line : file.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(int(qstrlen(name))).trimmed().split(' ').first().toLong();
-    }
-    return 0;
-}
-
 Sample sampleNow(int poll) {
     Sample sample;
     sample.poll = poll;
-    sample.residentKb = statusField("VmRSS:");
-    sample.threads = int(statusField("Threads:"));
+    sample.residentKb = processStatus("VmRSS:");
+    sample.threads = int(processStatus("Threads:"));
     sample.files = QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries | QDir::System).size();
     return sample;
 }

@@ -3,6 +3,7 @@
 #include "support/approot.h"
 #include "tests/support/journalmatcher.h"
 #include "tests/support/ptypair.h"
+#include "tests/support/sleephook.h"
 #include "tests/support/socketclient.h"
 #include "tests/support/temporaryroot.h"
 #include "tests/support/timeoutscale.h"
@@ -47,6 +48,7 @@ private slots:
     void waiting_deletes_what_is_deleted_later();
     void waiting_gives_up();
     void waiting_works_in_another_thread();
+    void a_hook_takes_the_place_of_its_threads_sleeps();
     void a_client_talks_to_a_server_in_the_same_thread();
     void a_client_talks_to_a_local_server();
     void a_client_tells_why_it_cannot_connect();
@@ -169,6 +171,27 @@ void TestFixtures::waiting_works_in_another_thread() {
     flag = true;
     waiter.join();
     QCOMPARE(seen.load(), 1);
+}
+
+void TestFixtures::a_hook_takes_the_place_of_its_threads_sleeps() {
+    std::vector<std::chrono::nanoseconds> asked;
+    QElapsedTimer time;
+    {
+        const SleepHook hook([&asked](std::chrono::nanoseconds sleep) { asked.push_back(sleep); });
+        time.start();
+        QThread::msleep(60000);
+        QThread::usleep(7);
+        std::this_thread::sleep_for(std::chrono::hours(1));
+        QVERIFY(time.elapsed() < 30000);
+        time.restart();
+        std::thread([] { std::this_thread::sleep_for(std::chrono::milliseconds(20)); }).join();
+        QVERIFY(time.elapsed() >= 20);
+    }
+    using namespace std::chrono_literals;
+    QVERIFY(asked == (std::vector<std::chrono::nanoseconds>{60s, 7us, 1h}));
+    time.restart();
+    QThread::msleep(20);
+    QVERIFY(time.elapsed() >= 20);
 }
 
 void TestFixtures::a_client_talks_to_a_server_in_the_same_thread() {

@@ -301,6 +301,84 @@ private slots:
         }
     }
 
+    void f6_confirms_where_the_spot_was_steered_to() {
+        ViewFixture f;
+        CardCore& card = simulatedCard();
+        QVERIFY(card.open());
+        card.setSpeed(0.0);
+        f.view.SetOperatorOnView(OperatorTeach);
+        f.click(12, -7);
+        card.moveTo(onMachine({20, -10}), 1000.0);
+        f.view.F6Pressed();
+        QCOMPARE(shapeAt<PointShape>(f, 0)->pos, QPointF(20, -10));
+        SystemParam::Instance()->SetInvertX(true);
+        card.moveTo(onMachine({5, 6}), 1000.0);
+        f.view.F6Pressed();
+        SystemParam::Instance()->SetInvertX(false);
+        QCOMPARE(shapeAt<PointShape>(f, 1)->pos, QPointF(5, 6));
+        // On its way the spot is confirmed where it is sent.
+        card.setSpeed(1.0);
+        card.moveTo(onMachine({-30, 0}), 1.0);
+        f.view.F6Pressed();
+        QCOMPARE(shapeAt<PointShape>(f, 2)->pos, QPointF(-30, 0));
+        card.setSpeed(0.0);
+        card.moveTo(onMachine({0, 0}), 1000.0);
+        card.close();
+        f.view.F6Pressed();
+        QVERIFY(near(shapeAt<PointShape>(f, 3)->pos, {12, -7}));
+    }
+
+    void a_place_that_a_job_moves_is_not_confirmed() {
+        ViewFixture f;
+        f.addRect(0, 0, 10, 10);
+        CardCore& card = simulatedCard();
+        QVERIFY(card.open());
+        card.setSpeed(0.0001);
+        f.view.SetOperatorOnView(OperatorTeach);
+        card.setState(RunState::Run);
+        Job job;
+        job.strokes.push_back({0, {{0, 0}, {10, 0}}});
+        std::thread run([&] { card.run(job, false); });
+        QVERIFY(tests::waitFor([&] { return card.head().activity == Activity::Running; }));
+        QVERIFY(!steeredSpot());
+        f.view.F6Pressed();
+        QCOMPARE(f.state()->count(), 1);
+        card.setState(RunState::Stop);
+        run.join();
+        f.view.F6Pressed();
+        QCOMPARE(f.state()->count(), 2);
+        card.close();
+    }
+
+    void f6_in_the_view_confirms_circles_and_arcs_alone() {
+        ViewFixture f;
+        CardCore& card = simulatedCard();
+        QVERIFY(card.open());
+        card.setSpeed(0.0);
+        const auto steer = [&](double x, double y) { card.moveTo(onMachine({x, y}), 1000.0); };
+        f.view.SetOperatorOnView(OperatorTeachCircle);
+        for (const Point at : {Point{20, 0}, Point{0, 20}, Point{-20, 0}}) {
+            steer(at.x, at.y);
+            QCOMPARE(f.state()->count(), 0);
+            QTest::keyClick(&f.canvas(), Qt::Key_F6);
+            QTest::keyClick(&f.canvas(), Qt::Key_F6); // the same place is not the next one
+            if (at.x == -20)
+                break;
+            QKeyEvent held(QEvent::KeyPress, Qt::Key_F6, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(&f.canvas(), &held);
+            QCOMPARE(QRulerViewAccess::session(f.view).confirmedPoints().last(), QPointF(at.x, at.y));
+        }
+        const auto* circle = shapeAt<CircleShape>(f, 0);
+        QVERIFY(circle && near(circle->center, {0, 0}) && qAbs(circle->radius - 20.0) < 1e-6);
+        for (const OperatorOnView op : {OperatorSelect, OperatorTeach, OperatorAddPoint}) {
+            f.view.SetOperatorOnView(op);
+            QTest::keyClick(&f.canvas(), Qt::Key_F6);
+            QCOMPARE(f.state()->count(), 1);
+        }
+        steer(0, 0);
+        card.close();
+    }
+
     void plugin_presses_add_nothing_and_are_logged() {
         ViewFixture f;
         f.view.SetOperatorOnView(OperatorAddPluginTool);

@@ -111,7 +111,7 @@ private slots:
         QCOMPARE(f.state()->objects, before);
     }
 
-    void pending_keys_are_taken_on_another_thread_and_move_on_the_main_one() {
+    void pending_keys_are_passed_on_by_another_thread_and_move_on_the_main_one() {
         ViewFixture f;
         f.addRect(0, 0, 10, 10);
         f.session().document().select({0});
@@ -122,12 +122,39 @@ private slots:
         }
         std::thread keys([&] { f.view.OnKeyUpDonwEvent(1, true); });
         keys.join();
+        QCOMPARE(f.bounds(0).minX, 0.0);
+        QVERIFY(tests::waitFor([&] { return f.bounds(0).minX == 2.0 && f.bounds(0).minY == 2.0; }));
+        const QMutexLocker lock(&f.view.m_DirKeyLock);
+        QVERIFY(f.view.m_DirKeys.isEmpty());
+    }
+
+    void a_key_waits_in_the_list_until_the_selection_is_moved() {
+        ViewFixture f;
+        f.addRect(0, 0, 10, 10);
+        f.session().document().select({0});
+        f.view.SetKeyMoveDist(1.0);
+        int queued = 0;
+        for (int i = 0; i < 50; ++i) {
+            {
+                const QMutexLocker lock(&f.view.m_DirKeyLock);
+                if (f.view.m_DirKeys.isEmpty()) {
+                    f.view.m_DirKeys << Qt::Key_Right;
+                    ++queued;
+                }
+            }
+            std::thread([&] { f.view.OnKeyUpDonwEvent(1, true); }).join();
+        }
+        QCOMPARE(queued, 1);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.bounds(0).minX, 1.0);
         {
             const QMutexLocker lock(&f.view.m_DirKeyLock);
             QVERIFY(f.view.m_DirKeys.isEmpty());
+            f.view.m_DirKeys << Qt::Key_Right;
         }
-        QCOMPARE(f.bounds(0).minX, 0.0);
-        QVERIFY(tests::waitFor([&] { return f.bounds(0).minX == 2.0 && f.bounds(0).minY == 2.0; }));
+        f.view.OnKeyUpDonwEvent(1, true);
+        QCoreApplication::processEvents();
+        QCOMPARE(f.bounds(0).minX, 2.0);
     }
 
     void key_thread_and_main_thread_work_side_by_side() {

@@ -118,8 +118,43 @@ private slots:
 
     void nothing_is_drawn_of_objects_outside_the_view() {
         ViewFixture f;
-        f.addRect(500, 500, 20, 20);
-        f.addRect(-31, -11, 20, 20);
+        f.addCircle(500, 500, 20);
+        f.addCircle(-31, -11, 20);
+        picture(f);
+        QCOMPARE(f.canvas().scene().itemCount(), 1);
+    }
+
+    void lines_and_rectangles_are_drawn_from_the_documents_own_points() {
+        ViewFixture f;
+        setPen(f, 2, QColor(200, 0, 0));
+        f.addRect(-31, -11, 20, 20, 2);
+        f.addLine(QPolygonF(QVector<QPointF>{{10, 10}, {30, 10}, {30, 40}}), 2, true);
+        f.session().document().selectAll();
+        f.session().document().edit([](const DocumentState& state) { return edits::rotate(state, 90.0, {0, 0}); });
+        f.session().document().select({});
+        const QImage image = picture(f);
+        QCOMPARE(f.canvas().scene().itemCount(), 0);
+        // turned with the object's own transform: (x, y) is at (-y, x)
+        QVERIFY(nearest(f, image, 11, -20, QColor(200, 0, 0)) < 250);
+        QVERIFY(nearest(f, image, -10, 20, QColor(200, 0, 0)) < 250);
+        QVERIFY(nearest(f, image, -25, 20, QColor(200, 0, 0)) < 250); // the side that closes it
+        QVERIFY(nearest(f, image, -31, 0, QColor(200, 0, 0)) > 300);
+    }
+
+    void a_line_that_is_not_marked_is_grey_and_one_with_a_hatch_has_it() {
+        ViewFixture f;
+        setPen(f, 2, QColor(200, 0, 0));
+        f.addRect(-31, -11, 20, 20, 2);
+        f.session().document().select({0});
+        QVector<FillParam> fills(kFillCount);
+        f.view.FillSelectedObj(fills, false, false, false);
+        f.session().document().select({});
+        QVERIFY(nearest(f, picture(f), -31, 0, QColor(theme::kNotWorking)) < 60);
+        fills[0].Enable = true;
+        fills[0].FillDist = 2.0;
+        f.session().document().select({0});
+        f.view.FillSelectedObj(fills, true, false, false);
+        f.session().document().select({});
         picture(f);
         QCOMPARE(f.canvas().scene().itemCount(), 1);
     }

@@ -124,6 +124,8 @@ private slots:
         addLargeDrawing(f);
         QVERIFY(!grabbed(f).isNull());
         QVERIFY2(f.canvas().lastSceneTime() > 4.0, qPrintable(QString::number(f.canvas().lastSceneTime())));
+        // lies over the canvas in the window
+        f.view.findChild<QWidget*>(QStringLiteral("viewBar"))->hide();
         auto* drawer = f.canvas().findChild<SceneDrawer*>();
         QVERIFY(drawer);
         int pictures = 0;

@@ -15,6 +15,10 @@ ViewFixture::ViewFixture() {
     transform.setViewport(canvas().size());
     transform.zoomAbout(QPointF(canvas().width() / 2.0, canvas().height() / 2.0), 5.0 / transform.scale());
     canvas().setViewTransform(transform);
+    // Places are those of the test, unless it is about snapping.
+    sim::SnapSettings off;
+    off.on = false;
+    canvas().snap().setSettings(off);
 }
 
 int ViewFixture::add(const sim::Shape& shape, int pen) {

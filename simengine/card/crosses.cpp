@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/card/crosses.h"
+
+#include "simengine/card/headmap.h"
+#include "simengine/card/markedrows.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+/// Commanded places that differ by less are one, mm.
+constexpr double kSame = 1e-3;
+
+/// A straight stroke with the laser: commanded ends, and rows of the trace on it.
+struct Arm {
+    Point from;
+    Point to;
+    std::size_t first; ///< the row of its jump
+    std::size_t last;
+
+    Point middle() const { return {(from.x + to.x) / 2.0, (from.y + to.y) / 2.0}; }
+    double length() const { return distanceMm(from, to); }
+};
+
+bool isOnLine(const Point& a, const Point& b, const Point& p) {
+    const double length = distanceMm(a, b);
+    const double off = (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x);
+    const double along = (b.x - a.x) * (p.x - a.x) + (b.y - a.y) * (p.y - a.y);
+    return std::fabs(off) <= kSame * length && along >= -kSame * length && along <= length * (length + kSame);
+}
+
+using Key = std::pair<long long, long long>;
+
+Key keyOf(const Point& p) {
+    return {std::llround(p.x / kSame), std::llround(p.y / kSame)};
+}
+
+/// Strokes of the trace; a stroke is a run of laser rows and the row before it.
+template<typename Take>
+void forEachStroke(const TraceSnapshot& rows, Take take) {
+    for (std::size_t i = 1; i < rows.size();) {
+        if (!rows[i].laser) {
+            ++i;
+            continue;
+        }
+        const std::size_t first = i - 1;
+        while (i < rows.size() && rows[i].laser)
+            ++i;
+        take(first, i - 1);
+    }
+}
+
+bool isStraight(const TraceSnapshot& rows, std::size_t first, std::size_t last) {
+    for (std::size_t i = first + 1; i < last; ++i) {
+        if (!isOnLine(rows[first].at, rows[last].at, rows[i].at))
+            return false;
+    }
+    return distanceMm(rows[first].at, rows[last].at) > kSame;
+}
+
+std::vector<Arm> armsOf(const TraceSnapshot& rows) {
+    std::vector<Arm> arms;
+    forEachStroke(rows, [&](std::size_t first, std::size_t last) {
+        if (isStraight(rows, first, last))
+            arms.push_back({rows[first].at, rows[last].at, first, last});
+    });
+    return arms;
+}
+
+bool isCross(const Arm& a, const Arm& b) {
+    const double dot = (a.to.x - a.from.x) * (b.to.x - b.from.x) + (a.to.y - a.from.y) * (b.to.y - b.from.y);
+    return std::fabs(dot) <= 1e-3 * a.length() * b.length() && distanceMm(a.middle(), b.middle()) <= 2.0 * kSame;
+}
+
+std::vector<Point> markedLine(const TraceSnapshot& rows, const Arm& arm) {
+    std::vector<Point> line;
+    forEachMarked(rows, arm.first, arm.last + 1, [&](const TraceRow& row, const Point&, bool vertex) {
+        // What comes before the first vertex is the jump to it.
+        if (vertex || !line.empty())
+            line.push_back(row.at);
+    });
+    return line;
+}
+
+std::optional<Point> crossing(const Point& a, const Point& b, const Point& c, const Point& d) {
+    const Point u{b.x - a.x, b.y - a.y};
+    const Point v{d.x - c.x, d.y - c.y};
+    const double det = u.x * v.y - u.y * v.x;
+    if (det == 0.0)
+        return std::nullopt;
+    const double s = ((c.x - a.x) * v.y - (c.y - a.y) * v.x) / det;
+    const double t = ((c.x - a.x) * u.y - (c.y - a.y) * u.x) / det;
+    constexpr double kSlack = 1e-9;
+    if (s < -kSlack || s > 1.0 + kSlack || t < -kSlack || t > 1.0 + kSlack)
+        return std::nullopt;
+    return Point{a.x + u.x * s, a.y + u.y * s};
+}
+
+std::optional<Point> crossing(const std::vector<Point>& one, const std::vector<Point>& other) {
+    for (std::size_t i = 1; i < one.size(); ++i) {
+        for (std::size_t j = 1; j < other.size(); ++j) {
+            if (const auto point = crossing(one[i - 1], one[i], other[j - 1], other[j]))
+                return point;
+        }
+    }
+    return std::nullopt;
+}
+
+/// The 3 x 3 keys round one: rounding may put equal places into neighbouring keys.
+template<typename Take>
+void forEachNear(const Key& key, Take take) {
+    for (long long dx = -1; dx <= 1; ++dx) {
+        for (long long dy = -1; dy <= 1; ++dy)
+            take(Key{key.first + dx, key.second + dy});
+    }
+}
+
+class CrossFinder {
+public:
+    explicit CrossFinder(const TraceSnapshot& rows)
+        : m_rows(rows)
+        , m_arms(armsOf(rows)) {}
+
+    std::vector<Point> find() {
+        for (std::size_t i = 0; i < m_arms.size(); ++i) {
+            const Key key = keyOf(m_arms[i].middle());
+            if (isDone(key))
+                continue;
+            const std::optional<std::size_t> partner = partnerOf(i, key);
+            if (!partner) {
+                m_single[key].push_back(i);
+                continue;
+            }
+            if (const auto place = crossing(markedLine(m_rows, m_arms[*partner]), markedLine(m_rows, m_arms[i])))
+                m_found.emplace(*partner, *place);
+            m_done.insert(key);
+        }
+        std::vector<Point> places;
+        for (const auto& [order, place] : m_found)
+            places.push_back(place);
+        return places;
+    }
+
+private:
+    bool isDone(const Key& key) const {
+        bool done = false;
+        forEachNear(key, [&](const Key& near) { done = done || m_done.count(near) > 0; });
+        return done;
+    }
+
+    std::optional<std::size_t> partnerOf(std::size_t arm, const Key& key) const {
+        std::optional<std::size_t> partner;
+        forEachNear(key, [&](const Key& near) {
+            const auto single = m_single.find(near);
+            if (single == m_single.end())
+                return;
+            for (const std::size_t other : single->second) {
+                if (!partner && isCross(m_arms[other], m_arms[arm]))
+                    partner = other;
+            }
+        });
+        return partner;
+    }
+
+    const TraceSnapshot& m_rows;
+    const std::vector<Arm> m_arms;
+    std::map<Key, std::vector<std::size_t>> m_single; ///< arms without a partner so far, by their middle
+    std::set<Key> m_done;                             ///< middles of the crosses found
+    std::map<std::size_t, Point> m_found;             ///< by the number of the first arm
+};
+
+std::vector<Point> pointsOf(const TraceSnapshot& rows) {
+    std::vector<Point> points;
+    std::set<Key> seen;
+    forEachStroke(rows, [&](std::size_t first, std::size_t last) {
+        const Point at = rows[first].at;
+        const auto still = [&](std::size_t i) { return rows[i].at == at; };
+        for (std::size_t i = first; i <= last; ++i) {
+            if (!still(i))
+                return;
+        }
+        if (seen.insert(keyOf(at)).second)
+            points.push_back(rows.head() ? rows.head()->marked(at, rows.passOfJob()) : at);
+    });
+    return points;
+}
+
+} // namespace
+
+std::vector<Point> markedFigures(const TraceSnapshot& rows) {
+    std::vector<Point> crosses = CrossFinder(rows).find();
+    return crosses.empty() ? pointsOf(rows) : crosses;
+}
+
+} // namespace sim

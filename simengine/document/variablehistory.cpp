@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/document/variablehistory.h"
+
+#include "support/approot.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariant>
+#include <atomic>
+
+namespace sim::markedcodes {
+
+namespace {
+
+/// The database stands on a board that can lose power at any time.
+constexpr const char* kPreparation[] = {
+    "PRAGMA journal_mode=DELETE",
+    "PRAGMA synchronous=EXTRA",
+    "PRAGMA busy_timeout=3000",
+    "CREATE TABLE IF NOT EXISTS marked (code TEXT PRIMARY KEY NOT NULL, seconds INTEGER NOT NULL)",
+    "CREATE INDEX IF NOT EXISTS marked_seconds ON marked (seconds)",
+};
+
+QString databasePath() {
+    return tessera::rootPath(QStringLiteral("/ini/MarkedCodes.db"));
+}
+
+/// An open connection of its own for as long as the object lives: connections belong to threads.
+class Connection {
+public:
+    Connection()
+        : m_name(QStringLiteral("tessera-codes-%1").arg(++s_count)) {
+        m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
+        m_database.setDatabaseName(databasePath());
+        m_good = QDir().mkpath(QFileInfo(databasePath()).absolutePath()) && m_database.open();
+        for (const char* statement : kPreparation)
+            m_good = m_good && QSqlQuery(m_database).exec(QLatin1String(statement));
+    }
+    ~Connection() {
+        m_database.close();
+        m_database = QSqlDatabase();
+        QSqlDatabase::removeDatabase(m_name);
+    }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    bool isGood() const { return m_good; }
+    QSqlDatabase& database() { return m_database; }
+
+private:
+    static inline std::atomic<int> s_count{0};
+    QString m_name;
+    QSqlDatabase m_database;
+    bool m_good = false;
+};
+
+bool run(QSqlDatabase& database, const char* statement, const QVariantList& values) {
+    QSqlQuery query(database);
+    if (!query.prepare(QLatin1String(statement)))
+        return false;
+    for (const QVariant& value : values)
+        query.addBindValue(value);
+    return query.exec();
+}
+
+} // namespace
+
+std::optional<Earlier> findSince(const QStringList& codes, const QDateTime& since) {
+    if (codes.isEmpty() || !QFileInfo::exists(databasePath()))
+        return std::nullopt;
+    Connection connection;
+    if (!connection.isGood())
+        return std::nullopt;
+    QSqlQuery query(connection.database());
+    query.prepare(QStringLiteral("SELECT seconds FROM marked WHERE code = ? AND seconds >= ?"));
+    for (const QString& code : codes) {
+        query.addBindValue(code);
+        query.addBindValue(since.toSecsSinceEpoch());
+        if (query.exec() && query.next())
+            return Earlier{code, QDateTime::fromSecsSinceEpoch(query.value(0).toLongLong())};
+        query.finish();
+    }
+    return std::nullopt;
+}
+
+bool add(const QStringList& codes, const QDateTime& time, const QDateTime& oldest) {
+    if (codes.isEmpty())
+        return true;
+    Connection connection;
+    QSqlDatabase& database = connection.database();
+    if (!connection.isGood() || !database.transaction())
+        return false;
+    bool good = run(database, "DELETE FROM marked WHERE seconds < ?", {oldest.toSecsSinceEpoch()});
+    for (const QString& code : codes)
+        good = good && run(database, "INSERT OR REPLACE INTO marked (code, seconds) VALUES (?, ?)",
+                           {code, time.toSecsSinceEpoch()});
+    if (good && database.commit())
+        return true;
+    database.rollback();
+    return false;
+}
+
+} // namespace sim::markedcodes

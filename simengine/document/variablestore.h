@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/document/variablevalues.h"
+#include "simengine/params/inifile.h"
+
+#include <QObject>
+#include <memory>
+#include <mutex>
+
+namespace sim {
+
+/// The variables of the machine, in "/ini/Variables.ini". The file is the only copy: every question reads what is on
+/// the disk, every change is on the disk when the call returns. Any thread.
+class VariableStore : public QObject {
+    Q_OBJECT
+public:
+    static VariableStore& instance();
+
+    /// All variables; none when the file is damaged, which `problem` then tells.
+    VariableSet set(VariableProblem* problem = nullptr) const;
+    /// Puts `wanted` in place of what was `opened`. Counters that are the same in both go on from where they stand by
+    /// now, so that an edit does not set back what a job has counted meanwhile. False when the set is not sound or
+    /// cannot be written.
+    bool save(const VariableSet& wanted, const VariableSet& opened);
+
+    /// A pass with these counters is about to be marked; false when that cannot be written.
+    bool beginPass();
+    /// The pass has ended. `marked`: to its end, then the counters move on, but for those that the operator has changed
+    /// meanwhile.
+    bool endPass(const UsedVariables& used, bool marked);
+    /// A pass was begun and the machine was switched off before it ended: the last part may be marked in part or in
+    /// whole, and the next pass marks its values again. Until the next pass ends.
+    bool wasInterrupted() const;
+
+signals:
+    /// A definition or a counter is different. On the thread that changed it.
+    void changed();
+
+private:
+    VariableStore() = default;
+    IniFile& file() const;
+    bool isPassOpen() const;
+    VariableSet read(VariableProblem* problem = nullptr) const;
+    bool write(const VariableSet& set, bool passOpen);
+
+    mutable std::mutex m_mutex; ///< guards the two below; one change at a time
+    mutable std::unique_ptr<IniFile> m_file;
+    bool m_passOpen = false; ///< of this process, so that its own pass is not an interrupted one
+};
+
+/// What a template comes to now, with the variables of the machine. Any thread.
+QString variableText(const QString& pattern, VariableProblem& problem);
+
+} // namespace sim

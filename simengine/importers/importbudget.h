@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/importers/importnotes.h"
+
+#include <ctime>
+
+namespace sim {
+
+/// What one import may take. A file that is made to exhaust the machine ends here, with a reason, before five seconds
+/// and 512 MiB. The time is that of this thread alone, so that a busy machine refuses nothing that it takes when idle.
+class ImportBudget {
+public:
+    static constexpr qint64 kMostBytes = qint64(128) << 20;
+    static constexpr qint64 kMostPoints = 4'000'000;
+    static constexpr qint64 kMostElements = 2'000'000;
+    static constexpr int kMostDepth = 200;
+    static constexpr double kMostSeconds = 3.5;
+
+    ImportBudget()
+        : m_begin(cpuSeconds()) {}
+
+    /// Counts points of the drawing, references followed. False when there were too many, or too much time has gone.
+    bool points(qint64 count) { return spend(m_points, count, kMostPoints, Note::TooManyPoints); }
+    /// The same for elements of the file.
+    bool elements(qint64 count = 1) { return spend(m_elements, count, kMostElements, Note::TooManyElements); }
+    /// For work that makes neither: steps of a few microseconds.
+    bool step() { return ok() && lookAtTime(1); }
+    bool ok() const { return !m_failed; }
+    void fail(Note note) {
+        if (!m_failed)
+            m_note = note;
+        m_failed = true;
+    }
+    /// Why it was not ok().
+    Note note() const { return m_note; }
+    qint64 pointCount() const { return m_points; }
+
+private:
+    /// Steps between two looks at the clock.
+    static constexpr qint64 kSteps = 512;
+
+    static double cpuSeconds() {
+        timespec now{};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+        return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+    }
+    bool spend(qint64& sum, qint64 count, qint64 most, Note note) {
+        if (m_failed)
+            return false;
+        sum += count;
+        if (sum > most)
+            fail(note);
+        return lookAtTime(count + 1);
+    }
+    bool lookAtTime(qint64 steps) {
+        m_steps += steps;
+        if (m_steps >= kSteps) {
+            m_steps = 0;
+            if (cpuSeconds() - m_begin > kMostSeconds)
+                fail(Note::TooLong);
+        }
+        return !m_failed;
+    }
+
+    double m_begin;
+    qint64 m_points = 0;
+    qint64 m_elements = 0;
+    qint64 m_steps = 0;
+    Note m_note = Note::TooLong;
+    bool m_failed = false;
+};
+
+} // namespace sim

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/importers/tracer/streams.h"
+
+#include <cstdio>
+
+namespace sim {
+
+bool readAll(void* data, std::size_t size) {
+    return std::fread(data, 1, size, stdin) == size;
+}
+
+bool writeAll(const void* data, std::size_t size) {
+    return std::fwrite(data, 1, size, stdout) == size;
+}
+
+} // namespace sim

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/panel/devicepage.h"
+
+#include "engine/languagemanager.h"
+#include "engine/msgbox.h"
+#include "simengine/panel/paneltexts.h"
+
+#include <QDoubleSpinBox>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+namespace sim {
+
+namespace {
+
+constexpr int kHeight = 40; ///< px, for a finger
+
+QString shown(const SimDevice& device) {
+    if (device.name == "flash_first" || device.name == "flash_end")
+        return QStringLiteral("0x%1").arg(static_cast<quint32>(device.value), 6, 16, QLatin1Char('0'));
+    return QString::number(device.value, 'f', 0);
+}
+
+} // namespace
+
+DevicePage::DevicePage(SimControl& machine, QWidget* parent)
+    : QScrollArea(parent)
+    , m_machine(machine)
+    , m_inside(new QWidget(this))
+    , m_grid(new QGridLayout(m_inside))
+    , m_flash(new QPushButton(m_inside)) {
+    setObjectName(QStringLiteral("devices"));
+    m_inside->setObjectName(QStringLiteral("faultsInside"));
+    setWidgetResizable(true);
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_grid->setContentsMargins(0, 0, 4, 0);
+    m_grid->setSpacing(4);
+    for (const SimDevice& device : m_machine.devices())
+        addRow(device);
+    m_flash->setObjectName(QStringLiteral("exportFlash"));
+    m_flash->setMinimumHeight(kHeight);
+    connect(m_flash, &QPushButton::clicked, this, &DevicePage::askFlash);
+    m_grid->addWidget(m_flash, m_rows.size(), 0, 1, 2);
+    setWidget(m_inside);
+    refresh();
+}
+
+void DevicePage::addRow(const SimDevice& device) {
+    Row row;
+    row.name = device.name;
+    row.title = new QLabel(m_inside);
+    QWidget* shows = nullptr;
+    if (device.settable) {
+        row.edit = new QDoubleSpinBox(m_inside);
+        row.edit->setMinimumHeight(kHeight);
+        row.edit->setRange(device.low, device.high);
+        row.edit->setDecimals(device.high > 1e6 || device.high < 10.0 ? 0 : 1);
+        row.edit->setKeyboardTracking(false);
+        connect(row.edit, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
+                [this, name = device.name](double value) {
+                    std::string error;
+                    if (m_machine.setDevice(name, value, error) != SimOutcome::Done)
+                        msgBox::show(deviceText(name), QString::fromStdString(error), 1);
+                });
+        shows = row.edit;
+    } else {
+        row.value = new QLabel(m_inside);
+        row.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        shows = row.value;
+    }
+    shows->setObjectName(QStringLiteral("device_") + QString::fromStdString(device.name));
+    m_grid->addWidget(row.title, m_rows.size(), 0);
+    m_grid->addWidget(shows, m_rows.size(), 1);
+    m_rows.append(row);
+}
+
+void DevicePage::refresh() {
+    const std::vector<SimDevice> devices = m_machine.devices();
+    for (int i = 0; i < m_rows.size() && i < static_cast<int>(devices.size()); ++i) {
+        const SimDevice& device = devices[static_cast<std::size_t>(i)];
+        if (m_rows[i].value) {
+            m_rows[i].value->setText(shown(device));
+        } else if (!m_rows[i].edit->hasFocus()) {
+            const QSignalBlocker blocker(m_rows[i].edit);
+            m_rows[i].edit->setValue(device.value);
+        }
+    }
+}
+
+void DevicePage::setTexts() {
+    for (const Row& row : qAsConst(m_rows))
+        row.title->setText(deviceText(row.name));
+    m_flash->setText(LanguageManager::GetLanText("导出Flash内容"));
+}
+
+bool DevicePage::exportFlash(const QString& file, QString& error) {
+    std::string reason;
+    const bool done = m_machine.writeFlash(QFile::encodeName(file).toStdString(), 0, 0, reason) == SimOutcome::Done;
+    error = QString::fromStdString(reason);
+    return done;
+}
+
+void DevicePage::askFlash() {
+    const QString title = LanguageManager::GetLanText("导出Flash内容");
+    const QString file =
+        QFileDialog::getSaveFileName(this, title, QStringLiteral("flash.bin"), QStringLiteral("BIN (*.bin)"));
+    QString error;
+    if (!file.isEmpty() && !exportFlash(file, error))
+        msgBox::show(title, error, 1);
+}
+
+} // namespace sim

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/document/runplan.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+namespace sim {
+
+/// Makes the timeline of a run that has not been, on a thread of its own. Main thread.
+class PlaybackLoader : public QObject {
+    Q_OBJECT
+public:
+    explicit PlaybackLoader(QObject* parent);
+    /// Ends what goes on and waits for it.
+    ~PlaybackLoader() override;
+
+    /// Gives up what goes on; loaded() comes for the last plan alone.
+    void load(const RunPlan& plan);
+    bool isBusy() const { return m_busy; }
+
+signals:
+    void loaded(std::shared_ptr<const sim::JobTimeline> timeline);
+
+private:
+    QThreadPool m_pool;
+    std::shared_ptr<std::atomic<bool>> m_cancelled;
+    quint64 m_number = 0;
+    bool m_busy = false;
+};
+
+} // namespace sim

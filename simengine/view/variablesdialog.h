@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-2.0-or-later
+#pragma once
+
+#include "simengine/document/variableset.h"
+
+#include <QDialog>
+
+class QLabel;
+class QPushButton;
+
+namespace sim {
+
+class CsvPage;
+class SerialPage;
+class ShiftPage;
+
+/// The variables of the machine: serial numbers, CSV sources, shifts. "确定" keeps them all; it is enabled while they
+/// are sound. Counters that a job moves meanwhile stay where it brought them, unless they were entered anew.
+class VariablesDialog : public QDialog {
+    Q_OBJECT
+public:
+    explicit VariablesDialog(QWidget* parent);
+
+    void accept() override;
+
+private:
+    VariableSet entered() const;
+    void check();
+
+    VariableSet m_opened;
+    SerialPage* m_serials = nullptr;
+    CsvPage* m_sources = nullptr;
+    ShiftPage* m_shifts = nullptr;
+    QLabel* m_message = nullptr;
+    QPushButton* m_ok = nullptr;
+};
+
+} // namespace sim

@@ -1,0 +1,320 @@
+// SPDX-License-Identifier: MIT
+// What stands beside the card, on a clock that the test turns: the encoder of marking on the fly and the beam splitter.
+#include "cardfixture.h"
+#include "simengine/card/beamsplitter.h"
+#include "simengine/card/flyencoder.h"
+#include "simengine/card/markedrows.h"
+
+#include <cmath>
+
+using namespace sim;
+using namespace cardtest;
+
+namespace {
+
+class DeviceTest : public ::testing::Test {
+protected:
+    std::atomic<double> wallMs{1000.0};
+    std::atomic<double> speed{1.0};
+    std::atomic<bool> emits{false};
+    FaultBank faults;
+    DeviceClock clock{[this] { return speed.load(); }, [this] { return wallMs.load(); }};
+    FlyEncoder encoder{clock, faults};
+    BeamSplitter splitter{clock, faults, [this] { return emits.load(); }};
+
+    void pass(double ms) { wallMs = wallMs + ms; }
+
+    /// Results of the read command.
+    struct Words {
+        std::uint32_t status = 0;
+        std::uint32_t position = 0;
+    };
+    Words read(int index) {
+        int first = 0;
+        int second = 0;
+        EXPECT_TRUE(splitter.command(0x4955, index, 0, first, second));
+        return {static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(second)};
+    }
+    void send(int code, int a, int b) {
+        int first = 0;
+        int second = 0;
+        EXPECT_TRUE(splitter.command(code, a, b, first, second));
+    }
+    static FlySettings fly() {
+        FlySettings settings;
+        settings.enabled = true;
+        return settings;
+    }
+};
+
+constexpr std::uint32_t kOrder = 0x1Fu << 20; ///< the five lights that are lit with everything in order
+
+} // namespace
+
+TEST_F(DeviceTest, device_clock_goes_by_the_speed) {
+    const double begin = clock.now();
+    pass(10);
+    EXPECT_EQ(clock.now() - begin, 10.0);
+    speed = 4.0;
+    pass(10);
+    EXPECT_EQ(clock.now() - begin, 50.0);
+    EXPECT_FALSE(clock.isUnpaced());
+    speed = 0.0;
+    EXPECT_TRUE(clock.isUnpaced());
+    EXPECT_EQ(clock.now() - begin, 50.0 + DeviceClock::kLeapMs);
+}
+
+TEST_F(DeviceTest, encoder_of_the_belt_counts_its_way) {
+    FlySettings settings = fly();
+    settings.outer = true;
+    encoder.set(settings);
+    EXPECT_TRUE(encoder.setBeltSpeed(250.0));
+    EXPECT_TRUE(encoder.setBeltPulses(100.0));
+    pass(1000);
+    EXPECT_EQ(encoder.count(), 25000);
+    EXPECT_EQ(encoder.pulsesPerMs(), 25.0);
+    settings.outerReverse = true;
+    encoder.set(settings);
+    pass(400);
+    EXPECT_EQ(encoder.count(), 15000);
+    encoder.setCount(-7);
+    EXPECT_EQ(encoder.count(), -7);
+    EXPECT_TRUE(encoder.setBeltSpeed(-250.0));
+    pass(2);
+    EXPECT_EQ(encoder.count(), 43);
+}
+
+TEST_F(DeviceTest, inner_encoder_counts_its_own_pulses_and_only_when_it_is_on) {
+    FlySettings settings = fly();
+    settings.innerPeriodUs = 500;
+    encoder.set(settings);
+    pass(1000);
+    EXPECT_EQ(encoder.count(), 0);
+    settings.innerEnabled = true;
+    encoder.set(settings);
+    pass(1000);
+    EXPECT_EQ(encoder.count(), 2000);
+    settings.innerReverse = true;
+    encoder.set(settings);
+    pass(1500);
+    EXPECT_EQ(encoder.count(), -1000);
+}
+
+TEST_F(DeviceTest, encoder_count_begins_anew_after_its_range) {
+    FlySettings settings = fly();
+    settings.innerEnabled = true;
+    settings.rangeEnabled = true;
+    settings.rangeMm = 2;
+    settings.pulsesPerMm = 100;
+    encoder.set(settings);
+    pass(199);
+    EXPECT_EQ(encoder.count(), 199);
+    pass(1);
+    EXPECT_EQ(encoder.count(), 0);
+    settings.innerReverse = true;
+    encoder.set(settings);
+    pass(1);
+    EXPECT_EQ(encoder.count(), 199);
+}
+
+TEST_F(DeviceTest, encoder_that_stopped_keeps_its_count) {
+    FlySettings settings = fly();
+    settings.innerEnabled = true;
+    encoder.set(settings);
+    pass(100);
+    EXPECT_EQ(encoder.count(), 100);
+    faults.set("encoder_stopped", true);
+    EXPECT_EQ(encoder.count(), 100);
+    pass(100);
+    EXPECT_EQ(encoder.count(), 100);
+    EXPECT_EQ(encoder.pulsesPerMs(), 0.0);
+    EXPECT_EQ(encoder.motion().shift, Point{});
+    faults.set("encoder_stopped", false);
+    EXPECT_EQ(encoder.count(), 100);
+    pass(5);
+    EXPECT_EQ(encoder.count(), 105);
+}
+
+TEST_F(DeviceTest, encoder_stands_still_while_time_has_no_limit) {
+    FlySettings settings = fly();
+    settings.innerEnabled = true;
+    encoder.set(settings);
+    speed = 0.0;
+    pass(1000);
+    EXPECT_EQ(encoder.count(), 0);
+}
+
+TEST_F(DeviceTest, belt_refuses_what_no_belt_does) {
+    EXPECT_FALSE(encoder.setBeltSpeed(10001.0));
+    EXPECT_FALSE(encoder.setBeltSpeed(std::nan("")));
+    EXPECT_FALSE(encoder.setBeltPulses(100001.0));
+    EXPECT_EQ(encoder.beltSpeed(), 0.0);
+    EXPECT_EQ(encoder.beltPulses(), 100.0);
+}
+
+TEST_F(DeviceTest, head_follows_by_the_pulses_a_millimetre_of_each_axis) {
+    FlySettings settings = fly();
+    settings.outer = true;
+    settings.pulsesPerMmX = 100;
+    settings.pulsesPerMmY = -50;
+    encoder.set(settings);
+    encoder.setBeltSpeed(200.0);
+    FlyMotion motion = encoder.motion();
+    EXPECT_DOUBLE_EQ(motion.shift.x, 0.2);
+    EXPECT_DOUBLE_EQ(motion.shift.y, -0.4);
+    EXPECT_DOUBLE_EQ(motion.travel.x, 0.2);
+    EXPECT_EQ(motion.travel.y, 0.0);
+    settings.pulsesPerMmX = 0;
+    encoder.set(settings);
+    EXPECT_EQ(encoder.motion().shift.x, 0.0);
+    settings.enabled = false;
+    encoder.set(settings);
+    EXPECT_TRUE(encoder.motion().isStill());
+}
+
+/// The belt goes 100 mm/s; the square is marked at 100 mm/s, so it takes time.
+TEST_F(DeviceTest, what_is_marked_on_the_fly_lies_on_the_product_as_it_was_drawn) {
+    Trace trace;
+    JobRunner runner(trace);
+    runner.open();
+    runner.setSpeed(0);
+    runner.setState(RunState::Run);
+    FlySettings settings = fly();
+    settings.outer = true;
+    encoder.set(settings);
+    encoder.setBeltSpeed(100.0);
+    const Job job = jobOf({square(-5, -5, 10)});
+    for (const double pulses : {100.0, 200.0}) {
+        settings.pulsesPerMmX = pulses; // twice the pulses: the head follows at half the speed
+        encoder.set(settings);
+        JobSetup setup;
+        setup.pens = plainPens();
+        setup.fly = encoder.motion();
+        ASSERT_EQ(runner.run(job, setup, runner.arm()), Outcome::Done);
+        const TraceSnapshot rows = trace.snapshot();
+        ASSERT_GE(rows.size(), 5u);
+        std::size_t index = 0;
+        forEachMarked(rows, 0, rows.size(), [&](const TraceRow& row, const Point&, bool) {
+            const double lag = 0.1 * row.ms * (1.0 - 100.0 / pulses);
+            EXPECT_NEAR(row.at.x, rows[index].at.x - lag, 1e-9);
+            EXPECT_EQ(row.at.y, rows[index].at.y);
+            ++index;
+        });
+        const TraceSnapshot field = rows.commanded();
+        index = 0;
+        forEachMarked(field, 0, field.size(), [&](const TraceRow& row, const Point&, bool) {
+            EXPECT_NEAR(row.at.x, rows[index].at.x + 0.1 * row.ms * 100.0 / pulses, 1e-9);
+            ++index;
+        });
+    }
+    runner.close();
+}
+
+TEST_F(DeviceTest, splitter_tells_its_places_and_that_all_is_in_order) {
+    send(0x4A55, 0, 25000);
+    pass(1000);
+    for (int index = 0; index < 4; ++index)
+        EXPECT_EQ(read(index).status & 0xFFFFu,
+                  static_cast<std::uint32_t>(splitter.store().positions[static_cast<std::size_t>(index)]));
+    const Words words = read(0);
+    EXPECT_EQ(words.status >> 16, (kOrder | 1u << 17) >> 16);
+    EXPECT_EQ(words.position, 25000u | 0x1200000u | 1u << 28);
+    EXPECT_EQ(splitter.path(), 2);
+}
+
+TEST_F(DeviceTest, splitter_goes_at_its_speed_and_settles) {
+    send(0x4855, 50, 20); // 200 counts a ms
+    send(0x4A55, 0, 10000);
+    pass(1000);
+    EXPECT_EQ(splitter.path(), 1);
+    send(0x4A55, 0, 25000);
+    pass(25);
+    EXPECT_EQ(splitter.mirror(), 15000);
+    EXPECT_EQ(read(0).status & (kOrder | 0xFu << 16), 1u << 20); // on the way: the shutter alone is in order
+    pass(50);
+    EXPECT_EQ(splitter.mirror(), 25000);
+    EXPECT_EQ(read(0).status & kOrder, kOrder & ~(1u << 23 | 1u << 24)); // not settled
+    EXPECT_EQ(splitter.path(), 0);
+    pass(50);
+    EXPECT_EQ(splitter.path(), 2);
+    EXPECT_EQ(read(0).status & kOrder, kOrder);
+    EXPECT_DOUBLE_EQ(splitter.switchMs(0, 1), 125.0);
+}
+
+TEST_F(DeviceTest, splitter_shows_the_open_path_of_a_job) {
+    send(0x4A55, 0, 55000);
+    pass(10000);
+    emits = true;
+    EXPECT_EQ(read(0).status >> 16, ((kOrder & ~(1u << 20)) | 1u << 19 | 1u << 31) >> 16);
+}
+
+TEST_F(DeviceTest, splitter_stores_a_place_for_each_path_and_limits_it) {
+    int told = 0;
+    SplitterStore kept;
+    splitter.setStoreListener([&](const SplitterStore& store) {
+        ++told;
+        kept = store;
+    });
+    send(0x4B55, 3, 70000);
+    send(0x4B55, 0, -1);
+    send(0x4B55, 4, 5);
+    EXPECT_EQ(told, 2);
+    EXPECT_EQ(kept.positions[3], 65535);
+    EXPECT_EQ(kept.positions[0], 0);
+    send(0x4855, 77, static_cast<int>(0x00390000u | 44u));
+    EXPECT_EQ(told, 3);
+    EXPECT_EQ(kept.delayMs, 77);
+    EXPECT_EQ(kept.parameters, 0x0039002Cu);
+    int first = 1;
+    int second = 2;
+    EXPECT_FALSE(splitter.command(0x4C55, 0, 0, first, second));
+    EXPECT_EQ(first, 1);
+}
+
+TEST_F(DeviceTest, second_card_of_the_splitter_only_watches) {
+    EXPECT_TRUE(splitter.setCardNumber(2));
+    EXPECT_FALSE(splitter.setCardNumber(4));
+    const SplitterStore before = splitter.store();
+    const int place = splitter.mirror();
+    send(0x4B55, 0, 5);
+    send(0x4855, 5, 5);
+    send(0x4A55, 0, 5);
+    pass(1000);
+    EXPECT_EQ(splitter.store().positions, before.positions);
+    EXPECT_EQ(splitter.store().delayMs, before.delayMs);
+    EXPECT_EQ(splitter.mirror(), place);
+    EXPECT_EQ(read(0).position >> 16 & 3u, 2u);
+}
+
+TEST_F(DeviceTest, splitter_without_link_shows_nothing_and_does_not_move) {
+    const int place = splitter.mirror();
+    faults.set("splitter_link", true);
+    send(0x4A55, 0, place + 5000);
+    pass(1000);
+    EXPECT_EQ(splitter.mirror(), place);
+    EXPECT_EQ(read(0).status >> 16, 0u);
+    EXPECT_EQ(read(0).position >> 28, 0u);
+    faults.set("splitter_link", false);
+    EXPECT_EQ(read(0).position >> 28, 1u);
+}
+
+TEST_F(DeviceTest, stuck_mirror_lacks_its_feedback) {
+    faults.set("splitter_stuck", true);
+    const int place = splitter.mirror();
+    send(0x4A55, 0, place + 5000);
+    pass(1000);
+    EXPECT_EQ(splitter.mirror(), place);
+    EXPECT_EQ(read(0).status & kOrder, 1u << 20 | 1u << 21 | 1u << 23);
+}
+
+TEST_F(DeviceTest, flash_tells_what_was_written) {
+    FlashMemory flash;
+    const unsigned char bytes[4] = {1, 2, 3, 4};
+    EXPECT_EQ(flash.extent(), (std::pair<std::uint32_t, std::uint32_t>(0, 0)));
+    EXPECT_TRUE(flash.write(0x800000, bytes, 4));
+    EXPECT_TRUE(flash.write(0x7FFF00, bytes, 2));
+    EXPECT_EQ(flash.extent(), (std::pair<std::uint32_t, std::uint32_t>(0x7FFF00, 0x800004)));
+    EXPECT_EQ(flash.written(), 6u);
+    flash.erase();
+    EXPECT_EQ(flash.extent().second, 0u);
+}

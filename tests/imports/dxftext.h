@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "simengine/importers/dxfimport.h"
+
+/// Drawings as text: "0,LINE;8,CUT;10,1.5" is three pairs of code and value.
+namespace dxf {
+
+inline QByteArray pairs(const QByteArray& text) {
+    QByteArray out;
+    for (const QByteArray& pair : text.split(';')) {
+        const int comma = pair.indexOf(',');
+        if (comma > 0)
+            out += "  " + pair.left(comma) + "\r\n" + pair.mid(comma + 1) + "\r\n";
+    }
+    return out;
+}
+
+inline QByteArray section(const QByteArray& name, const QByteArray& body) {
+    return body.isEmpty() ? QByteArray() : "0,SECTION;2," + name + ";" + body + "0,ENDSEC;";
+}
+
+/// A file in millimetres with the given layers, blocks and entities.
+inline QByteArray file(const QByteArray& entities, const QByteArray& blocks = {}, const QByteArray& layers = {},
+                       const QByteArray& header = "9,$INSUNITS;70,4;") {
+    const QByteArray tables = layers.isEmpty() ? QByteArray() : "0,TABLE;2,LAYER;70,9;" + layers + "0,ENDTAB;";
+    return pairs(section("HEADER", header) + section("TABLES", tables) + section("BLOCKS", blocks) +
+                 section("ENTITIES", entities) + "0,EOF");
+}
+
+/// The drawing's origin comes to lie on the field's.
+inline sim::ImportResult read(const QByteArray& bytes) {
+    sim::ImportOptions options;
+    options.placement = sim::ImportPlacement::CenterPage;
+    return sim::importDxfData(bytes, options);
+}
+
+} // namespace dxf
