@@ -15,6 +15,9 @@ set(TESSERA_PRECOMPILED_COMMON
 set(TESSERA_PRECOMPILED_TEST <QtTest> <QAction> <QDoubleSpinBox> <QMenu> <QProcess> <QRandomGenerator> <QSignalSpy> <QTabWidget>
                              <QTemporaryDir> <QToolBar> <QToolButton>)
 
+# What every Qt test reads before its own text, precompiled or not.
+set(TESSERA_SCALED_TRIES "${PROJECT_SOURCE_DIR}/tests/support/scaledtries.h")
+
 # The target that compiles the headers of KIND, library or test; made with the first target that uses it.
 function(tessera_precompiled_carrier kind)
     set(carrier tessera_precompiled_${kind})
@@ -27,7 +30,8 @@ function(tessera_precompiled_carrier kind)
         add_executable(${carrier} "${source}")
         tessera_compile_test_quickly(${carrier})
         target_link_libraries(${carrier} PRIVATE tessera_engine Qt5::Test Qt5::Widgets Qt5::Network)
-        target_precompile_headers(${carrier} PRIVATE ${TESSERA_PRECOMPILED_COMMON} ${TESSERA_PRECOMPILED_TEST})
+        target_include_directories(${carrier} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+        target_precompile_headers(${carrier} PRIVATE ${TESSERA_PRECOMPILED_COMMON} ${TESSERA_PRECOMPILED_TEST} ${TESSERA_SCALED_TRIES})
         set_target_properties(${carrier} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/precompiled")
     else()
         file(CONFIGURE OUTPUT "${source}" CONTENT "\n")

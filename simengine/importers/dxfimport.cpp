@@ -18,7 +18,7 @@ ImportResult importDxfData(const QByteArray& bytes, const ImportOptions& options
     if (bytes.startsWith("AutoCAD Binary DXF"))
         return failedImport(noteText(Note::BinaryDxf));
     ImportResult result;
-    ImportBudget budget;
+    ImportBudget budget(options.mostSeconds);
     DxfScene scene(result, budget);
     DxfReader reader(scene, result, budget);
     DxfFeed feed(bytes, result, budget,

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simengine/importers/importnotes.h"
+#include "simengine/importers/importresult.h"
 
 #include <ctime>
 
@@ -15,10 +16,10 @@ public:
     static constexpr qint64 kMostPoints = 4'000'000;
     static constexpr qint64 kMostElements = 2'000'000;
     static constexpr int kMostDepth = 200;
-    static constexpr double kMostSeconds = 3.5;
 
-    ImportBudget()
-        : m_begin(cpuSeconds()) {}
+    explicit ImportBudget(double mostSeconds = ImportOptions().mostSeconds)
+        : m_begin(cpuSeconds())
+        , m_mostSeconds(mostSeconds) {}
 
     /// Counts points of the drawing, references followed. False when there were too many, or too much time has gone.
     bool points(qint64 count) { return spend(m_points, count, kMostPoints, Note::TooManyPoints); }
@@ -57,13 +58,14 @@ private:
         m_steps += steps;
         if (m_steps >= kSteps) {
             m_steps = 0;
-            if (cpuSeconds() - m_begin > kMostSeconds)
+            if (cpuSeconds() - m_begin > m_mostSeconds)
                 fail(Note::TooLong);
         }
         return !m_failed;
     }
 
     double m_begin;
+    double m_mostSeconds;
     qint64 m_points = 0;
     qint64 m_elements = 0;
     qint64 m_steps = 0;

@@ -20,8 +20,9 @@ enum class ImportPlacement {
 
 struct ImportOptions {
     ImportPlacement placement = ImportPlacement::CenterDrawing;
-    QPointF center; ///< mm in the field
-    int pen = 0;    ///< of what has no colour of its own
+    QPointF center;           ///< mm in the field
+    int pen = 0;              ///< of what has no colour of its own
+    double mostSeconds = 3.5; ///< processor time that the import may take
 };
 
 /// Something of a file that did not become an object, or became another one than it was.

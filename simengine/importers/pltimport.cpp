@@ -13,7 +13,7 @@ ImportResult importPlt(const QString& path, const ImportOptions& options) {
 ImportResult importPltData(const QByteArray& bytes, const ImportOptions& options) {
     ImportResult result;
     result.unit = QStringLiteral("0.025 mm");
-    ImportBudget budget;
+    ImportBudget budget(options.mostSeconds);
     PltPlotter plotter(bytes, result, budget);
     plotter.run();
     if (plotter.commandCount() == 0)

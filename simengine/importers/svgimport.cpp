@@ -15,7 +15,7 @@ ImportResult importSvgData(const QByteArray& bytes, const ImportOptions& options
     if (bytes.size() > kMostSvgBytes)
         return failedImport(noteText(Note::FileTooLarge));
     ImportResult result;
-    ImportBudget budget;
+    ImportBudget budget(options.mostSeconds);
     SvgTree tree;
     QString error;
     if (!SvgParser(bytes, tree, result, budget).run(error))
