@@ -17,6 +17,9 @@ constexpr double kLargestTurn = 2.0 * M_PI / 48.0;
 /// Pieces of one curve at most. Curves within the coordinate limit need fewer to keep the tolerance.
 constexpr int kMostPieces = 1 << 17;
 
+/// Pieces from which on no curve needs more to have its length.
+constexpr int kMostRefined = 64;
+
 /// Part of a curve's length by which halving its pieces may still lengthen it. The error that is left is a third of it.
 constexpr double kLengthRefinement = 5.0e-4;
 
@@ -25,7 +28,7 @@ double distance(const QPointF& a, const QPointF& b) {
 }
 
 int piecesFor(double count) {
-    return count >= kMostPieces ? kMostPieces : std::max(1, int(std::ceil(count)));
+    return count < kMostPieces ? std::max(1, int(std::ceil(count))) : kMostPieces;
 }
 
 QPointF mapVector(const QTransform& t, double x, double y) {
@@ -63,13 +66,21 @@ struct RoundLine {
 };
 
 /// A chord of a step h is off by at most h^2/8 times the longer half axis.
+int roundPieces(const RoundLine& round, const HalfAxes& axes, double tolerance) {
+    const double step = std::min(kLargestTurn, std::sqrt(8.0 * tolerance / std::max(axes.longer, tolerance)));
+    return piecesFor(std::abs(round.sweep) / step);
+}
+
+/// A flat ellipse turns sharply at its ends, where equal steps of the angle miss length.
+bool turnsSharply(const HalfAxes& axes) {
+    return axes.shorter < 0.5 * axes.longer;
+}
+
 QPolygonF flattenRound(const RoundLine& round, double tolerance) {
     const HalfAxes axes = halfAxes(round.u, round.v);
-    const double step = std::min(kLargestTurn, std::sqrt(8.0 * tolerance / std::max(axes.longer, tolerance)));
-    int pieces = piecesFor(std::abs(round.sweep) / step);
+    int pieces = roundPieces(round, axes, tolerance);
     QPolygonF points = round.points(pieces);
-    // a flat ellipse turns sharply at its ends, where equal steps of the angle miss length
-    while (axes.shorter < 0.5 * axes.longer && pieces < kMostPieces) {
+    while (turnsSharply(axes) && pieces < kMostPieces) {
         const QPolygonF finer = round.points(2 * pieces);
         const double length = polylineLength(finer);
         if (length - polylineLength(points) <= kLengthRefinement * length)
@@ -80,15 +91,30 @@ QPolygonF flattenRound(const RoundLine& round, double tolerance) {
     return points;
 }
 
-QPolygonF roundLine(const QPointF& center, double radius, double startDeg, double sweepDeg, const QTransform& t,
-                    double tolerance) {
+qint64 countRound(const RoundLine& round, double tolerance) {
+    const HalfAxes axes = halfAxes(round.u, round.v);
+    int pieces = roundPieces(round, axes, tolerance);
+    while (turnsSharply(axes) && pieces < kMostRefined)
+        pieces *= 2;
+    return pieces + 1;
+}
+
+RoundLine roundLine(const QPointF& center, double radius, double startDeg, double sweepDeg, const QTransform& t) {
     RoundLine round;
     round.center = t.map(center);
     round.u = mapVector(t, radius, 0.0);
     round.v = mapVector(t, 0.0, radius);
     round.from = qDegreesToRadians(startDeg);
     round.sweep = qDegreesToRadians(sweepDeg);
-    return flattenRound(round, tolerance);
+    return round;
+}
+
+RoundLine roundLine(const CircleShape& circle, const QTransform& t) {
+    return roundLine(circle.center, circle.radius, circle.startAngle, circle.clockwise ? -360.0 : 360.0, t);
+}
+
+RoundLine roundLine(const ArcShape& arc, const QTransform& t) {
+    return roundLine(arc.center, arc.radius, arc.startAngle, arc.sweepAngle, t);
 }
 
 QPointF cubicPoint(const QPointF* p, double t) {
@@ -96,13 +122,32 @@ QPointF cubicPoint(const QPointF* p, double t) {
     return s * s * s * p[0] + 3.0 * s * s * t * p[1] + 3.0 * s * t * t * p[2] + t * t * t * p[3];
 }
 
-/// Appends a cubic without its start. With n equal pieces a chord is off by at most 6 m / (8 n^2), m being the larger
-/// of the two second differences of the control points.
-void appendCubic(const QPointF* p, double tolerance, QPolygonF& out) {
+/// With n equal pieces a chord is off by at most 6 m / (8 n^2), m being the larger of the two second differences of the
+/// control points.
+int cubicPieces(const QPointF* p, double tolerance) {
     const QPointF d1 = p[0] - 2.0 * p[1] + p[2];
     const QPointF d2 = p[1] - 2.0 * p[2] + p[3];
     const double m = std::max(std::hypot(d1.x(), d1.y()), std::hypot(d2.x(), d2.y()));
-    int pieces = piecesFor(std::sqrt(0.75 * m / tolerance));
+    return piecesFor(std::sqrt(0.75 * m / tolerance));
+}
+
+/// A curve is about as long as the mean of its chord and of its control polygon, and what n pieces miss of it goes with
+/// 1/n^2: the doublings of appendCubic() follow without a point of it.
+qint64 countCubic(const QPointF* p, double tolerance) {
+    int pieces = cubicPieces(p, tolerance);
+    if (pieces >= kMostRefined)
+        return pieces;
+    const double chord = distance(p[0], p[3]);
+    const double polygon = distance(p[0], p[1]) + distance(p[1], p[2]) + distance(p[2], p[3]);
+    const double missed = 0.75 * (polygon - chord) / (polygon + chord) / kLengthRefinement;
+    while (pieces < kMostRefined && double(pieces) * pieces < missed)
+        pieces *= 2;
+    return pieces;
+}
+
+/// Appends a cubic without its start.
+void appendCubic(const QPointF* p, double tolerance, QPolygonF& out) {
+    int pieces = cubicPieces(p, tolerance);
     QPolygonF coarse;
     for (int i = 0; i <= pieces; ++i)
         coarse.append(i == 0 ? p[0] : i == pieces ? p[3] : cubicPoint(p, double(i) / pieces));
@@ -129,6 +174,28 @@ void appendCubic(const QPointF* p, double tolerance, QPolygonF& out) {
     }
     for (int i = 1; i < coarse.size(); ++i)
         out.append(coarse[i]);
+}
+
+qint64 countPath(const PathShape& path, const QTransform& t, double tolerance) {
+    if (!path.verbs.contains(PathVerb::Cubic))
+        return path.verbs.size();
+    qint64 count = 0;
+    QPointF p[4];
+    const QPointF* next = path.points.constData();
+    for (PathVerb verb : path.verbs) {
+        if (verb == PathVerb::Cubic) {
+            for (int i = 1; i < 4; ++i)
+                p[i] = t.map(*next++);
+            count += countCubic(p, tolerance);
+            p[0] = p[3];
+        } else {
+            // a contour ends with a copy of its first point
+            ++count;
+            if (verb != PathVerb::Close)
+                p[0] = t.map(*next++);
+        }
+    }
+    return count;
 }
 
 class PathFlattener {
@@ -218,13 +285,12 @@ void flattenShape(const Shape& shape, const QTransform& t, std::vector<FlatLine>
         closeLine(line);
         lines.push_back(line);
     } else if (const auto* circle = std::get_if<CircleShape>(&shape)) {
-        const double sweep = circle->clockwise ? -360.0 : 360.0;
-        line.points = roundLine(circle->center, circle->radius, circle->startAngle, sweep, t, tolerance);
+        line.points = flattenRound(roundLine(*circle, t), tolerance);
         line.points.last() = line.points.first();
         line.closed = true;
         lines.push_back(line);
     } else if (const auto* arc = std::get_if<ArcShape>(&shape)) {
-        line.points = roundLine(arc->center, arc->radius, arc->startAngle, arc->sweepAngle, t, tolerance);
+        line.points = flattenRound(roundLine(*arc, t), tolerance);
         lines.push_back(line);
     } else if (const auto* path = std::get_if<PathShape>(&shape)) {
         PathFlattener(*path, t, tolerance, lines).run();
@@ -240,6 +306,29 @@ void flattenShape(const Shape& shape, const QTransform& t, std::vector<FlatLine>
         for (const ObjectPtr& child : group->children)
             flattenShape(child->shape(), child->transform() * t, lines, tolerance);
     }
+}
+
+qint64 flattenedPointCount(const Shape& shape, const QTransform& t, double tolerance) {
+    if (const auto* circle = std::get_if<CircleShape>(&shape))
+        return countRound(roundLine(*circle, t), tolerance);
+    if (const auto* arc = std::get_if<ArcShape>(&shape))
+        return countRound(roundLine(*arc, t), tolerance);
+    if (const auto* path = std::get_if<PathShape>(&shape))
+        return countPath(*path, t, tolerance);
+    if (const auto* text = std::get_if<TextShape>(&shape))
+        return countPath(text->outline, t, tolerance);
+    if (const auto* generated = std::get_if<GeneratedShape>(&shape))
+        return countPath(generated->outline, t, tolerance);
+    if (const auto* code = std::get_if<CodeShape>(&shape))
+        return countPath(code->outline, t, tolerance) + code->dots.size();
+    if (const auto* group = std::get_if<GroupShape>(&shape)) {
+        qint64 count = 0;
+        for (const ObjectPtr& child : group->children)
+            count += flattenedPointCount(child->shape(), child->transform() * t, tolerance);
+        return count;
+    }
+    // straight ones end where they began
+    return shapePointCount(shape) + 1;
 }
 
 } // namespace sim

@@ -22,6 +22,9 @@ constexpr int kMaxToolClassLength = 200;
 /// Bytes of the parameters of an object that a module made.
 constexpr int kMaxToolParameterBytes = 65536;
 
+/// Points that an object may have when its curves are lines, groups with all that is in them: 320 MB of them.
+constexpr long long kMaxFlattenedPoints = 20'000'000;
+
 /// Points of the outline of an object that a module made.
 constexpr int kMaxGeneratedPoints = 200000;
 

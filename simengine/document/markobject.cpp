@@ -97,6 +97,11 @@ qint64 segmentsIn(const MarkObject& object, const QTransform& outer, double turn
     return hatchSegments(outline, {fills.begin(), fills.end()}, angle);
 }
 
+/// Told without making the points: curves as large as the field, or very many, would need more than memory has.
+bool canBeFlattened(const MarkObject& object) {
+    return flattenedPointCount(object.shape(), object.transform()) <= kMaxFlattenedPoints;
+}
+
 /// Moving leaves the number of segments as it is.
 bool keepsHatch(const QTransform& by, double turn) {
     return turn == 0.0 && by.type() <= QTransform::TxTranslate;
@@ -127,7 +132,11 @@ ObjectPtr MarkObject::make(ObjectData data, QString* fault) {
         object = withinField(std::make_shared<const MarkObject>(std::move(data)));
         if (!object)
             reason = QStringLiteral("an object lies outside the coordinate limit");
-        else if (const qint64 segments = object->hatchSegmentCount(); segments > kMaxHatchSegments) {
+        else if (!canBeFlattened(*object)) {
+            reason =
+                QStringLiteral("the curves of an object have more than %1 points as lines").arg(kMaxFlattenedPoints);
+            object = nullptr;
+        } else if (const qint64 segments = object->hatchSegmentCount(); segments > kMaxHatchSegments) {
             reason = QStringLiteral("a hatch has %1 segments, more than %2").arg(segments).arg(kMaxHatchSegments);
             object = nullptr;
         }
@@ -243,6 +252,8 @@ ObjectPtr MarkObject::transformed(const QTransform& by, double turn) const {
         return nullptr;
     // the geometry was examined when the object was made
     ObjectPtr object = withinField(std::make_shared<const MarkObject>(std::move(changed)));
+    if (object && by.type() > QTransform::TxTranslate && !canBeFlattened(*object))
+        return nullptr;
     if (object && !keepsHatch(by, turn) && object->hatchSegmentCount() > kMaxHatchSegments)
         return nullptr;
     return object;

@@ -45,8 +45,9 @@ struct ObjectData {
 class MarkObject {
 public:
     /// Null when the object cannot be: geometry that shapeFault() refuses, a transform that is not finite or not
-    /// affine, bounds beyond the coordinate limit, a pen outside 0 to 19, unsound hatch settings, a hatch of more than
-    /// kMaxHatchSegments, a name that is too long. `fault` then tells why.
+    /// affine, bounds beyond the coordinate limit, curves of more than kMaxFlattenedPoints as lines, a pen outside 0 to
+    /// 19, unsound hatch settings, a hatch of more than kMaxHatchSegments, a name that is too long. `fault` then tells
+    /// why.
     static ObjectPtr make(ObjectData data, QString* fault = nullptr);
 
     const ObjectData& data() const { return m_data; }
@@ -88,7 +89,7 @@ public:
     bool hit(const QPointF& place, double tolerance) const;
 
     /// Copy with the field transform `by` applied after its own and `turn` degrees added to its angle; null when it
-    /// would leave the coordinate limit or its hatch get too many segments.
+    /// would leave the coordinate limit or its curves get too many points or its hatch too many segments.
     ObjectPtr transformed(const QTransform& by, double turn = 0.0) const;
 
     explicit MarkObject(ObjectData data);

@@ -70,6 +70,13 @@ bool DrawingBuilder::add(Shape shape, const QTransform& transform, int pen, cons
         m_result.skip(kind, noteText(Note::OutOfRange));
         return true;
     }
+    const qint64 flat = flattenedPointCount(shape, transform);
+    if (flat > kMaxFlattenedPoints) {
+        m_result.skip(kind, noteText(Note::TooManyPoints));
+        return true;
+    }
+    if (!m_budget.flatPoints(flat))
+        return false;
     m_bounds.add(box);
     if (int(m_pending.size()) < kMostSingle)
         m_pending.push_back({std::move(shape), transform, pen, kind});

@@ -14,6 +14,10 @@ class ImportBudget {
 public:
     static constexpr qint64 kMostBytes = qint64(128) << 20;
     static constexpr qint64 kMostPoints = 4'000'000;
+    /// Points when curves are lines: what the document needs of them wherever it is marked or shown.
+    static constexpr qint64 kMostFlatPoints = 40'000'000;
+    /// Bytes that an import may hold beside the file and the drawing.
+    static constexpr qint64 kMostMemory = qint64(192) << 20;
     static constexpr qint64 kMostElements = 2'000'000;
     static constexpr int kMostDepth = 200;
 
@@ -25,8 +29,13 @@ public:
     bool points(qint64 count) { return spend(m_points, count, kMostPoints, Note::TooManyPoints); }
     /// The same for elements of the file.
     bool elements(qint64 count = 1) { return spend(m_elements, count, kMostElements, Note::TooManyElements); }
-    /// For work that makes neither: steps of a few microseconds.
-    bool step() { return ok() && lookAtTime(1); }
+    /// The same for points that the curves of the drawing have as lines, as flattenedPointCount() tells them.
+    bool flatPoints(qint64 count) { return hold(m_flatPoints, count, kMostFlatPoints, Note::TooManyPoints); }
+    /// Takes bytes that the import holds until it gives them back as a negative number. Ask before they are taken.
+    bool memory(qint64 bytes) { return hold(m_memory, bytes, kMostMemory, Note::TooMuchMemory); }
+    /// For work that makes neither: a few microseconds and `cost` bytes or points that are gone through. The clock is
+    /// looked at by the sum of the work, not by the number of calls.
+    bool step(qint64 cost = 0) { return ok() && lookAtTime(1 + cost / kCostOfStep); }
     bool ok() const { return !m_failed; }
     void fail(Note note) {
         if (!m_failed)
@@ -40,6 +49,8 @@ public:
 private:
     /// Steps between two looks at the clock.
     static constexpr qint64 kSteps = 512;
+    /// Bytes or points that take as long as a plain step.
+    static constexpr qint64 kCostOfStep = 16;
 
     static double cpuSeconds() {
         timespec now{};
@@ -53,6 +64,12 @@ private:
         if (sum > most)
             fail(note);
         return lookAtTime(count + 1);
+    }
+    bool hold(qint64& sum, qint64 count, qint64 most, Note note) {
+        sum += count;
+        if (sum > most)
+            fail(note);
+        return ok() && lookAtTime(1);
     }
     bool lookAtTime(qint64 steps) {
         m_steps += steps;
@@ -68,6 +85,8 @@ private:
     double m_mostSeconds;
     qint64 m_points = 0;
     qint64 m_elements = 0;
+    qint64 m_flatPoints = 0;
+    qint64 m_memory = 0;
     qint64 m_steps = 0;
     Note m_note = Note::TooLong;
     bool m_failed = false;

@@ -2,6 +2,7 @@
 #include "simengine/importers/importfile.h"
 
 #include <QFile>
+#include <exception>
 #include <new>
 
 namespace sim {
@@ -32,6 +33,9 @@ ImportResult importFile(const QString& path, const ImportOptions& options,
         result = read(bytes, options);
     } catch (const std::bad_alloc&) {
         result = failedImport(noteText(Note::NoMemory));
+    } catch (const std::exception&) {
+        // the libraries below throw what they are made of; the operator has no use for their words
+        result = failedImport(noteText(Note::Unreadable));
     }
     if (!result.ok())
         result.error = QStringLiteral("%1: %2").arg(path, result.error);

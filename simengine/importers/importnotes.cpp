@@ -30,6 +30,8 @@ constexpr NoteKey kKeys[] = {
     {Note::TooLong, "图形过于复杂,导入超时"},
     {Note::BadNumber, "数值无效"},
     {Note::NoMemory, "内存不足"},
+    {Note::TooMuchMemory, "图形占用内存超过上限"},
+    {Note::Unreadable, "文件内容无法处理"},
     {Note::Encoding, "字符编码无法识别,部分字符可能有误"},
     {Note::NoLineNoArea, "既无线条也无填充"},
     {Note::OutOfRange, "超出坐标范围"},

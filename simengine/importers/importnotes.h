@@ -25,6 +25,8 @@ enum class Note {
     TooLong,
     BadNumber,
     NoMemory,
+    TooMuchMemory,
+    Unreadable,
     Encoding,
     // drawings in general
     NoLineNoArea,

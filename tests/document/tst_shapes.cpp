@@ -39,6 +39,8 @@ class ShapesTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void points_of_curves_are_counted_without_making_them();
+    void curves_of_more_points_than_memory_are_refused();
     void curve_without_extent_is_few_points_data() {
         QTest::addColumn<double>("size");
         QTest::addColumn<QPointF>("place");
@@ -373,6 +375,72 @@ void ShapesTest::path_of_an_arc_follows_it() {
         }
         QVERIFY(nearly(lengthOf(*path, 1e-4), lengthOf(*samples::object(shape), 1e-4), 0.01));
     }
+}
+
+void ShapesTest::points_of_curves_are_counted_without_making_them() {
+    QRandomGenerator random(7);
+    const auto number = [&](double size) { return size * (2.0 * random.generateDouble() - 1.0); };
+    qint64 counted = 0;
+    qint64 made = 0;
+    for (int i = 0; i < 4000; ++i) {
+        const double size = std::pow(10.0, number(3.0));
+        const double flat = i % 5 == 0 ? 1e-4 : 1.0;
+        const auto place = [&] { return QPointF(number(size), flat * number(size)); };
+        PathShape path;
+        path.moveTo(place());
+        path.lineTo(place());
+        const QPointF end = place();
+        path.cubicTo(place(), i % 7 == 0 ? path.points.last() : place(), end);
+        path.close();
+        Shape shape = path;
+        if (i % 4 == 1)
+            shape = CircleShape{place(), size, 0.0, false};
+        else if (i % 4 == 2)
+            shape = ArcShape{place(), size, number(180.0), number(360.0)};
+        const QTransform transform(1.0, 0.0, number(0.5), flat, number(10.0), 0.0);
+        std::vector<FlatLine> lines;
+        flattenShape(shape, transform, lines);
+        const qint64 points = lines.front().points.size();
+        const qint64 count = flattenedPointCount(shape, transform);
+        QVERIFY2(4 * count >= points && count <= 4 * points + 128,
+                 qPrintable(QString("%1: %2 counted, %3 made").arg(i).arg(count).arg(points)));
+        if (flat == 1.0) {
+            counted += count;
+            made += points;
+        }
+    }
+    QVERIFY2(counted > 0.95 * made && counted < 1.3 * made, qPrintable(QString("%1 %2").arg(counted).arg(made)));
+    const ObjectPtr group = samples::object(GroupShape{samples::everyKind()});
+    qint64 sum = 0;
+    for (const FlatLine& line : group->flattened())
+        sum += line.points.size();
+    const qint64 count = flattenedPointCount(group->shape(), group->transform());
+    QVERIFY2(count >= sum && count <= 1.3 * sum, qPrintable(QString("%1 %2").arg(count).arg(sum)));
+}
+
+void ShapesTest::curves_of_more_points_than_memory_are_refused() {
+    PathShape path;
+    path.moveTo({-900000.0, -900000.0});
+    for (int i = 0; i < 1000; ++i)
+        path.cubicTo({900000.0, 900000.0}, {-900000.0, 900000.0}, {900000.0, -900000.0 + i});
+    ObjectData data;
+    data.shape = path;
+    QString fault;
+    QVERIFY(!MarkObject::make(data, &fault));
+    QVERIFY2(fault.contains("20000000"), qPrintable(fault));
+    // the same lines small are an object, which cannot become as large
+    data.transform = QTransform::fromScale(0.0001, 0.0001);
+    const ObjectPtr small = MarkObject::make(data, &fault);
+    QVERIFY2(small, qPrintable(fault));
+    QVERIFY(small->transformed(QTransform::fromTranslate(5.0, 5.0)));
+    QVERIFY(!small->transformed(QTransform::fromScale(10000.0, 10000.0)));
+    // nor can many in a group
+    const ObjectPtr part = samples::object(path, QTransform::fromScale(0.01, 0.01));
+    data = ObjectData();
+    data.shape = GroupShape{ObjectList(4, part)};
+    QVERIFY(MarkObject::make(data));
+    data.shape = GroupShape{ObjectList(40, part)};
+    QVERIFY(!MarkObject::make(data, &fault));
 }
 
 void ShapesTest::open_curves() {

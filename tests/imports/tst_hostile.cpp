@@ -199,6 +199,11 @@ void HostileTest::file_ends_within_its_bounds_data() {
     row("deep blocks", "dxf", true, [] { return nestedBlocks(5000, 1); });
     row("vertices by number", "dxf", true, [] { return dxf::file("0,LWPOLYLINE;8,0;90,2147483647;10,0;20,0;"); });
     row("knots by number", "dxf", true, [] { return dxf::file("0,SPLINE;8,0;71,3;72,2147483647;73,536870913;"); });
+    row("curves as large as the field", "dxf", true, [] {
+        return dxf::file(QByteArray("0,SPLINE;8,0;71,3;72,8;73,4;40,0;40,0;40,0;40,0;40,1;40,1;40,1;40,1;10,-900000;"
+                                    "20,-900000;10,900000;20,900000;10,-900000;20,900000;10,900000;20,-900000;")
+                             .repeated(5000));
+    });
     row("degree without end", "dxf", false,
         [] { return dxf::file("0,SPLINE;8,0;71,2147483647;72,4;73,2;40,0;40,0;40,1;40,1;10,0;20,0;10,1;20,1;"); });
     row("huge numbers", "dxf", false, [] {

@@ -4,10 +4,12 @@
 #include "importfixture.h"
 #include "simengine/importers/curves.h"
 #include "simengine/importers/drawingbuilder.h"
+#include "simengine/importers/importfile.h"
 #include "simengine/importers/lineclip.h"
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <stdexcept>
 
 using namespace sim;
 using namespace imports;
@@ -26,6 +28,10 @@ private slots:
     void bulges_make_arcs();
     void more_objects_than_the_limit_are_gathered_and_told();
     void points_beyond_the_budget_end_the_import();
+    void clock_is_looked_at_by_work();
+    void memory_that_is_given_back_can_be_taken_again();
+    void curves_with_more_points_than_memory_end_the_import();
+    void what_a_library_throws_is_a_message();
     void kinds_without_number_fill_no_memory();
     void outline_is_cut_at_a_rectangle();
     void area_is_cut_along_the_clip();
@@ -152,6 +158,61 @@ void ImportersTest::points_beyond_the_budget_end_the_import() {
     QVERIFY(!budget.points(1));
     QVERIFY(!budget.ok());
     QCOMPARE(budget.note(), Note::TooManyPoints);
+}
+
+void ImportersTest::clock_is_looked_at_by_work() {
+    ImportBudget plain(0.0);
+    QVERIFY(plain.step());
+    // one step that goes through a megabyte takes as long as thousands of plain ones
+    ImportBudget large(0.0);
+    QVERIFY(!large.step(1 << 20));
+    QCOMPARE(large.note(), Note::TooLong);
+}
+
+void ImportersTest::memory_that_is_given_back_can_be_taken_again() {
+    ImportBudget budget;
+    for (int i = 0; i < 10; ++i) {
+        QVERIFY(budget.memory(ImportBudget::kMostMemory));
+        QVERIFY(budget.memory(-ImportBudget::kMostMemory));
+    }
+    QVERIFY(budget.memory(ImportBudget::kMostMemory));
+    QVERIFY(!budget.memory(1));
+    QCOMPARE(budget.note(), Note::TooMuchMemory);
+}
+
+void ImportersTest::curves_with_more_points_than_memory_end_the_import() {
+    const auto curves = [](int number) {
+        PathShape path;
+        path.moveTo({-900000.0, -900000.0});
+        for (int i = 0; i < number; ++i)
+            path.cubicTo({900000.0, 900000.0}, {-900000.0, 900000.0}, {900000.0, -900000.0 + i});
+        return path;
+    };
+    ImportResult result;
+    ImportBudget budget;
+    DrawingBuilder builder(result, budget);
+    // one that could be no object is left out and told
+    QVERIFY(builder.addPath(curves(1000), 0, "path"));
+    QCOMPARE(count(result.skipped, "path", Note::TooManyPoints), 1);
+    int added = 0;
+    while (added < 1000 && builder.addPath(curves(10), 0, "path"))
+        ++added;
+    QVERIFY2(added > 10 && added < 1000, qPrintable(QString::number(added)));
+    QCOMPARE(budget.note(), Note::TooManyPoints);
+}
+
+void ImportersTest::what_a_library_throws_is_a_message() {
+    QTemporaryDir dir;
+    QFile file(dir.filePath("a.svg"));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("x") == 1);
+    file.close();
+    const auto error = [&](ImportResult (*read)(const QByteArray&, const ImportOptions&)) {
+        return importFile(file.fileName(), {}, read).error;
+    };
+    QCOMPARE(error([](const QByteArray&, const ImportOptions&) -> ImportResult { throw std::length_error("x"); }),
+             file.fileName() + ": " + noteText(Note::Unreadable));
+    QCOMPARE(error([](const QByteArray&, const ImportOptions&) -> ImportResult { throw std::bad_alloc(); }),
+             file.fileName() + ": " + noteText(Note::NoMemory));
 }
 
 void ImportersTest::kinds_without_number_fill_no_memory() {
