@@ -43,13 +43,17 @@ double quantile(std::vector<double> values, double share) {
     return values[static_cast<std::size_t>(std::max(0.0, place))];
 }
 
-void printRatio(const char* what, double own, const char* reference, double bare, double most) {
+bool printRatio(const char* what, double own, const char* reference, double bare, double most) {
+    const bool kept = own <= most * bare;
     std::printf("  %-26s %9.2f ms   %-24s %9.2f ms   ratio %5.2f   %s %.1f\n", what, own, reference, bare, own / bare,
-                own <= most * bare ? "within" : "ABOVE", most);
+                kept ? "within" : "ABOVE", most);
+    return kept;
 }
 
-void printBound(const char* what, double value, const char* unit, double most) {
-    std::printf("  %-26s %9.2f %-17s %43s %s %.1f\n", what, value, unit, "", value <= most ? "within" : "ABOVE", most);
+bool printBound(const char* what, double value, const char* unit, double most) {
+    const bool kept = value <= most;
+    std::printf("  %-26s %9.2f %-17s %43s %s %.1f\n", what, value, unit, "", kept ? "within" : "ABOVE", most);
+    return kept;
 }
 
 bool writeSynced(const QString& path, qint64 bytes) {

@@ -16,10 +16,10 @@ double medianMs(int rounds, const std::function<void()>& work);
 /// The value that `share` (0 to 1) of the values do not exceed.
 double quantile(std::vector<double> values, double share);
 
-/// A figure beside what it is measured against, and whether it keeps within `most` times that.
-void printRatio(const char* what, double own, const char* reference, double bare, double most);
-/// A figure and its own bound.
-void printBound(const char* what, double value, const char* unit, double most);
+/// A figure beside what it is measured against, and whether it keeps within `most` times that: gives the latter back.
+bool printRatio(const char* what, double own, const char* reference, double bare, double most);
+/// A figure and its own bound; false above it.
+bool printBound(const char* what, double value, const char* unit, double most);
 
 /// Writes so many bytes into a new file, syncs and closes it. False when that failed.
 bool writeSynced(const QString& path, qint64 bytes);

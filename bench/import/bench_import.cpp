@@ -24,6 +24,14 @@
 
 namespace {
 
+/// Shares of the reference's time and memory that ours may take.
+struct Bounds {
+    double time;
+    double memory;
+};
+constexpr Bounds kSvg{0.2, 0.5};
+constexpr Bounds kDxf{0.5, 0.5};
+
 struct Figure {
     double seconds = 0.0;
     double mebibytes = 0.0;
@@ -102,8 +110,9 @@ double deviation(QString const& path, std::vector<QPolygonF> const& contours, bo
     return worst;
 }
 
-void compare(char const* kind, int segments, QString const& file, QStringList const& reference,
-             QString const& referencePicture, QString const& ownPicture, int rounds) {
+/// False when a bound was not kept, or could not be measured.
+bool compare(char const* kind, int segments, QString const& file, QStringList const& reference,
+             QString const& referencePicture, QString const& ownPicture, int rounds, Bounds bounds) {
     bool const there = !QStandardPaths::findExecutable(reference.first()).isEmpty();
     std::vector<Figure> own;
     std::vector<Figure> other;
@@ -116,13 +125,18 @@ void compare(char const* kind, int segments, QString const& file, QStringList co
     std::printf("%s %8d segments, %5.1f MB  import   %7.3f s %7.1f MiB%s\n", kind, segments,
                 double(QFileInfo(file).size()) / 1e6, a.seconds, a.mebibytes, a.good ? "" : "  FAILED");
     if (!there) {
-        std::printf("    %s is not installed: no reference\n", qPrintable(reference.first()));
-        return;
+        std::printf("    %s is not installed: nothing to compare with\n", qPrintable(reference.first()));
+        return false;
     }
     Figure const b = median(other);
-    std::printf("    %-32s %7.3f s %7.1f MiB%s   ratio %.3f time, %.3f memory\n", qPrintable(reference.first()),
-                b.seconds, b.mebibytes, b.good ? "" : "  FAILED", a.seconds / b.seconds, a.mebibytes / b.mebibytes);
+    double const time = a.seconds / b.seconds;
+    double const memory = a.mebibytes / b.mebibytes;
+    bool const kept = time <= bounds.time && memory <= bounds.memory;
+    std::printf("    %-32s %7.3f s %7.1f MiB%s   ratio %.3f time, %.3f memory   %s %.1f and %.1f\n",
+                qPrintable(reference.first()), b.seconds, b.mebibytes, b.good ? "" : "  FAILED", time, memory,
+                kept ? "within" : "ABOVE", bounds.time, bounds.memory);
     std::fflush(stdout);
+    return kept && a.good && b.good;
 }
 
 } // namespace
@@ -145,14 +159,14 @@ int main(int argc, char** argv) {
         QString const png = dir.filePath(QStringLiteral("reference.png"));
         // the reference names its picture as the drawing
         QString const pdf = dir.filePath(QStringLiteral("drawing.pdf"));
-        compare("SVG", segments, svg,
-                {QStringLiteral("inkscape"), QStringLiteral("--export-type=png"),
-                 QStringLiteral("--export-filename=") + png, svg},
-                png, dir.filePath(QStringLiteral("own.png")), rounds);
-        compare("DXF", segments, dxf,
-                {QStringLiteral("librecad"), QStringLiteral("dxf2pdf"), QStringLiteral("-a"), QStringLiteral("-o"), pdf,
-                 dxf},
-                pdf, dir.filePath(QStringLiteral("own.pdf")), rounds);
+        good &= compare("SVG", segments, svg,
+                        {QStringLiteral("inkscape"), QStringLiteral("--export-type=png"),
+                         QStringLiteral("--export-filename=") + png, svg},
+                        png, dir.filePath(QStringLiteral("own.png")), rounds, kSvg);
+        good &= compare("DXF", segments, dxf,
+                        {QStringLiteral("librecad"), QStringLiteral("dxf2pdf"), QStringLiteral("-a"),
+                         QStringLiteral("-o"), pdf, dxf},
+                        pdf, dir.filePath(QStringLiteral("own.pdf")), rounds, kDxf);
         double const svgOff = deviation(svg, drawings::readSvg(svg), true);
         double const dxfOff = deviation(dxf, drawings::readDxf(dxf), false);
         std::printf("    off the file's own coordinates at most: SVG %.6f um, DXF %.6f um\n", svgOff, dxfOff);
