@@ -26,7 +26,7 @@ JobOverlay::JobOverlay(QObject* parent)
     m_linger.setSingleShot(true);
     m_linger.setInterval(kLinger);
     connect(&m_look, &QTimer::timeout, this, &JobOverlay::follow);
-    connect(&m_linger, &QTimer::timeout, this, &JobOverlay::clear);
+    connect(&m_linger, &QTimer::timeout, this, &JobOverlay::clearWhenDrawn);
 }
 
 void JobOverlay::jobBegins(std::uint64_t pass, MarkKind kind) {
@@ -60,6 +60,15 @@ void JobOverlay::end() {
     m_phase = Phase::Lingering;
     m_linger.start();
     follow();
+}
+
+void JobOverlay::clearWhenDrawn() {
+    const TraceSnapshot rows = simulatedCard().trace().snapshot();
+    const bool own = m_kind == MarkKind::Laser && m_pass != m_passBefore && rows.pass() == m_pass;
+    if (own && m_next < rows.size())
+        m_linger.start();
+    else
+        clear();
 }
 
 void JobOverlay::clear() {

@@ -20,7 +20,7 @@ namespace sim {
 /// It follows the card's trace at the rate of the screen, and looks at it only: each look costs the card a pointer for
 /// 4096 rows, and takes the main thread no longer than kMostMs, however fast the card is. What is left is drawn at the
 /// next look. A pass of a loop begins anew. After the end it all goes, unless the next job of the document begins
-/// within kLinger, so that a row of runs does not flicker.
+/// within kLinger, so that a row of runs does not flicker; what was marked faster than it can be drawn is drawn first.
 ///
 /// jobBegins() and jobEnds() on any thread, all else on the main thread.
 class JobOverlay : public QObject {
@@ -60,6 +60,7 @@ private:
 
     void begin(std::uint64_t pass, MarkKind kind);
     void end();
+    void clearWhenDrawn();
     void clear();
     void restart();
     std::size_t draw(const TraceSnapshot& rows, std::size_t from, std::size_t to);
