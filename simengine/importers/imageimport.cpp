@@ -81,8 +81,9 @@ void tellDensity(const ImageSource& image, ImportResult& result) {
 }
 
 ImportResult importImage(const QString& path, const ImportOptions& options) {
-    const TracerLimit limit;
+    TracerLimit limit;
     const ImageRead read = readImage(path, limit);
+    limit.seconds -= read.seconds; // for both together
     if (!read.image)
         return failedImport(QStringLiteral("%1: %2").arg(path, read.error));
     ImportResult result = placedOutlines(traceImage(*read.image, {}, limit), options);

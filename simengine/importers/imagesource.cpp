@@ -20,8 +20,8 @@ ImageRead readImage(const QString& path, const TracerLimit& limit) {
     TracerProcess process(limit);
     wire::ImageHead head;
     auto image = std::make_shared<ImageSource>();
-    if (process.start({QLatin1String(wire::kDecode), QFileInfo(path).absoluteFilePath()}) &&
-        process.read(&head, sizeof(head)) && head.magic == wire::kMagic) {
+    if (process.start(wire::kDecode, {QFileInfo(path).absoluteFilePath()}) && process.read(&head, sizeof(head)) &&
+        head.magic == wire::kMagic) {
         const std::size_t pixels = static_cast<std::size_t>(head.width) * static_cast<std::size_t>(head.height);
         image->width = head.width;
         image->height = head.height;
@@ -30,9 +30,9 @@ ImageRead readImage(const QString& path, const TracerLimit& limit) {
         image->alpha.resize(head.alpha ? pixels : 0);
         if (process.read(image->grey.data(), image->grey.size()) &&
             process.read(image->alpha.data(), image->alpha.size()))
-            return {image, {}};
+            return {image, {}, head.seconds};
     }
-    return {nullptr, process.fault()};
+    return {nullptr, process.fault(), 0.0};
 }
 
 int bestThreshold(const ImageSource& image, bool invert) {

@@ -36,10 +36,11 @@ struct ImageSource {
 struct ImageRead {
     std::shared_ptr<const ImageSource> image;
     QString error;
+    double seconds = 0.0; ///< processor time that it took
 };
 
 /// Reads a PNG, JPEG or BMP file of at most 50 million pixels in a process of its own. Any thread; blocks until `limit`
-/// at the latest.
+/// is reached at the latest.
 ImageRead readImage(const QString& path, const TracerLimit& limit);
 
 /// The threshold that parts the greys of a picture best: the variance between the two sides is largest, and where many

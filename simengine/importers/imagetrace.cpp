@@ -102,7 +102,7 @@ TracedImage traceImage(const ImageSource& image, const TraceSettings& settings, 
     const wire::BitmapHead head = headOf(image, settings);
     TracerProcess process(limit);
     const QSizeF scale(result.sizeMm.width() / image.width, result.sizeMm.height() / image.height);
-    const bool traced = process.start({QLatin1String(wire::kTrace)}) &&
+    const bool traced = process.start(wire::kTrace) &&
                         process.write(QByteArray(reinterpret_cast<const char*>(&head), sizeof(head)), words.data(),
                                       words.size() * sizeof(words[0])) &&
                         readOutlines(process, scale, result);

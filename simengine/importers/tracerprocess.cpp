@@ -23,6 +23,8 @@ QString libraryFolder() {
     return QFileInfo(QString::fromLocal8Bit(info.dli_fname)).absolutePath();
 }
 
+constexpr char kTooLong[] = "图片处理超时,请降低分辨率或增大去斑点值";
+
 /// The keys of the reasons that need nothing more.
 const char* reasonOf(int code) {
     switch (code) {
@@ -36,6 +38,8 @@ const char* reasonOf(int code) {
         return "文件无法打开";
     case wire::ExitDamaged:
         return "图片文件已损坏";
+    case wire::ExitTooLong:
+        return kTooLong;
     case wire::ExitManyPixels:
         return "图片过大,最多5000万像素";
     default:
@@ -67,11 +71,12 @@ TracerProcess::~TracerProcess() {
     m_process->waitForFinished();
 }
 
-bool TracerProcess::start(const QStringList& arguments) {
+bool TracerProcess::start(const char* command, const QStringList& arguments) {
     const QString program = tracerProgram();
     if (program.isEmpty())
         return false;
-    m_process->start(program, arguments);
+    const int ms = qMax(1, int(m_limit.seconds * 1000.0));
+    m_process->start(program, QStringList{QLatin1String(command), QString::number(ms)} + arguments);
     return m_process->waitForStarted();
 }
 
@@ -113,7 +118,7 @@ QString TracerProcess::fault() {
     if (m_limit.isCancelled())
         return {};
     if (m_late)
-        return LanguageManager::GetLanText("图片处理超时,请降低分辨率或增大去斑点值");
+        return LanguageManager::GetLanText(kTooLong);
     m_process->waitForFinished(kLook);
     if (m_process->state() != QProcess::NotRunning || m_process->error() == QProcess::FailedToStart)
         return LanguageManager::GetLanText("图片处理程序没有应答");

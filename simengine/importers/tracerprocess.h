@@ -15,7 +15,8 @@ namespace sim {
 
 /// What may end a decoding or tracing before it is done.
 struct TracerLimit {
-    QDeadlineTimer deadline{4500};                ///< a picture that is refused is refused within 5 s
+    double seconds = 4.5;                         ///< of processor time: a busy machine refuses no picture more
+    QDeadlineTimer deadline{60000};               ///< for a program that neither works nor answers
     const std::atomic<bool>* cancelled = nullptr; ///< may be set from any thread
 
     bool isCancelled() const { return cancelled && cancelled->load(); }
@@ -33,7 +34,8 @@ public:
     TracerProcess(const TracerProcess&) = delete;
     TracerProcess& operator=(const TracerProcess&) = delete;
 
-    bool start(const QStringList& arguments);
+    /// With a command of sim::wire and what follows the limit.
+    bool start(const char* command, const QStringList& arguments = {});
     /// Gives the program its input, and its end.
     bool write(const QByteArray& head, const void* data, std::size_t size);
     /// Waits for exactly `size` bytes of the answer; false when they do not come in time.

@@ -9,8 +9,8 @@ namespace sim::wire {
 
 constexpr std::uint32_t kMagic = 0x54524331;
 
-/// First argument of the program.
-constexpr char kDecode[] = "decode"; ///< second argument: the file
+/// First argument of the program. The second is the processor time that it may take, ms.
+constexpr char kDecode[] = "decode"; ///< third argument: the file
 constexpr char kTrace[] = "trace";
 
 /// How the program ends. With another code it has crashed or was ended.
@@ -24,6 +24,7 @@ enum ExitCode : int {
     ExitNoMemory = 15,    ///< more memory needed than it may take
     ExitManyCurves = 16,  ///< more curves than were asked for at most
     ExitBrokenInput = 17, ///< the caller went away
+    ExitTooLong = 18,     ///< more processor time needed than it may take
 };
 
 /// Answer to "decode": then width * height bytes of grey, 0 black, from the top row on, and with `alpha` as many bytes
@@ -35,6 +36,7 @@ struct ImageHead {
     std::int32_t alpha = 0;
     double dotsPerMmX = 0.0; ///< 0 when the file does not tell
     double dotsPerMmY = 0.0;
+    double seconds = 0.0; ///< processor time of the decoding
 };
 
 /// Question of "trace": then `height` rows of wordsOfRow(width) words, the bottom row first, the leftmost pixel in the

@@ -10,6 +10,7 @@
 #include <QImageReader>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <new>
 #include <vector>
 
@@ -75,6 +76,7 @@ bool writeImage(QSize size, QSizeF dots, const Bytes& grey, const Bytes& alpha) 
     head.alpha = alpha.empty() ? 0 : 1;
     head.dotsPerMmX = dots.isEmpty() ? 0.0 : dots.width();
     head.dotsPerMmY = dots.isEmpty() ? 0.0 : dots.height();
+    head.seconds = double(std::clock()) / CLOCKS_PER_SEC;
     return writeRecord(head) && writeAll(grey.data(), grey.size()) && writeAll(alpha.data(), alpha.size()) &&
            std::fflush(stdout) == 0;
 }

@@ -5,16 +5,20 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/time.h>
+#include <unistd.h>
 
 namespace {
 
 /// Memory that a picture may take, bytes.
 constexpr rlim_t kMostMemory = rlim_t(440) << 20;
-/// Processor time, s. The caller ends the program earlier; this is for one that has gone.
+/// Processor time, s. The caller allows less; this is for a signal that does not come.
 constexpr rlim_t kMostTime = 20;
 
 void limitSelf() {
@@ -31,16 +35,34 @@ void limitSelf() {
 #endif
 }
 
+void endTooLong(int) {
+    ::_exit(sim::wire::ExitTooLong);
+}
+
+/// Ends the program after so many milliseconds of its own work.
+bool limitWork(const char* ms) {
+    const long most = std::strtol(ms, nullptr, 10);
+    if (most <= 0)
+        return false;
+    std::signal(SIGPROF, endTooLong);
+    itimerval timer{};
+    timer.it_value.tv_sec = most / 1000;
+    timer.it_value.tv_usec = most % 1000 * 1000;
+    return setitimer(ITIMER_PROF, &timer, nullptr) == 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     limitSelf();
+    if (argc < 3 || !limitWork(argv[2]))
+        return sim::wire::ExitWrongUse;
     try {
-        if (argc == 2 && std::strcmp(argv[1], sim::wire::kTrace) == 0)
+        if (argc == 3 && std::strcmp(argv[1], sim::wire::kTrace) == 0)
             return sim::traceBitmap();
-        if (argc == 3 && std::strcmp(argv[1], sim::wire::kDecode) == 0) {
+        if (argc == 4 && std::strcmp(argv[1], sim::wire::kDecode) == 0) {
             const QCoreApplication app(argc, argv); // tells where the readers' plug-ins are
-            return sim::decodeImage(QFile::decodeName(argv[2]));
+            return sim::decodeImage(QFile::decodeName(argv[3]));
         }
     } catch (const std::bad_alloc&) {
         return sim::wire::ExitNoMemory;

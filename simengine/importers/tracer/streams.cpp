@@ -6,11 +6,11 @@
 namespace sim {
 
 bool readAll(void* data, std::size_t size) {
-    return std::fread(data, 1, size, stdin) == size;
+    return size == 0 || std::fread(data, 1, size, stdin) == size;
 }
 
 bool writeAll(const void* data, std::size_t size) {
-    return std::fwrite(data, 1, size, stdout) == size;
+    return size == 0 || std::fwrite(data, 1, size, stdout) == size;
 }
 
 } // namespace sim
