@@ -49,6 +49,7 @@ class Program:
         self.folder = tempfile.TemporaryDirectory()
         self.root = os.path.join(self.folder.name, "root")
         self.port = free_port()
+        self.questions = 0
         os.makedirs(self.root + "/ini")
         with open(self.root + "/ini/SystemParam.ini", "w", encoding="utf-8") as ini:
             ini.write("[Host]\nScribePort=%d\n" % self.port)
@@ -113,7 +114,16 @@ class Host:
         self.socket.sendall(data)
 
     def send_as_one_read(self, data):
-        """Returns when the program has read it: whatever comes next is another read."""
+        """Returns when the program has read it: whatever comes next is another read.
+
+        The log is written a moment later than the reads that it tells of. A question with a number of its own goes first: when that
+        is in the log, no line of an older read can still come and be taken for that of this one.
+        """
+        self.program.questions += 1
+        question = b"question%d_VZGetLayerParas(0);" % self.program.questions
+        self.send(question)
+        self.answers(1)
+        wait_until(lambda: question in self.program.log(), "the log of a question")
         before = self.program.log().count(RECEIVED)
         self.send(data)
         wait_until(lambda: self.program.log().count(RECEIVED) > before, "the log of a read of %r" % data)
