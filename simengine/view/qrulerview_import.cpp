@@ -37,24 +37,50 @@ bool addDrawing(sim::ViewSession& session, const sim::ImportResult& drawing, QSt
     return false;
 }
 
+/// A dialog that goes with the window it asks over, as its child; it is not on the stack for that reason.
+template<class Dialog>
+class AskingDialog {
+public:
+    template<class... Arguments>
+    explicit AskingDialog(Arguments&&... arguments)
+        : m_dialog(new Dialog(std::forward<Arguments>(arguments)...)) {}
+    ~AskingDialog() { delete m_dialog; }
+    AskingDialog(const AskingDialog&) = delete;
+    AskingDialog& operator=(const AskingDialog&) = delete;
+
+    /// False too when the dialog is gone.
+    bool isAgreed() { return m_dialog->exec() == QDialog::Accepted && m_dialog; }
+    Dialog* operator->() const { return m_dialog; }
+
+private:
+    QPointer<Dialog> m_dialog;
+};
+
+/// Empty when none is chosen.
+QString askForDrawing(QWidget* window) {
+    AskingDialog<QFileDialog> dialog(window, LanguageManager::GetLanText("导入矢量文件"), QString(),
+                                     sim::importFilter(LanguageManager::GetLanText("所有图形文件")));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    return dialog.isAgreed() ? dialog->selectedFiles().value(0) : QString();
+}
+
 } // namespace
 
 void QRulerView::ImportVectorFile() {
     if (d->session.document().isReadOnly())
         return;
-    const QString path = QFileDialog::getOpenFileName(this, LanguageManager::GetLanText("导入矢量文件"), QString(),
-                                                      sim::importFilter(LanguageManager::GetLanText("所有图形文件")));
-    if (path.isEmpty())
+    // A controlling station may close the document while a dialog asks.
+    const QPointer<QRulerView> view(this);
+    const QString path = askForDrawing(window());
+    if (path.isEmpty() || !view)
         return;
     d->canvas->cancelGesture();
     sim::ImportResult drawing;
     if (sim::isImage(path)) {
-        // A controlling station may close the document while the dialog asks.
-        const QPointer<QRulerView> view(this);
-        sim::ImageDialog dialog(path, window());
-        if (dialog.exec() != QDialog::Accepted || !view)
+        AskingDialog<sim::ImageDialog> dialog(path, window());
+        if (!dialog.isAgreed() || !view)
             return;
-        drawing = dialog.result(importOptions(d->session, *d->canvas));
+        drawing = dialog->result(importOptions(d->session, *d->canvas));
     } else {
         drawing = sim::importDrawing(path, importOptions(d->session, *d->canvas));
     }
