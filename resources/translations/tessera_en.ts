@@ -1041,6 +1041,7 @@
     <message><source>CSV文件内容错误</source><translation>The content of the CSV file is wrong</translation></message>
     <message><source>CSV文件没有该列</source><translation>The CSV file does not have the column</translation></message>
     <message><source>没有定义班次</source><translation>No shifts are defined</translation></message>
+    <message><source>替换损坏的文件(保留其副本)</source><translation>Replace the damaged file (a copy is kept)</translation></message>
     <message><source>变量定义文件损坏</source><translation>The file of the variables is damaged</translation></message>
     <message><source>变量当前值不能保存</source><translation>The values of the variables cannot be kept</translation></message>
     <message><source>变量内容不能作为文字</source><translation>The values of the variables make no text</translation></message>

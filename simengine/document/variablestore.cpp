@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/variablestore.h"
 
+#include "engine/marklog.h"
 #include "support/approot.h"
+#include "support/durablefile.h"
 
 #include <QFileInfo>
 
@@ -208,10 +210,11 @@ bool VariableStore::isPassOpen() const {
 
 VariableSet VariableStore::set(VariableProblem* problem) const {
     const Lock lock(m_mutex);
-    return read(problem);
+    VariableProblem own;
+    return read(problem ? *problem : own);
 }
 
-VariableSet VariableStore::read(VariableProblem* problem) const {
+VariableSet VariableStore::read(VariableProblem& problem) const {
     const IniFile& ini = file();
     VariableSet set;
     if (!QFileInfo::exists(ini.path()))
@@ -222,9 +225,23 @@ VariableSet VariableStore::read(VariableProblem* problem) const {
     readItems(ini, "Shifts", "Shift", set.shifts, sound, [](auto& s, auto visit) { visitShift(s, visit); });
     if (sound && !setFault(set))
         return set;
-    if (problem)
-        *problem = {VariableFault::BadDefinitions, ini.path()};
+    problem = {VariableFault::BadDefinitions, ini.path()};
     return {};
+}
+
+/// A copy and no new name, so that the damaged file is in place until another one is.
+bool VariableStore::keepDamaged() const {
+    const QString path = file().path();
+    const QString kept =
+        path + QStringLiteral(".damaged-") + QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    QString name = kept;
+    for (int i = 2; QFileInfo::exists(name); ++i)
+        name = QStringLiteral("%1-%2").arg(kept).arg(i);
+    if (!tessera::copyFileDurably(path, name))
+        return false;
+    MarkLog::Instance()->ShowNote_Error(
+        variableMessage({VariableFault::BadDefinitions, QStringLiteral("%1 -> %2").arg(path, name)}));
+    return true;
 }
 
 bool VariableStore::write(const VariableSet& set, bool passOpen) {
@@ -241,35 +258,55 @@ bool VariableStore::write(const VariableSet& set, bool passOpen) {
     });
 }
 
-bool VariableStore::save(const VariableSet& wanted, const VariableSet& opened) {
+VariableProblem VariableStore::replace(const VariableSet& wanted, const VariableSet& opened, Damaged damaged) {
+    VariableProblem problem;
+    const VariableSet current = read(problem);
+    if (!problem.ok() && damaged == Damaged::Stays)
+        return problem;
+    VariableSet merged = wanted;
+    keepCounted<SerialNumber, std::function<const SerialNumber*(const QString&)>>(
+        merged.serials, [&](const QString& name) { return opened.serial(name); },
+        [&](const QString& name) { return current.serial(name); });
+    keepCounted<CsvSource, std::function<const CsvSource*(const QString&)>>(
+        merged.sources, [&](const QString& name) { return opened.source(name); },
+        [&](const QString& name) { return current.source(name); });
+    if (setFault(merged))
+        return {VariableFault::BadDefinitions, QString()};
+    const bool passOpen = isPassOpen();
+    const bool kept = problem.ok() || keepDamaged();
+    return kept && write(merged, passOpen) ? VariableProblem() : VariableProblem{VariableFault::NotWritten, QString()};
+}
+
+bool VariableStore::save(const VariableSet& wanted, const VariableSet& opened, Damaged damaged,
+                         VariableProblem* problem) {
+    VariableProblem found;
     {
         const Lock lock(m_mutex);
-        const VariableSet current = read();
-        VariableSet merged = wanted;
-        keepCounted<SerialNumber, std::function<const SerialNumber*(const QString&)>>(
-            merged.serials, [&](const QString& name) { return opened.serial(name); },
-            [&](const QString& name) { return current.serial(name); });
-        keepCounted<CsvSource, std::function<const CsvSource*(const QString&)>>(
-            merged.sources, [&](const QString& name) { return opened.source(name); },
-            [&](const QString& name) { return current.source(name); });
-        const bool passOpen = isPassOpen();
-        if (setFault(merged) || !write(merged, passOpen))
-            return false;
+        found = replace(wanted, opened, damaged);
     }
+    if (problem)
+        *problem = found;
+    if (!found.ok())
+        return false;
     emit changed();
     return true;
 }
 
 bool VariableStore::beginPass() {
     const Lock lock(m_mutex);
-    m_passOpen = write(read(), true);
+    VariableProblem problem;
+    const VariableSet now = read(problem);
+    m_passOpen = problem.ok() && write(now, true);
     return m_passOpen;
 }
 
 bool VariableStore::endPass(const UsedVariables& used, bool marked) {
     {
         const Lock lock(m_mutex);
-        VariableSet now = read();
+        VariableProblem problem;
+        VariableSet now = read(problem);
+        if (!problem.ok())
+            return false;
         if (marked) {
             moveOn(now.serials, used.serials);
             moveOn(now.sources, used.sources);

@@ -15,16 +15,22 @@ namespace sim {
 class VariableStore : public QObject {
     Q_OBJECT
 public:
+    /// What becomes of a damaged file: it stays in place, or a copy of it stays beside what is put in its place.
+    enum class Damaged { Stays, IsReplaced };
+
     static VariableStore& instance();
 
     /// All variables; none when the file is damaged, which `problem` then tells.
     VariableSet set(VariableProblem* problem = nullptr) const;
     /// Puts `wanted` in place of what was `opened`. Counters that are the same in both go on from where they stand by
-    /// now, so that an edit does not set back what a job has counted meanwhile. False when the set is not sound or
-    /// cannot be written.
-    bool save(const VariableSet& wanted, const VariableSet& opened);
+    /// now, so that an edit does not set back what a job has counted meanwhile. False, and why in `problem`, when the
+    /// set is not sound, when it cannot be written, and when the file is damaged: that is replaced only when it is
+    /// meant, and kept as "Variables.ini.damaged-YYYYMMDD-hhmmss", which the log tells.
+    bool save(const VariableSet& wanted, const VariableSet& opened, Damaged damaged = Damaged::Stays,
+              VariableProblem* problem = nullptr);
 
-    /// A pass with these counters is about to be marked; false when that cannot be written.
+    /// A pass with these counters is about to be marked; false when that cannot be written. A damaged file is never
+    /// written by a pass.
     bool beginPass();
     /// The pass has ended. `marked`: to its end, then the counters move on, but for those that the operator has changed
     /// meanwhile.
@@ -41,7 +47,9 @@ private:
     VariableStore() = default;
     IniFile& file() const;
     bool isPassOpen() const;
-    VariableSet read(VariableProblem* problem = nullptr) const;
+    VariableSet read(VariableProblem& problem) const;
+    bool keepDamaged() const;
+    VariableProblem replace(const VariableSet& wanted, const VariableSet& opened, Damaged damaged);
     bool write(const VariableSet& set, bool passOpen);
 
     mutable std::mutex m_mutex; ///< guards the two below; one change at a time

@@ -8,6 +8,7 @@
 #include "simengine/view/serialpage.h"
 #include "simengine/view/shiftpage.h"
 
+#include <QCheckBox>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -38,9 +39,14 @@ VariablesDialog::VariablesDialog(QWidget* parent)
     tabs->addTab(m_serials, LanguageManager::GetLanText("序列号"));
     tabs->addTab(m_sources, LanguageManager::GetLanText("CSV数据"));
     tabs->addTab(m_shifts, LanguageManager::GetLanText("班次"));
-    m_message = new QLabel(variableMessage(problem), this);
+    m_message = new QLabel(this);
     m_message->setObjectName(QStringLiteral("labelMessage"));
     m_message->setWordWrap(true);
+    m_message->setTextFormat(Qt::PlainText);
+    m_replace = new QCheckBox(LanguageManager::GetLanText("替换损坏的文件(保留其副本)"), this);
+    m_replace->setObjectName(QStringLiteral("checkBoxReplace"));
+    m_replace->setMinimumHeight(kTouchHeight);
+    m_replace->hide();
     const ButtonRow buttons = makeOkCancel(this);
     m_ok = buttons.ok;
     m_ok->setAutoDefault(false);
@@ -49,11 +55,15 @@ VariablesDialog::VariablesDialog(QWidget* parent)
     bottom->addLayout(buttons.layout);
     auto* column = new QVBoxLayout(this);
     column->addWidget(tabs, 1);
+    column->addWidget(m_replace);
     column->addLayout(bottom);
     connect(m_ok, &QPushButton::clicked, this, &VariablesDialog::accept);
     connect(m_serials, &VariablePage::changed, this, &VariablesDialog::check);
     connect(m_sources, &VariablePage::changed, this, &VariablesDialog::check);
     connect(m_shifts, &VariablePage::changed, this, &VariablesDialog::check);
+    connect(m_replace, &QCheckBox::toggled, this, &VariablesDialog::check);
+    if (!problem.ok())
+        noteDamage(problem);
     resize(kUsualSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
 }
 
@@ -65,17 +75,27 @@ VariableSet VariablesDialog::entered() const {
     return set;
 }
 
+void VariablesDialog::noteDamage(const VariableProblem& problem) {
+    m_damage = variableMessage(problem);
+    m_replace->show();
+    check();
+}
+
 void VariablesDialog::check() {
     const char* fault = setFault(entered());
-    m_message->setText(fault ? LanguageManager::GetLanText(fault) : QString());
-    m_ok->setEnabled(!fault);
+    m_message->setText(fault ? LanguageManager::GetLanText(fault) : m_damage);
+    m_ok->setEnabled(!fault && (m_damage.isEmpty() || m_replace->isChecked()));
 }
 
 void VariablesDialog::accept() {
-    if (VariableStore::instance().save(entered(), m_opened))
+    const auto damaged = m_replace->isChecked() ? VariableStore::Damaged::IsReplaced : VariableStore::Damaged::Stays;
+    VariableProblem problem;
+    if (VariableStore::instance().save(entered(), m_opened, damaged, &problem))
         QDialog::accept();
+    else if (problem.fault == VariableFault::BadDefinitions)
+        noteDamage(problem);
     else
-        m_message->setText(variableMessage({VariableFault::NotWritten, QString()}));
+        m_message->setText(variableMessage(problem));
 }
 
 } // namespace sim

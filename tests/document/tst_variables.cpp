@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "simengine/document/variablehistory.h"
 #include "simengine/document/variablestore.h"
+#include "support/logtexts.h"
 #include "support/temporaryroot.h"
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTextCodec>
 #include <thread>
@@ -396,6 +398,32 @@ private slots:
         VariableProblem problem;
         QVERIFY(VariableStore::instance().set(&problem) == VariableSet());
         QCOMPARE(int(problem.fault), int(VariableFault::BadDefinitions));
+    }
+
+    void a_damaged_file_is_replaced_only_when_that_is_meant() {
+        VariableStore& store = VariableStore::instance();
+        const QByteArray damaged = "[Serials]\nCount=1\n[Serial0]\nName=A\nValue=4711\n";
+        QVERIFY(m_root->write(QStringLiteral("/ini/Variables.ini"), damaged));
+        VariableSet set;
+        set.serials = {serial("A")};
+        VariableProblem problem;
+        QVERIFY(!store.save(set, {}, VariableStore::Damaged::Stays, &problem));
+        QCOMPARE(int(problem.fault), int(VariableFault::BadDefinitions));
+        QVERIFY(!store.beginPass());
+        QVERIFY(!store.endPass({}, true));
+        QCOMPARE(m_root->read(QStringLiteral("/ini/Variables.ini")), damaged);
+        const QDir folder(m_root->path(QStringLiteral("/ini")));
+        QCOMPARE(folder.entryList(QDir::Files), QStringList{QStringLiteral("Variables.ini")});
+
+        QVERIFY(store.save(set, {}, VariableStore::Damaged::IsReplaced, &problem));
+        QVERIFY(problem.ok());
+        QVERIFY(store.set() == set);
+        const QStringList kept = folder.entryList({QStringLiteral("Variables.ini.damaged-*")}, QDir::Files);
+        QCOMPARE(kept.size(), 1);
+        QVERIFY(
+            QRegularExpression(QStringLiteral("^Variables\\.ini\\.damaged-\\d{8}-\\d{6}$")).match(kept[0]).hasMatch());
+        QCOMPARE(m_root->read(QStringLiteral("/ini/") + kept[0]), damaged);
+        QVERIFY(tests::logTexts("error").last().contains(kept[0]));
     }
 
     void unsound_or_equal_names_are_not_saved() {

@@ -282,6 +282,43 @@ private slots:
         QVERIFY(VariableStore::instance().set() == VariableSet());
     }
 
+    void a_damaged_file_waits_for_the_operator() {
+        ViewFixture f;
+        const QByteArray damaged = "[Serials]\nCount=1\n";
+        QVERIFY(f.root.write("/ini/Variables.ini", damaged));
+        VariablesDialog* dialog = new VariablesDialog(&f.view);
+        dialog->open();
+        const auto* ok = child<QPushButton>(dialog, "pushButtonOK");
+        const auto* message = child<QLabel>(dialog, "labelMessage");
+        auto* replace = child<QCheckBox>(dialog, "checkBoxReplace");
+        QVERIFY(replace->isVisible() && !replace->isChecked() && !ok->isEnabled());
+        QVERIFY(message->text().startsWith(QStringLiteral("变量定义文件损坏")));
+        QTest::mouseClick(child<QPushButton>(child<QWidget>(dialog, "serialPage"), "pushButtonAdd"), Qt::LeftButton);
+        QVERIFY(!ok->isEnabled());
+        QVERIFY(message->text().startsWith(QStringLiteral("变量定义文件损坏")));
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QCOMPARE(f.root.read("/ini/Variables.ini"), damaged);
+        replace->click();
+        QVERIFY(confirm(dialog));
+        QCOMPARE(VariableStore::instance().set().serials.size(), 1);
+        QCOMPARE(QDir(f.root.path("/ini")).entryList({"Variables.ini.damaged-*"}).size(), 1);
+    }
+
+    void damage_that_is_found_at_the_end_is_told() {
+        ViewFixture f;
+        defineSerial(5);
+        VariablesDialog* dialog = new VariablesDialog(&f.view);
+        dialog->open();
+        QVERIFY(!child<QCheckBox>(dialog, "checkBoxReplace")->isVisible());
+        QVERIFY(f.root.write("/ini/Variables.ini", "[Serials]\nCount=1\n"));
+        QVERIFY(confirm(dialog));
+        QVERIFY(dialog->isVisible());
+        QVERIFY(!child<QPushButton>(dialog, "pushButtonOK")->isEnabled());
+        child<QCheckBox>(dialog, "checkBoxReplace")->click();
+        QVERIFY(confirm(dialog));
+        QCOMPARE(VariableStore::instance().set().serials[0].value, qint64(5));
+    }
+
     void a_number_that_is_counted_meanwhile_is_not_set_back() {
         ViewFixture f;
         defineSerial(5);
