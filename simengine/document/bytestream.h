@@ -16,12 +16,19 @@ namespace sim {
 constexpr bool kPointsAreAsInFiles =
     Q_BYTE_ORDER == Q_LITTLE_ENDIAN && std::is_same_v<qreal, double> && sizeof(QPointF) == 2 * sizeof(double);
 
-/// Appends values to a byte array, lowest byte first.
+/// Bytes of a byte array at most.
+constexpr qint64 kMostArrayBytes = std::numeric_limits<int>::max() - 64;
+
+/// Appends values to a byte array, lowest byte first. What would be more than it may hold is left out whole, and so is
+/// everything behind it; fits() tells.
 class ByteWriter {
 public:
     ByteWriter() = default;
-    /// With room for so many bytes from the start.
-    explicit ByteWriter(qint64 expected) { grow(expected); }
+    /// With room for so many bytes from the start; holds no more than `most`.
+    explicit ByteWriter(qint64 expected, qint64 most = kMostArrayBytes)
+        : m_most(std::min(most, kMostArrayBytes)) {
+        grow(expected);
+    }
     ByteWriter(const ByteWriter&) = delete;
     ByteWriter& operator=(const ByteWriter&) = delete;
 
@@ -59,10 +66,15 @@ public:
     /// Puts a number into what was written before.
     template<class Integer>
     void replace(qint64 place, Integer value) {
+        m_fits = m_fits && place + qint64(sizeof value) <= m_size;
+        if (!m_fits)
+            return;
         const Integer little = qToLittleEndian(value);
         std::memcpy(m_bytes.data() + place, &little, sizeof little);
     }
 
+    /// All that was written is there.
+    bool fits() const { return m_fits; }
     qint64 size() const { return m_size; }
     const char* data() const { return m_bytes.constData(); }
     QByteArray bytes() const { return m_bytes.left(int(m_size)); }
@@ -74,6 +86,9 @@ public:
 
 private:
     void append(const void* from, qint64 count) {
+        m_fits = m_fits && count <= m_most - m_size;
+        if (!m_fits)
+            return;
         if (m_bytes.size() - m_size < count)
             grow(m_size + count);
         if (count > 0)
@@ -82,14 +97,15 @@ private:
     }
     void grow(qint64 least) {
         constexpr qint64 kFirst = 256;
-        constexpr qint64 kMost = std::numeric_limits<int>::max() - 64; // of a byte array
-        m_bytes.resize(int(std::min(std::max({least, 2 * qint64(m_bytes.size()), kFirst}), kMost)));
+        m_bytes.resize(int(std::min(std::max({least, 2 * qint64(m_bytes.size()), kFirst}), m_most)));
         m_to = m_bytes.data();
     }
 
     QByteArray m_bytes; ///< longer than what is written
     char* m_to = nullptr;
     qint64 m_size = 0;
+    qint64 m_most = kMostArrayBytes;
+    bool m_fits = true;
 };
 
 /// Takes values from bytes. After the first fault every value is 0 and the fault stays.

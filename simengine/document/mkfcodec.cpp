@@ -42,18 +42,13 @@ void writeSettings(const DocumentSettings& settings, ByteWriter& out) {
     out.real(settings.keyMoveDistance);
 }
 
-/// False when the objects are too many for a file.
-bool writeObjects(const ObjectList& objects, ByteWriter& out) {
+void writeObjects(const ObjectList& objects, ByteWriter& out) {
     out.integer(quint32(objects.size()));
-    qint64 points = 0;
     for (const ObjectPtr& object : objects) {
-        // looked at before the object is written: the byte array itself ends at 2 GiB
-        points += object->pointCount();
-        if (out.size() > kMaxMkfBytes || points > kMaxMkfBytes / 16)
-            return false;
+        if (!out.fits())
+            return;
         writeObject(*object, out);
     }
-    return true;
 }
 
 void writePens(const LayerParamEx& pens, ByteWriter& out) {
@@ -69,11 +64,11 @@ void writePens(const LayerParamEx& pens, ByteWriter& out) {
 }
 
 /// About the bytes that the objects take; a file is written in one piece of memory.
-qint64 expectedBytes(const ObjectList& objects) {
+qint64 expectedBytes(const ObjectList& objects, qint64 most) {
     qint64 bytes = 0;
     for (const ObjectPtr& object : objects) {
-        if (bytes > kMaxMkfBytes)
-            return kMaxMkfBytes;
+        if (bytes > most)
+            return most;
         bytes += kLeastObjectBytes + 16 * object->pointCount();
     }
     return bytes;
@@ -210,9 +205,9 @@ QByteArray encodePens(const LayerParamEx& pens) {
     return out.take();
 }
 
-std::optional<QByteArray> encodeMkf(const DocumentContent& content) {
+std::optional<QByteArray> encodeMkf(const DocumentContent& content, qint64 most) {
     constexpr qint64 kBeforeObjects = 32 * 1024;
-    ByteWriter out(kBeforeObjects + expectedBytes(*content.objects));
+    ByteWriter out(kBeforeObjects + expectedBytes(*content.objects, most), most);
     out.raw(kMagic, sizeof kMagic);
     out.integer(kMkfVersion);
     out.integer(quint32(SectionCount));
@@ -226,17 +221,15 @@ std::optional<QByteArray> encodeMkf(const DocumentContent& content) {
     }
     const auto section = [&out](SectionIndex index, auto&& write) {
         const qint64 begin = out.size();
-        const bool written = write();
+        write();
         const qint64 entry = kHeaderBytes + index * kTableEntryBytes;
         out.replace(entry + 8, quint64(begin));
         out.replace(entry + 16, quint64(out.size() - begin));
-        return written;
     };
-    section(PensSection, [&] { return writePens(content.pens, out), true; });
-    section(SettingsSection, [&] { return writeSettings(content.settings, out), true; });
-    if (!section(ObjectsSection, [&] { return writeObjects(*content.objects, out); }))
-        return std::nullopt;
-    if (out.size() + kChecksumBytes > kMaxMkfBytes)
+    section(PensSection, [&] { writePens(content.pens, out); });
+    section(SettingsSection, [&] { writeSettings(content.settings, out); });
+    section(ObjectsSection, [&] { writeObjects(*content.objects, out); });
+    if (!out.fits() || out.size() + kChecksumBytes > most)
         return std::nullopt;
     out.replace(lengthPlace, quint64(out.size() + kChecksumBytes));
     out.raw(sha256(out.data(), out.size()));

@@ -14,8 +14,8 @@ constexpr quint32 kMkfVersion = 1;
 /// Files larger than this are neither written nor read.
 constexpr qint64 kMaxMkfBytes = qint64(1) << 30;
 
-/// The file's bytes; nothing when they would be more than kMaxMkfBytes.
-std::optional<QByteArray> encodeMkf(const DocumentContent& content);
+/// The file's bytes; nothing when they would be more than `most`.
+std::optional<QByteArray> encodeMkf(const DocumentContent& content, qint64 most = kMaxMkfBytes);
 
 /// What the file holds, or nothing and the reason in `error`. A file is taken whole or not at all.
 std::optional<DocumentContent> decodeMkf(const QByteArray& bytes, QString* error);

@@ -63,8 +63,11 @@ public:
     }
     void operator()(const GroupShape& s) {
         m_out.integer(quint32(s.children.size()));
-        for (const ObjectPtr& child : s.children)
+        for (const ObjectPtr& child : s.children) {
+            if (!m_out.fits())
+                return;
             writeObject(*child, m_out);
+        }
     }
     void operator()(const TextShape& s) {
         const TextSpec& spec = s.spec;

@@ -2,6 +2,7 @@
 #include "samples.h"
 #include "simengine/document/bytestream.h"
 #include "simengine/document/defaultpen.h"
+#include "simengine/document/limits.h"
 #include "simengine/document/mkfcodec.h"
 #include "simengine/document/mkfobjects.h"
 
@@ -104,6 +105,8 @@ private slots:
     void hostile_counts_are_refused_without_reserving();
     void resealed_damage_never_loads_half();
     void deep_groups_are_refused();
+    void more_than_a_file_may_hold_is_refused();
+    void bytes_beyond_the_limit_are_not_written();
     void default_pen_file();
 };
 
@@ -487,6 +490,46 @@ void MkfTest::deep_groups_are_refused() {
     put(hostile, 16, quint64(quint64(hostile.size())));
     put(hostile, 24 + 2 * 24 + 16, quint64(quint64(section.size())));
     QCOMPARE(faultOf(resealed(hostile)), QStringLiteral("groups are nested too deeply"));
+}
+
+/// A group of many objects of many bytes each, of which only the group itself stands in the list.
+void MkfTest::more_than_a_file_may_hold_is_refused() {
+    GroupShape group;
+    for (int i = 0; i < 40; ++i) {
+        ObjectData data;
+        data.shape = std::get<GeneratedShape>(samples::generated()->shape());
+        std::get<GeneratedShape>(data.shape).parameters = QByteArray(kMaxToolParameterBytes, 'p');
+        group.children.push_back(MarkObject::make(std::move(data)));
+        QVERIFY(group.children.back());
+    }
+    ObjectData data;
+    data.shape = group;
+    DocumentContent content;
+    content.objects = std::make_shared<const ObjectList>(ObjectList{MarkObject::make(std::move(data))});
+    const std::optional<QByteArray> bytes = encodeMkf(content);
+    QVERIFY(bytes && bytes->size() > 40 * kMaxToolParameterBytes);
+    QCOMPARE(*encodeMkf(content, bytes->size()), *bytes);
+    for (qint64 most : {bytes->size() - 1, bytes->size() - 32, bytes->size() - 33, bytes->size() / 2, 20'000, 30, 0})
+        QVERIFY2(!encodeMkf(content, most), qPrintable(QString::number(most)));
+}
+
+void MkfTest::bytes_beyond_the_limit_are_not_written() {
+    ByteWriter out(0, 10);
+    out.integer(quint64(1));
+    QVERIFY(out.fits());
+    out.integer(quint32(2)); // two bytes are left
+    QVERIFY(!out.fits());
+    QCOMPARE(out.size(), qint64(8));
+    out.flag(true); // would fit, but what is before it is missing
+    QCOMPARE(out.size(), qint64(8));
+    const QPointF* none = nullptr;
+    ByteWriter huge(0);
+    huge.points(none, kMostArrayBytes / 16 + 1); // never looked at
+    QVERIFY(!huge.fits());
+    QCOMPARE(huge.size(), qint64(0));
+    ByteWriter early(0);
+    early.replace(0, quint32(1));
+    QVERIFY(!early.fits());
 }
 
 void MkfTest::default_pen_file() {
