@@ -43,12 +43,14 @@ void Document::setFileName(const QString& name) {
 void Document::setContent(const DocumentContent& content) {
     {
         const Lock editLock(m_editMutex);
+        // what can fail comes first, so that a document is changed whole or not at all
         auto next = std::make_shared<DocumentState>();
         next->objects = content.objects;
+        QByteArray pens = penBytes(content.pens);
+        m_pens = content.pens;
+        m_savedPens = std::move(pens);
         m_history.clear();
         m_mergeable = false;
-        m_pens = content.pens;
-        m_savedPens = penBytes(m_pens);
         const Lock lock(m_stateMutex);
         m_state = next;
         m_savedObjects = next->objects;

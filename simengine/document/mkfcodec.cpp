@@ -2,6 +2,7 @@
 #include "simengine/document/mkfcodec.h"
 
 #include "engine/marktypes.h"
+#include "simengine/document/contained.h"
 #include "simengine/document/mkffields.h"
 #include "simengine/document/mkfobjects.h"
 #include "simengine/document/sha256.h"
@@ -267,7 +268,9 @@ std::optional<DocumentContent> decodeMkf(const QByteArray& bytes, QString* error
     return content;
 }
 
-bool saveDocument(Document& document, QString* error) {
+namespace {
+
+bool save(Document& document, QString* error) {
     if (document.fileName().isEmpty())
         return refuse(error, QStringLiteral("the document has no file name"));
     const DocumentContent content = document.content();
@@ -281,7 +284,7 @@ bool saveDocument(Document& document, QString* error) {
     return true;
 }
 
-bool loadDocument(Document& document, QString* error) {
+bool load(Document& document, QString* error) {
     QFile file(document.fileName());
     if (!file.open(QIODevice::ReadOnly))
         return refuse(error, QStringLiteral("%1: %2").arg(document.fileName(), file.errorString()));
@@ -293,6 +296,24 @@ bool loadDocument(Document& document, QString* error) {
         return refuse(error, QStringLiteral("%1: %2").arg(document.fileName(), reason));
     document.setContent(*content);
     return true;
+}
+
+} // namespace
+
+bool saveDocument(Document& document, QString* error) {
+    QString fault;
+    bool saved = false;
+    if (contained(fault, [&] { saved = save(document, error); }))
+        return saved;
+    return refuse(error, fault);
+}
+
+bool loadDocument(Document& document, QString* error) {
+    QString fault;
+    bool loaded = false;
+    if (contained(fault, [&] { loaded = load(document, error); }))
+        return loaded;
+    return refuse(error, QStringLiteral("%1: %2").arg(document.fileName(), fault));
 }
 
 } // namespace sim

@@ -2,6 +2,7 @@
 #include "simengine/importers/imageimport.h"
 
 #include "engine/languagemanager.h"
+#include "simengine/document/contained.h"
 #include "simengine/document/markobject.h"
 #include "simengine/importers/importfile.h"
 #include "simengine/importers/importnotes.h"
@@ -80,17 +81,29 @@ void tellDensity(const ImageSource& image, ImportResult& result) {
         result.convert(QStringLiteral("dpi"), LanguageManager::GetLanText("文件没有给出分辨率"));
 }
 
-ImportResult importImage(const QString& path, const ImportOptions& options) {
+namespace {
+
+ImportResult imported(const QString& path, const ImportOptions& options) {
     TracerLimit limit;
     const ImageRead read = readImage(path, limit);
     limit.seconds -= read.seconds; // for both together
     if (!read.image)
-        return failedImport(QStringLiteral("%1: %2").arg(path, read.error));
+        return failedImport(read.error);
     ImportResult result = placedOutlines(traceImage(*read.image, {}, limit), options);
+    if (result.ok())
+        tellDensity(*read.image, result);
+    return result;
+}
+
+} // namespace
+
+ImportResult importImage(const QString& path, const ImportOptions& options) {
+    ImportResult result;
+    QString fault;
+    if (!contained(fault, [&] { result = imported(path, options); }))
+        result = failedImport(fault);
     if (!result.ok())
         result.error = QStringLiteral("%1: %2").arg(path, result.error);
-    else
-        tellDensity(*read.image, result);
     return result;
 }
 

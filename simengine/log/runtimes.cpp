@@ -2,6 +2,7 @@
 #include "simengine/log/runtimes.h"
 
 #include "engine/marklog.h"
+#include "simengine/document/contained.h"
 #include "support/approot.h"
 
 #include <chrono>
@@ -109,7 +110,9 @@ void RunTimes::work() {
             EndedRun run = std::move(m_ended.front());
             m_ended.pop_front();
             lock.unlock();
-            run.time.estimateMs = estimateOf(run.plan);
+            QString fault;
+            if (!contained(fault, [&] { run.time.estimateMs = estimateOf(run.plan); }))
+                MarkLog::Instance()->ShowNote_Error(QStringLiteral("run times: ") + fault);
             file.open(run.file);
             file.add(run.time);
             auto runs = std::make_shared<const Runs>(file.runs());
@@ -133,6 +136,7 @@ void RunTimes::work() {
 double RunTimes::estimateOf(const RunPlan& plan) {
     if (m_lastEstimate >= 0.0 && m_lastObjects.lock() == plan.state->objects && m_lastPlan.sameSettings(plan))
         return m_lastEstimate;
+    m_lastEstimate = -1.0;
     const auto timeline = JobTimeline::make(timelineJob(plan), &m_cancelled);
     m_lastEstimate = timeline ? timeline->time().totalMs : -1.0;
     m_lastObjects = plan.state->objects;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/servers/pusheddocument.h"
 
+#include "simengine/document/contained.h"
 #include "simengine/document/mkfcodec.h"
 #include "simengine/servers/documentuploads.h"
 #include "simengine/servers/stationmessage.h"
@@ -76,8 +77,13 @@ std::optional<QByteArray> pushedBytes(QString const& first, QString& error) {
 } // namespace
 
 std::optional<DocumentContent> pushedContent(QString const& first, QString& error) {
-    std::optional<QByteArray> const bytes = pushedBytes(first, error);
-    return bytes ? decodeMkf(*bytes, &error) : std::nullopt;
+    std::optional<DocumentContent> content;
+    bool const done = contained(error, [&] {
+        std::optional<QByteArray> const bytes = pushedBytes(first, error);
+        if (bytes)
+            content = decodeMkf(*bytes, &error);
+    });
+    return done ? std::move(content) : std::nullopt;
 }
 
 std::optional<QString> pushedPath(QString const& name, QString& error) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/imagetracer.h"
 
+#include "simengine/document/contained.h"
 #include "simengine/view/viewtheme.h"
 
 #include <QPainter>
@@ -94,7 +95,12 @@ void ImageTracer::read(const QString& path) {
     m_pool.start([this, path, cancelled] {
         TracerLimit limit;
         limit.cancelled = cancelled.get();
-        const ImageRead read = readImage(path, limit);
+        ImageRead read;
+        QString fault;
+        if (!contained(fault, [&] { read = readImage(path, limit); })) {
+            read.image.reset();
+            read.error = fault;
+        }
         QMetaObject::invokeMethod(
             this,
             [this, read, cancelled] {
@@ -116,10 +122,17 @@ void ImageTracer::trace(const TraceSettings& settings, const QSize& preview) {
         TracerLimit limit;
         limit.cancelled = cancelled.get();
         TracePreview result;
-        if (!limit.isCancelled())
-            result.traced = traceImage(*image, settings, limit);
-        if (!limit.isCancelled())
-            result.image = drawPreview(*image, result.traced, preview);
+        QString fault;
+        const bool done = contained(fault, [&] {
+            if (!limit.isCancelled())
+                result.traced = traceImage(*image, settings, limit);
+            if (!limit.isCancelled())
+                result.image = drawPreview(*image, result.traced, preview);
+        });
+        if (!done) {
+            result = TracePreview();
+            result.traced.error = fault;
+        }
         QMetaObject::invokeMethod(
             this,
             [this, result, cancelled] {

@@ -7,6 +7,7 @@
 #include "engine/systemparam.h"
 #include "simengine/card/cardlink.h"
 #include "simengine/card/statuswords.h"
+#include "simengine/document/contained.h"
 #include "simengine/document/runplan.h"
 #include "simengine/log/runtimes.h"
 #include "simengine/servers/runrecord.h"
@@ -33,6 +34,9 @@ struct MarkShapeContainer::Private {
         const std::lock_guard<std::mutex> lock(mutex);
         return sim::currentOptions(selectedOnly, offsets);
     }
+
+    /// StartMark() but for what it throws.
+    bool mark(bool selectedOnly, bool loop, LayerParamEx* layers);
 
     sim::Document& document;
     JobListener const listener;
@@ -100,8 +104,7 @@ private:
 };
 
 /// The operator is told what is wrong, nothing is marked.
-bool refuseVariables(sim::VariableProblem const& problem) {
-    const QString text = sim::variableMessage(problem);
+bool refuse(QString const& text) {
     MarkLog::Instance()->ShowNote_Error(text);
     sim::showCardMessage(text, 1);
     return sim::RunRecord::refused();
@@ -113,6 +116,45 @@ bool runTold(sim::CardRun& run, sim::Job job, JobListener const& listener) {
 }
 
 } // namespace
+
+bool MarkShapeContainer::Private::mark(bool selectedOnly, bool loop, LayerParamEx* layers) {
+    // First of all, so that a stop while the job is being built ends it.
+    sim::CardRun run(selectedOnly, loop);
+    if (!run.isAccepted())
+        return sim::RunRecord::refused();
+    const Moment begin;
+    sim::cardEndSignal().runBegins();
+    const bool laser = run.kind() == sim::MarkKind::Laser;
+    sim::VariablePass variables(document.state(), selectedOnly, laser);
+    if (!variables.problem().ok())
+        return refuse(sim::variableMessage(variables.problem()));
+    const sim::RunPlan plan = sim::currentPlan(variables.state(), options(selectedOnly), sim::simulatedCard().pens());
+    QString fault;
+    sim::Job job = sim::buildJob(*plan.state, plan.options, &fault);
+    if (!fault.isEmpty())
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("offset records: ") + fault);
+    if (job.strokes.empty())
+        return sim::RunRecord::refused();
+    sim::RunRecord const record(job, layers);
+    if (!variables.begin())
+        return refuse(sim::variableMessage(variables.problem()));
+    if (loop && variables.counts() && SystemParam::Instance()->UsedBufLoop())
+        MarkLog::Instance()->ShowNode(NoteRun, LanguageManager::GetLanText("缓存循环时变量不变"));
+    if (!runTold(run, std::move(job), listener))
+        return sim::RunRecord::refused();
+    const bool succeeded = (sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0;
+    record.ended(succeeded);
+    // of a job that repeats itself a pass was marked to its end although the job was stopped
+    variables.end(sim::simulatedCard().lastTime().passes > 0);
+    const double cardMs = sim::simulatedCard().lastTime().totalMs;
+    if (!laser)
+        return true;
+    giveEndSignal(!succeeded);
+    QString unkept;
+    if (!sim::contained(unkept, [&] { keepTime(plan, document.fileName(), begin, cardMs, succeeded); }))
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("run times: ") + unkept);
+    return true;
+}
 
 MarkShapeContainer::MarkShapeContainer() = default;
 
@@ -129,41 +171,12 @@ std::unique_ptr<MarkShapeContainer> MarkShapeContainerAccess::make(sim::Document
 }
 
 bool MarkShapeContainer::StartMark(bool selectedOnly, bool loop, LayerParamEx* layers) {
-    // First of all, so that a stop while the job is being built ends it.
-    sim::CardRun run(selectedOnly, loop);
-    if (!run.isAccepted())
-        return sim::RunRecord::refused();
-    const Moment begin;
-    sim::cardEndSignal().runBegins();
-    const bool laser = run.kind() == sim::MarkKind::Laser;
-    sim::VariablePass variables(d->document.state(), selectedOnly, laser);
-    if (!variables.problem().ok())
-        return refuseVariables(variables.problem());
-    const sim::RunPlan plan =
-        sim::currentPlan(variables.state(), d->options(selectedOnly), sim::simulatedCard().pens());
+    // The thread of the run is the caller's; what the drawing needs too much memory for must not end it.
     QString fault;
-    sim::Job job = sim::buildJob(*plan.state, plan.options, &fault);
-    if (!fault.isEmpty())
-        MarkLog::Instance()->ShowNote_Error(QStringLiteral("offset records: ") + fault);
-    if (job.strokes.empty())
-        return sim::RunRecord::refused();
-    sim::RunRecord const record(job, layers);
-    if (!variables.begin())
-        return refuseVariables(variables.problem());
-    if (loop && variables.counts() && SystemParam::Instance()->UsedBufLoop())
-        MarkLog::Instance()->ShowNode(NoteRun, LanguageManager::GetLanText("缓存循环时变量不变"));
-    if (!runTold(run, std::move(job), d->listener))
-        return sim::RunRecord::refused();
-    const bool succeeded = (sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0;
-    record.ended(succeeded);
-    // of a job that repeats itself a pass was marked to its end although the job was stopped
-    variables.end(sim::simulatedCard().lastTime().passes > 0);
-    const double cardMs = sim::simulatedCard().lastTime().totalMs;
-    if (!laser)
-        return true;
-    giveEndSignal(!succeeded);
-    keepTime(plan, d->document.fileName(), begin, cardMs, succeeded);
-    return true;
+    bool marked = false;
+    if (sim::contained(fault, [&] { marked = d->mark(selectedOnly, loop, layers); }))
+        return marked;
+    return refuse(fault);
 }
 
 int MarkShapeContainer::GetSelectedToolCnt() const {

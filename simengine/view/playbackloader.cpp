@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/playbackloader.h"
 
+#include "simengine/document/contained.h"
+
 namespace sim {
 
 PlaybackLoader::PlaybackLoader(QObject* parent)
@@ -22,15 +24,21 @@ void PlaybackLoader::load(const RunPlan& plan) {
     const quint64 number = ++m_number;
     m_pool.start([this, plan, cancelled, number] {
         std::shared_ptr<const JobTimeline> timeline;
-        if (!cancelled->load())
-            timeline = JobTimeline::make(timelineJob(plan), cancelled.get());
+        QString fault;
+        contained(fault, [&] {
+            if (!cancelled->load())
+                timeline = JobTimeline::make(timelineJob(plan), cancelled.get());
+        });
         QMetaObject::invokeMethod(
             this,
-            [this, timeline, number] {
-                if (number != m_number || !timeline)
+            [this, timeline, fault, number] {
+                if (number != m_number || (!timeline && fault.isEmpty()))
                     return;
                 m_busy = false;
-                emit loaded(timeline);
+                if (timeline)
+                    emit loaded(timeline);
+                else
+                    emit failed(fault);
             },
             Qt::QueuedConnection);
     });

@@ -16,12 +16,14 @@ public:
     /// Ends what goes on and waits for it.
     ~PlaybackLoader() override;
 
-    /// Gives up what goes on; loaded() comes for the last plan alone.
+    /// Gives up what goes on; loaded() or failed() comes for the last plan alone.
     void load(const RunPlan& plan);
     bool isBusy() const { return m_busy; }
 
 signals:
     void loaded(std::shared_ptr<const sim::JobTimeline> timeline);
+    /// There is none, and why.
+    void failed(const QString& reason);
 
 private:
     QThreadPool m_pool;

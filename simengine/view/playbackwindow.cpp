@@ -76,6 +76,7 @@ PlaybackWindow::PlaybackWindow(Source source, bool selectedOnly, QWidget* parent
     connect(m_first, &QPushButton::clicked, this, [this] { seek(0.0); });
     connect(m_slider, &QSlider::valueChanged, this, &PlaybackWindow::slide);
     connect(m_loader, &PlaybackLoader::loaded, this, &PlaybackWindow::take);
+    connect(m_loader, &PlaybackLoader::failed, m_total, &QLabel::setText);
     connect(&m_ticks, &QTimer::timeout, this, &PlaybackWindow::tick);
     connect(&m_follow, &QTimer::timeout, this, &PlaybackWindow::follow);
     m_ticks.setTimerType(Qt::PreciseTimer);
