@@ -25,11 +25,10 @@ QByteArray storedContent(QRulerView& view) {
 
 } // namespace
 
-QString DrawingImport::import(QString const& drawing, QString& error) {
+QString DrawingImport::import(QString const& drawing, QString& report, QString& error) {
     QRulerView view(nullptr);
-    QString reason;
-    if (!view.ImportVectorFile(drawing, reason)) {
-        error = QStringLiteral("\"%1\" cannot be imported: %2").arg(drawing, reason);
+    if (!view.ImportVectorFile(drawing, report)) {
+        error = QStringLiteral("\"%1\" cannot be imported: %2").arg(drawing, report);
         return QString();
     }
     QString const target = DocumentFiles::importTarget(drawing, storedContent(view));

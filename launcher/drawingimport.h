@@ -9,9 +9,9 @@ namespace tessera {
 class DrawingImport {
 public:
     /// Imports a vector file into a new document below the root and stores it; gives the document's path, or an empty
-    /// one with a sentence in `error`. An existing document is never changed; one with the very same content is named
-    /// again.
-    static QString import(QString const& drawing, QString& error);
+    /// one with a sentence in `error`. `report` gets the lines that tell what was added, changed and left out. An
+    /// existing document is never changed; one with the very same content is named again.
+    static QString import(QString const& drawing, QString& report, QString& error);
 };
 
 } // namespace tessera

@@ -70,10 +70,12 @@ bool StartJobs::openDocuments() {
 
 bool StartJobs::importDrawings() {
     for (QString const& drawing : m_commandLine.import) {
+        QString report;
         QString error;
-        QString const path = DrawingImport::import(drawing, error);
+        QString const path = DrawingImport::import(drawing, report, error);
         if (path.isEmpty())
             return fail(error);
+        Console::tell(QStringLiteral("%1\n%2\n").arg(drawing, report));
         if (!open(path))
             return fail(QStringLiteral("The imported document \"%1\" cannot be read again.").arg(path));
     }

@@ -1167,6 +1167,7 @@
     <message><source>轮廓</source><translation>Outlines</translation></message>
     <message><source>点数</source><translation>Points</translation></message>
     <message><source>文档只读</source><translation>The document is read-only</translation></message>
+    <message><source>打标时不能导入图形</source><translation>No drawing can be imported while something is marked</translation></message>
     <message><source>文件中没有可导入的对象</source><translation>The file has nothing that can be imported</translation></message>
     <message><source>图形超出坐标范围</source><translation>The drawing reaches beyond the coordinate range</translation></message>
     <message><source>导入矢量文件</source><translation>Import vector file</translation></message>

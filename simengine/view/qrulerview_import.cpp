@@ -2,15 +2,19 @@
 #include "engine/languagemanager.h"
 #include "engine/marklog.h"
 #include "engine/msgbox.h"
+#include "simengine/document/contained.h"
 #include "simengine/document/jobbuilder.h"
 #include "simengine/importers/imageimport.h"
 #include "simengine/importers/importers.h"
+#include "simengine/importers/importfile.h"
 #include "simengine/view/imagedialog.h"
 #include "simengine/view/importreport.h"
 #include "simengine/view/qrulerview_p.h"
+#include "simengine/view/runningjob.h"
 
 #include <QFileDialog>
 #include <QPointer>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -22,19 +26,46 @@ sim::ImportOptions importOptions(const sim::ViewSession& session, const sim::Can
     return options;
 }
 
-bool addDrawing(sim::ViewSession& session, const sim::ImportResult& drawing, QString& error) {
+/// The objects of a drawing become part of the document, or why not.
+QString fault(sim::ViewSession& session, const sim::ImportResult& drawing) {
     if (!drawing.ok())
-        error = drawing.error;
-    else if (session.document().isReadOnly())
-        error = LanguageManager::GetLanText("文档只读");
-    else if (drawing.objects.empty())
-        error = LanguageManager::GetLanText("文件中没有可导入的对象");
-    else if (session.document().edit(
-                 [&](const sim::DocumentState& state) { return sim::edits::add(state, drawing.objects); }))
-        return true;
-    else
-        error = LanguageManager::GetLanText("图形超出坐标范围");
-    return false;
+        return drawing.error;
+    if (session.document().isReadOnly())
+        return LanguageManager::GetLanText("文档只读");
+    if (drawing.objects.empty())
+        return LanguageManager::GetLanText("文件中没有可导入的对象");
+    if (!session.document().edit(
+            [&](const sim::DocumentState& state) { return sim::edits::add(state, drawing.objects); }))
+        return LanguageManager::GetLanText("图形超出坐标范围");
+    return QString();
+}
+
+/// Adds a drawing, and tells in the log, whatever else it is to keep, and in `report` what came of it: first the
+/// reason when nothing was added.
+bool addDrawing(sim::ViewSession& session, const QString& path, const std::function<sim::ImportResult()>& read,
+                QString& report) {
+    sim::ImportResult drawing;
+    QString refusal;
+    sim::contained(refusal, [&] {
+        drawing = read();
+        refusal = fault(session, drawing);
+    });
+    QStringList lines;
+    if (!refusal.isEmpty())
+        lines << refusal;
+    if (drawing.ok())
+        lines << sim::importReport(drawing);
+    report = lines.join(QLatin1Char('\n'));
+    MarkLog::Instance()->ShowNote(LanguageManager::GetLanText("导入矢量文件") + ":" + path + ":" + report);
+    return refusal.isEmpty();
+}
+
+/// Reading a drawing holds up the main thread, which also looks at the inputs of the machine: not while something is
+/// marked.
+sim::ImportResult readDrawing(const QString& path, const sim::ImportOptions& options) {
+    if (sim::jobRuns())
+        return sim::failedImport(QStringLiteral("%1: %2").arg(path, LanguageManager::GetLanText("打标时不能导入图形")));
+    return sim::importDrawing(path, options);
 }
 
 /// A dialog that goes with the window it asks over, as its child; it is not on the stack for that reason.
@@ -75,33 +106,26 @@ void QRulerView::ImportVectorFile() {
     if (path.isEmpty() || !view)
         return;
     d->canvas->cancelGesture();
-    sim::ImportResult drawing;
+    const sim::ImportOptions options = importOptions(d->session, *d->canvas);
+    QString report;
     if (sim::isImage(path)) {
         AskingDialog<sim::ImageDialog> dialog(path, window());
         if (!dialog.isAgreed() || !view)
             return;
-        drawing = dialog->result(importOptions(d->session, *d->canvas));
+        addDrawing(
+            d->session, path, [&] { return dialog->result(options); }, report);
     } else {
-        drawing = sim::importDrawing(path, importOptions(d->session, *d->canvas));
+        addDrawing(
+            d->session, path, [&] { return readDrawing(path, options); }, report);
     }
-    QString error;
-    const bool added = addDrawing(d->session, drawing, error);
-    const QString report = added ? sim::importReport(drawing) : error;
-    MarkLog::Instance()->ShowNode(NoteOperator,
-                                  LanguageManager::GetLanText("导入矢量文件") + ":" + path + ":" + report);
     msgBox::show(LanguageManager::GetLanText("导入矢量文件"), sim::shownReport(report), 1);
 }
 
-bool QRulerView::ImportVectorFile(QString const& path, QString& error) {
+bool QRulerView::ImportVectorFile(QString const& path, QString& report) {
     d->canvas->cancelGesture();
-    const sim::ImportResult drawing = sim::importDrawing(path, importOptions(d->session, *d->canvas));
-    error.clear();
-    if (!addDrawing(d->session, drawing, error))
-        return false;
-    MarkLog::Instance()->ShowNode(NoteOperator,
-                                  LanguageManager::GetLanText("导入矢量文件") + ":" + path + ":" +
-                                      sim::importReport(drawing).replace(QLatin1Char('\n'), QLatin1Char(';')));
-    return true;
+    const sim::ImportOptions options = importOptions(d->session, *d->canvas);
+    return addDrawing(
+        d->session, path, [&] { return readDrawing(path, options); }, report);
 }
 
 void QRulerView::GetDocStatistics(int& objects, int& vertices) const {

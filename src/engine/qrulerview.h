@@ -104,8 +104,9 @@ public:
     /// Asks for a vector file, imports it and tells what came of it.
     void ImportVectorFile();
     /// Adds the drawing of a vector file, centred in the drawing area, as one step of undo. Nothing is asked and
-    /// nothing shown: false and the reason in `error` when nothing was added.
-    bool ImportVectorFile(QString const& path, QString& error);
+    /// nothing shown: `report` gets the lines that an operator would read, what was added, changed and left out, before
+    /// them the reason when nothing was added, which gives false. The log has them too.
+    bool ImportVectorFile(QString const& path, QString& report);
     void AddMarkPoint(QPointF const& point);
     /// Adds a text of one or more lines parted by '\n' in the engine's plainest single-line font, on the current pen,
     /// and selects it. `mm` is where the base line of the first line begins; a capital letter is `height` mm high.

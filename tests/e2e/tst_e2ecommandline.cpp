@@ -127,6 +127,8 @@ private slots:
         // As fast as possible: the machine does not take the time that it reckons.
         QVERIFY2(figure(report, "actual time").section(' ', 0, 0).toDouble() < estimated, report.constData());
         QCOMPARE(m_root->counter(), 2);
+        QVERIFY2(program.errors().contains("gear-plate.svg\n") && program.errors().contains(": 59\n"),
+                 program.errors().constData());
         QVERIFY2(program.errors().contains("pass 1 of 2: ") && program.errors().contains("pass 2 of 2: "),
                  program.errors().constData());
     }

@@ -315,9 +315,9 @@ private slots:
                                          " viewBox='0 0 40 20'><rect x='1' y='1' width='38' height='18' fill='none'"
                                          " stroke='#000'/><circle cx='20' cy='10' r='5' fill='none'"
                                          " stroke='#f00'/></svg>"));
-        QString error = "left over";
-        QVERIFY(f.view.ImportVectorFile(f.root.path("/two.svg"), error));
-        QVERIFY(error.isEmpty());
+        QString report = "left over";
+        QVERIFY(f.view.ImportVectorFile(f.root.path("/two.svg"), report));
+        QVERIFY(report.startsWith(QStringLiteral("导入对象: 2\n")));
         QCOMPARE(f.state()->count(), 2);
         QCOMPARE(f.view.GetSelectedToolCnt(), 2);
         const QPointF middle = f.canvas().fieldMm().center();
