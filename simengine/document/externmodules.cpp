@@ -16,8 +16,7 @@ IGeneratedTool::~IGeneratedTool() = default;
 
 namespace {
 
-/// What a module's library exports: makes the one module object, which the engine deletes before it unloads the
-/// library.
+/// What a module's library exports: makes the one module object, which the engine deletes.
 using CreateModule = IMarkToolModule* (*)();
 constexpr char kCreateModule[] = "CreateMarkToolModule";
 constexpr char kFolder[] = "/MarkToolModules";

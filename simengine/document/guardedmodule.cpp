@@ -30,7 +30,7 @@ private:
 
 namespace {
 
-/// A module's tool from which no exception comes, and which keeps its library loaded.
+/// A module's tool from which no exception comes, and which keeps its module.
 class GuardedTool : public IMarkToolBase {
 public:
     GuardedTool(QString file, std::shared_ptr<LoadedLibrary> loaded, IMarkToolBase* tool)
@@ -59,7 +59,7 @@ public:
 
 private:
     QString m_file;
-    std::shared_ptr<LoadedLibrary> m_loaded; ///< before the tool, whose code is in it
+    std::shared_ptr<LoadedLibrary> m_loaded; ///< before the tool, which may use its module
     std::unique_ptr<IMarkToolBase> m_tool;
 };
 
@@ -74,14 +74,9 @@ bool offeredBy(const QVector<IMarkToolModule*>& modules, const QString& classNam
 
 LoadedLibrary::LoadedLibrary(const QString& path)
     : library(path) {
-    // A symbol that is nowhere stops the load and not, at its first call, the program.
-    library.setLoadHints(QLibrary::ResolveAllSymbolsHint);
-}
-
-LoadedLibrary::~LoadedLibrary() {
-    module.reset();
-    if (library.isLoaded())
-        library.unload();
+    // A symbol that is nowhere stops the load and not, at its first call, the program. The code stays to the end of the
+    // process: a text that the module gave as a literal lies in it, and so does what draws an icon.
+    library.setLoadHints(QLibrary::ResolveAllSymbolsHint | QLibrary::PreventUnloadHint);
 }
 
 GuardedModule::GuardedModule(QString file, std::shared_ptr<LoadedLibrary> loaded,

@@ -9,11 +9,11 @@
 
 namespace sim {
 
-/// A module's library and the one object that it exports. The library is unloaded when nobody holds it any more, so
-/// that a tool which outlives FreeExternModules() still has its code.
+/// A module's library and the one object that it exports. The object goes when nobody holds it any more, so that a tool
+/// which outlives FreeExternModules() still has it; the library is never unloaded, as documents, the clipboard and the
+/// last placed objects keep texts that lie in it.
 struct LoadedLibrary {
     explicit LoadedLibrary(const QString& path);
-    ~LoadedLibrary();
     LoadedLibrary(const LoadedLibrary&) = delete;
     LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 

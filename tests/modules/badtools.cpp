@@ -12,12 +12,12 @@ namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-const char* const kClasses[] = {"GoodSquare",   "ThrowsTable", "NoTable",       "LongTable",      "NanTable",
-                                "SwappedTable", "EmptyChoice", "ThrowsOutline", "ThrowsNumber",   "NanOutline",
-                                "FarOutline",   "ManyPoints",  "ManyStrokes",   "NoOutline",      "ThrowsWrite",
-                                "LongWrite",    "ThrowsRead",  "WrongRead",     "ShortRead",      "NanRead",
-                                "ThrowsPlace",  "ShortPlace",  "NanPlace",      "OtherClass",     "ThrowsClass",
-                                "ThrowsCreate", "NullCreate",  "NoGeometry",    "MarkToolCombine"};
+const char* const kClasses[] = {"GoodSquare",   "ThrowsTable", "NoTable",       "LongTable",       "NanTable",
+                                "SwappedTable", "EmptyChoice", "ThrowsOutline", "ThrowsNumber",    "NanOutline",
+                                "FarOutline",   "ManyPoints",  "ManyStrokes",   "NoOutline",       "ThrowsWrite",
+                                "LongWrite",    "ThrowsRead",  "WrongRead",     "ShortRead",       "NanRead",
+                                "ThrowsPlace",  "ShortPlace",  "NanPlace",      "OtherClass",      "ThrowsClass",
+                                "ThrowsCreate", "NullCreate",  "NoGeometry",    "MarkToolCombine", "LiteralSquare"};
 
 class BadTool : public IMarkToolBase, public IGeneratedTool {
 public:
@@ -26,6 +26,8 @@ public:
     QString GetToolClassName() const override {
         if (is("ThrowsClass"))
             throw std::runtime_error("class");
+        if (is("LiteralSquare"))
+            return QStringLiteral("LiteralSquare");
         return is("OtherClass") ? QStringLiteral("SomethingElse") : m_name;
     }
     void SetAngleChanged(bool) override {}
@@ -50,6 +52,8 @@ public:
     QByteArray WriteParameters(QVector<double> const& values) const override {
         if (is("ThrowsWrite"))
             throw std::runtime_error("write");
+        if (is("LiteralSquare"))
+            return QByteArrayLiteral("20");
         return is("LongWrite") ? QByteArray(65537, 'x') : QByteArray::number(values.at(0), 'g', 17);
     }
     bool ReadParameters(QByteArray const& bytes, QVector<double>& values) const override {
@@ -113,8 +117,13 @@ public:
             throw std::runtime_error("icon");
         return QIcon();
     }
-    QString GetToolClassName() const override { return m_name; }
-    QString GetToolName() const override { return m_name; }
+    // Most modules give literals of their own library.
+    QString GetToolClassName() const override {
+        return m_name == QLatin1String("LiteralSquare") ? QStringLiteral("LiteralSquare") : m_name;
+    }
+    QString GetToolName() const override {
+        return m_name == QLatin1String("LiteralSquare") ? QStringLiteral("Square of literals") : m_name;
+    }
 
 private:
     QString m_name;

@@ -44,6 +44,33 @@ private slots:
         QCOMPARE(tool->placed({1.0}, {33.0, 0.0}), QVector<double>({33.0}));
     }
 
+    void literals_of_a_module_outlive_it() {
+        QString className;
+        QString name;
+        for (const MarkToolBaseInfo* info : GetExternModules().at(GetExternModules().size() - 1)->GetToolInfos()) {
+            if (info->GetToolClassName() == QLatin1String("LiteralSquare")) {
+                className = info->GetToolClassName();
+                name = info->GetToolName();
+            }
+        }
+        auto tool = GeneratedTool::ofClass(className);
+        QVERIFY(tool);
+        auto shape = tool->make({20.0});
+        QVERIFY(shape);
+        const ToolParameter parameter = tool->parameters().at(0);
+        tool.reset();
+        FreeExternModules();
+        QVERIFY(GetExternModules().isEmpty());
+        QCOMPARE(className, QString("LiteralSquare"));
+        QCOMPARE(name, QString("Square of literals"));
+        QCOMPARE(parameter.name, QString("Side"));
+        QCOMPARE(parameter.unit, QString("mm"));
+        QCOMPARE(shape->toolClass, QString("LiteralSquare"));
+        QCOMPARE(shape->parameters, QByteArray("20"));
+        LoadExternToolModules();
+        QVERIFY(GeneratedTool::ofClass(QStringLiteral("LiteralSquare")));
+    }
+
     void values_are_brought_into_their_range_data() {
         QTest::addColumn<QVector<double>>("given");
         QTest::addColumn<double>("used");
