@@ -3,6 +3,7 @@
 
 #include "simengine/document/hatchoffset.h"
 #include "simengine/document/hatchpaths.h"
+#include "simengine/document/limits.h"
 
 #include <QtMath>
 #include <algorithm>
@@ -75,8 +76,8 @@ void append(PackedLines const& from, PackedLines& to) {
 }
 
 /// Loops from the area's edge inwards until nothing is left.
-void addAllLoops(HatchArea area, double pitch, PackedLines& lines) {
-    for (int i = 0; i < kMostLoops; ++i) {
+void addAllLoops(HatchArea area, double pitch, PackedLines& lines, Cancellation const* cancellation) {
+    for (int i = 0; i < kMostLoops && goesOn(cancellation); ++i) {
         area = area.inset(pitch);
         if (area.isEmpty())
             return;
@@ -84,37 +85,40 @@ void addAllLoops(HatchArea area, double pitch, PackedLines& lines) {
     }
 }
 
-PackedLines linesOf(HatchRows const& rows, FillParam const& fill) {
+PackedLines linesOf(HatchRows const& rows, FillParam const& fill, Cancellation const* cancellation) {
     const auto type = FillType(fill.FillType);
     if (type != FillType::Loops && fill.FillOffset == 0.0 && fill.EdgeCnt <= 0)
-        return hatchPaths(rows, type);
+        return hatchPaths(rows, type, cancellation);
     PackedLines lines;
     HatchArea area(rows.contours());
     if (fill.FillOffset != 0.0)
         area = area.inset(fill.FillOffset);
-    for (int i = 0; i < fill.EdgeCnt && !area.isEmpty(); ++i) {
+    for (int i = 0; i < fill.EdgeCnt && !area.isEmpty() && goesOn(cancellation); ++i) {
         area = area.inset(fill.FillDist);
         addLoops(area, lines);
     }
     if (type == FillType::Loops)
-        addAllLoops(area, fill.FillDist, lines);
+        addAllLoops(area, fill.FillDist, lines, cancellation);
     else
-        append(hatchPaths(HatchRows(area.contours(), fill.FillDist), type), lines);
+        append(hatchPaths(HatchRows(area.contours(), fill.FillDist), type, cancellation), lines);
     return lines;
 }
 
 /// A loop has hardly more vertices than the outline, and a compact area is at most as deep as twice its surface by its
-/// circumference; a round plate has exactly that depth.
-qint64 loopSegments(HatchArea const& area, double pitch, int edgeLoops, bool all) {
+/// circumference; a round plate has exactly that depth. Every line of an outline is an edge of the area, so the
+/// circumference is known without making the area itself.
+qint64 loopSegments(std::vector<HatchContour> const& contours, double pitch, int edgeLoops, bool all) {
     std::size_t vertices = 0;
-    for (HatchContour const& contour : area.contours())
+    double around = 0.0;
+    for (HatchContour const& contour : contours) {
         vertices += contour.size();
-    const double around = area.circumference();
-    const double depth = around > 0.0 ? 2.0 * area.surface() / around : 0.0;
+        around += circumference(contour);
+    }
+    const double depth = around > 0.0 ? 2.0 * sampledSurface(contours) / around : 0.0;
     const double fit = std::ceil(depth / pitch);
     const double loops = all ? fit : std::min(double(std::max(edgeLoops, 0)), fit);
     const double segments = loops * double(vertices);
-    return segments >= 9.0e18 ? qint64(9.0e18) : qint64(segments);
+    return segments >= double(kMostHatchCount) ? kMostHatchCount : qint64(segments);
 }
 
 qint64 segmentsOf(HatchRows const& rows, FillParam const& fill) {
@@ -123,24 +127,25 @@ qint64 segmentsOf(HatchRows const& rows, FillParam const& fill) {
     if (type == FillType::Serpentine || type == FillType::Sections)
         segments *= 2; // with the joints
     if (type == FillType::Loops || fill.EdgeCnt > 0)
-        segments += loopSegments(HatchArea(rows.contours()), fill.FillDist, fill.EdgeCnt, type == FillType::Loops);
-    return segments;
+        segments +=
+            loopSegments(HatchArea::inReach(rows.contours()), fill.FillDist, fill.EdgeCnt, type == FillType::Loops);
+    return std::min(segments, kMostHatchCount);
 }
 
 } // namespace
 
 std::vector<HatchPart> hatchLines(std::vector<FlatLine> const& outline, std::vector<FillParam> const& fills,
-                                  double turn) {
+                                  double turn, Cancellation const* cancellation) {
     std::vector<HatchPart> parts;
     for (FillParam const& fill : fills) {
-        if (!isUsable(fill))
+        if (!isUsable(fill) || !goesOn(cancellation))
             continue;
         const Turn frame(fill.FillAngle + turn);
         const std::vector<HatchContour> contours = contoursInFrame(outline, frame);
         const HatchRows rows(contours, fill.FillDist);
         if (segmentsOf(rows, fill) > kMaxHatchSegments)
             continue;
-        HatchPart part{fill.FillLayer, linesOf(rows, fill)};
+        HatchPart part{fill.FillLayer, linesOf(rows, fill, cancellation)};
         part.lines.mapPoints([&frame](QPointF const& p) { return frame.toField(p); });
         if (!part.lines.isEmpty())
             parts.push_back(std::move(part));
@@ -154,7 +159,7 @@ qint64 hatchSegments(std::vector<FlatLine> const& outline, std::vector<FillParam
         if (!isUsable(fill))
             continue;
         const std::vector<HatchContour> contours = contoursInFrame(outline, Turn(fill.FillAngle + turn));
-        segments += segmentsOf(HatchRows(contours, fill.FillDist), fill);
+        segments = std::min(segments + segmentsOf(HatchRows(contours, fill.FillDist), fill), kMostHatchCount);
     }
     return segments;
 }

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/hatchoffset.h"
 
+#include "simengine/document/box.h"
 #include "simengine/document/limits.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <iterator>
 #include <polyclipping/clipper.hpp>
 
 namespace sim {
@@ -56,13 +60,8 @@ std::vector<HatchContour> toContours(ClipperLib::Paths const& paths) {
     return contours;
 }
 
-/// Twice the surface of a contour, positive counter-clockwise.
-double turnedSurface(HatchContour const& contour) {
-    double sum = 0.0;
-    for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++)
-        sum += contour[last].x() * contour[i].y() - contour[i].x() * contour[last].y();
-    return sum;
-}
+/// Rows that a surface is guessed from.
+constexpr int kSampleRows = 32;
 
 } // namespace
 
@@ -82,20 +81,46 @@ HatchArea HatchArea::inset(double distance) const {
     return area;
 }
 
-double HatchArea::surface() const {
-    double sum = 0.0;
-    for (HatchContour const& contour : m_contours)
-        sum += turnedSurface(contour);
-    return sum / 2.0;
+std::vector<HatchContour> HatchArea::inReach(std::vector<HatchContour> const& contours) {
+    std::vector<HatchContour> reached;
+    std::copy_if(contours.begin(), contours.end(), std::back_inserter(reached), isInReach);
+    return reached;
 }
 
-double HatchArea::circumference() const {
+double circumference(HatchContour const& contour) {
     double sum = 0.0;
-    for (HatchContour const& contour : m_contours) {
-        for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++)
-            sum += std::hypot(contour[i].x() - contour[last].x(), contour[i].y() - contour[last].y());
-    }
+    for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++)
+        sum += std::hypot(contour[i].x() - contour[last].x(), contour[i].y() - contour[last].y());
     return sum;
+}
+
+double sampledSurface(std::vector<HatchContour> const& contours) {
+    Box box;
+    for (HatchContour const& contour : contours) {
+        for (QPointF const& p : contour)
+            box.add(p);
+    }
+    if (!box.isValid() || !(box.height() > 0.0))
+        return 0.0;
+    const RowGrid grid{box.minY + box.height() / (2 * kSampleRows), box.height() / kSampleRows, kSampleRows};
+    std::array<std::vector<double>, kSampleRows> crossings;
+    for (HatchContour const& contour : contours) {
+        for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++) {
+            QPointF const& low = contour[contour[i].y() < contour[last].y() ? i : last];
+            QPointF const& high = contour[contour[i].y() < contour[last].y() ? last : i];
+            const std::int64_t end = grid.rowAt(high.y());
+            for (std::int64_t row = grid.rowAt(low.y()); row < end; ++row)
+                crossings[std::size_t(row)].push_back(low.x() + (grid.y(row) - low.y()) * (high.x() - low.x()) /
+                                                                    (high.y() - low.y()));
+        }
+    }
+    double widths = 0.0;
+    for (std::vector<double>& row : crossings) {
+        std::sort(row.begin(), row.end());
+        for (std::size_t i = 0; i + 1 < row.size(); i += 2)
+            widths += row[i + 1] - row[i];
+    }
+    return widths * grid.pitch;
 }
 
 } // namespace sim

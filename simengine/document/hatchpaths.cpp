@@ -146,13 +146,14 @@ private:
     std::int64_t m_row = 0;
 };
 
-void drawRows(HatchRows const& rows, FillType type, Pen& pen) {
-    rows.scan([&](std::vector<RowStretch> const& row) {
+void drawRows(HatchRows const& rows, FillType type, Pen& pen, Cancellation const* cancellation) {
+    const auto draw = [&](std::vector<RowStretch> const& row) {
         if (type != FillType::OneWay && row.front().row % 2 != 0)
             std::for_each(row.rbegin(), row.rend(), [&](RowStretch const& s) { pen.draw(s, true, true); });
         else
             std::for_each(row.begin(), row.end(), [&](RowStretch const& s) { pen.draw(s, false, true); });
-    });
+    };
+    rows.scan(draw, cancellation);
     pen.finish();
 }
 
@@ -199,10 +200,12 @@ private:
     std::vector<std::size_t> m_numbers; ///< sections of m_last
 };
 
-void drawSections(HatchRows const& rows, Pen& pen) {
+void drawSections(HatchRows const& rows, Pen& pen, Cancellation const* cancellation) {
     Sections sections;
-    rows.scan([&](std::vector<RowStretch> const& row) { sections.add(row); });
+    rows.scan([&](std::vector<RowStretch> const& row) { sections.add(row); }, cancellation);
     for (std::vector<RowStretch> const& section : sections.all()) {
+        if (!goesOn(cancellation))
+            break;
         for (std::size_t i = 0; i < section.size(); ++i)
             pen.draw(section[i], i % 2 != 0, i > 0);
     }
@@ -211,7 +214,7 @@ void drawSections(HatchRows const& rows, Pen& pen) {
 
 } // namespace
 
-PackedLines hatchPaths(HatchRows const& rows, FillType type) {
+PackedLines hatchPaths(HatchRows const& rows, FillType type, Cancellation const* cancellation) {
     PackedLines lines;
     const auto stretches = std::size_t(rows.stretchCount());
     lines.reserve(stretches, 2 * stretches);
@@ -220,9 +223,9 @@ PackedLines hatchPaths(HatchRows const& rows, FillType type) {
         joints.emplace(rows);
     Pen pen(rows.grid(), joints ? &*joints : nullptr, lines);
     if (type == FillType::Sections)
-        drawSections(rows, pen);
+        drawSections(rows, pen, cancellation);
     else
-        drawRows(rows, type, pen);
+        drawRows(rows, type, pen, cancellation);
     return lines;
 }
 

@@ -17,6 +17,7 @@ enum class FillType {
 
 /// The rows as lines in marking order, in the frame of the hatch. Two stretches are joined only where the way between
 /// them follows the outline, so that nothing outside the area is marked. Not for FillType::Loops.
-PackedLines hatchPaths(HatchRows const& rows, FillType type);
+/// What was cancelled is not whole.
+PackedLines hatchPaths(HatchRows const& rows, FillType type, Cancellation const* cancellation = nullptr);
 
 } // namespace sim

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/hatchrows.h"
 
+#include "simengine/document/limits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -19,7 +21,7 @@ constexpr double kShortestStretch = 1.0e-6;
 /// rows.
 constexpr double kRowSlack = 1.0e-9;
 
-/// Rows that are counted; so many are never made.
+/// Rows that are counted; so many are never made, and a sum of one edge more stays a number.
 constexpr double kMostRows = 1.0e15;
 
 RowGrid rowGridFor(std::vector<HatchContour> const& contours, double pitch) {
@@ -188,19 +190,20 @@ void HatchRows::placeVertices() {
             continue;
         std::int64_t last = m_rows.back();
         for (std::size_t i = first; i < m_rows.size(); ++i) {
-            m_crossings += std::abs(m_rows[i] - last);
+            m_crossings = std::min<std::int64_t>(m_crossings + std::abs(m_rows[i] - last), kMostHatchCount);
             m_edges += m_rows[i] != last ? 1 : 0;
             last = m_rows[i];
         }
     }
 }
 
-void HatchRows::scan(std::function<void(std::vector<RowStretch> const&)> const& take) const {
+void HatchRows::scan(std::function<void(std::vector<RowStretch> const&)> const& take,
+                     Cancellation const* cancellation) const {
     if (m_grid.count <= 0)
         return;
     Sweep sweep(*this);
     std::vector<RowStretch> stretches;
-    for (std::int64_t row = 0; row < m_grid.count && !sweep.isDone(); ++row) {
+    for (std::int64_t row = 0; row < m_grid.count && !sweep.isDone() && goesOn(cancellation); ++row) {
         row = sweep.nextRow(row);
         sweep.moveTo(row, m_grid.y(row));
         sweep.stretches(row, stretches);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/document/cancellation.h"
+
 #include <QPointF>
 #include <cstdint>
 #include <functional>
@@ -47,13 +49,14 @@ public:
     RowGrid const& grid() const { return m_grid; }
     /// The lowest row that is not below a vertex, 0 to the number of rows.
     std::int64_t rowOf(std::size_t contour, std::size_t vertex) const { return m_rows[m_firsts[contour] + vertex]; }
-    /// Number of the stretches of all rows, those without length included.
+    /// Number of the stretches of all rows, those without length included; of more than kMostHatchCount this one.
     std::int64_t stretchCount() const { return m_crossings / 2; }
     /// Number of the edges that cross rows.
     std::size_t edgeCount() const { return m_edges; }
     /// Gives the stretches of each row that has some, from left to right, the rows upwards. Inside is what an odd
     /// number of contours encloses.
-    void scan(std::function<void(std::vector<RowStretch> const&)> const& take) const;
+    void scan(std::function<void(std::vector<RowStretch> const&)> const& take,
+              Cancellation const* cancellation = nullptr) const;
 
 private:
     void placeVertices();

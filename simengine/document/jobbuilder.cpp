@@ -41,8 +41,11 @@ std::vector<QTransform> passes(const JobOptions& options) {
     return transforms;
 }
 
-void appendStrokes(const std::vector<JobLine>& lines, const QTransform& transform, int object, Job& job) {
+void appendStrokes(const std::vector<JobLine>& lines, const QTransform& transform, int object,
+                   const Cancellation* cancellation, Job& job) {
     for (const JobLine& line : lines) {
+        if (!goesOn(cancellation))
+            return;
         Stroke stroke;
         stroke.pen = line.pen;
         stroke.dwellUs = line.dwellUs;
@@ -72,7 +75,7 @@ void tell(QString* fault, const QString& text) {
 
 } // namespace
 
-Job buildJob(const DocumentState& state, const JobOptions& options, QString* fault) {
+Job buildJob(const DocumentState& state, const JobOptions& options, QString* fault, const Cancellation* cancellation) {
     Job job;
     const std::vector<QTransform> transforms = passes(options);
     if (transforms.empty()) {
@@ -82,7 +85,7 @@ Job buildJob(const DocumentState& state, const JobOptions& options, QString* fau
     std::vector<std::vector<JobLine>> lines;
     for (int i = 0; i < state.count(); ++i) {
         if (!options.selectedOnly || state.selection.contains(i))
-            lines.push_back(jobLines(*state.at(i)));
+            lines.push_back(jobLines(*state.at(i), cancellation));
     }
     if (transforms.size() > 1 && vertexCount(lines) > kMaxRepeatedVertices / transforms.size()) {
         tell(fault, QStringLiteral("%1 records repeat too large a drawing").arg(transforms.size()));
@@ -91,7 +94,7 @@ Job buildJob(const DocumentState& state, const JobOptions& options, QString* fau
     int number = 0;
     for (const QTransform& transform : transforms) {
         for (const std::vector<JobLine>& object : lines)
-            appendStrokes(object, transform, number++, job);
+            appendStrokes(object, transform, number++, cancellation, job);
     }
     return job;
 }

@@ -26,8 +26,9 @@ constexpr std::size_t kMaxRepeatedVertices = 20'000'000;
 
 /// The objects' lines in marking order. The job is empty when nothing works, when all offset records are invalid, when
 /// a number of a valid record is not finite, since a job in a wrong place is worse than none, or when the records
-/// repeat too much. What is wrong with the records goes to `fault`. Any thread.
-Job buildJob(const DocumentState& state, const JobOptions& options, QString* fault = nullptr);
+/// repeat too much. What is wrong with the records goes to `fault`. What was cancelled is not whole. Any thread.
+Job buildJob(const DocumentState& state, const JobOptions& options, QString* fault = nullptr,
+             const Cancellation* cancellation = nullptr);
 
 /// What an operator is told of a document.
 struct DocumentStatistics {

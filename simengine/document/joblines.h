@@ -15,6 +15,7 @@ struct JobLine {
 /// The lines of an object in marking order, in the field. Nothing for an object that does not work; within a group for
 /// each child that does. The outline is left out where the object's hatch settings say so; the hatch comes after it, or
 /// before it where they say so.
-std::vector<JobLine> jobLines(const MarkObject& object);
+/// What was cancelled is not whole.
+std::vector<JobLine> jobLines(const MarkObject& object, const Cancellation* cancellation = nullptr);
 
 } // namespace sim

@@ -34,6 +34,10 @@ constexpr int kMaxGroupDepth = 32;
 /// Ends of curves closer than this meet, mm.
 constexpr double kJoinTolerance = 0.01;
 
+/// Segments of a hatch are counted up to here, so that sums and doubles of counts are numbers still. So many are never
+/// made.
+constexpr long long kMostHatchCount = 1'000'000'000'000'000'000;
+
 /// Extent below which an object counts as having none in that axis, mm.
 constexpr double kNoExtent = 1.0e-9;
 

@@ -2,6 +2,7 @@
 #include "simengine/document/markobject.h"
 
 #include "engine/marktypes.h"
+#include "simengine/document/limits.h"
 
 #include <cmath>
 
@@ -72,13 +73,13 @@ ObjectPtr withinField(ObjectPtr object) {
     return object->bounds().isValid() && field.contains(object->bounds()) ? object : nullptr;
 }
 
-std::shared_ptr<const std::vector<HatchPart>> makeHatch(const MarkObject& object, const QTransform& outer,
-                                                        double turn) {
+std::shared_ptr<const std::vector<HatchPart>> makeHatch(const MarkObject& object, const QTransform& outer, double turn,
+                                                        const Cancellation* cancellation) {
     std::vector<FlatLine> outline;
     flattenShape(object.shape(), object.transform() * outer, outline);
     const QVector<FillParam>& fills = object.data().hatch.fills;
     return std::make_shared<const std::vector<HatchPart>>(
-        hatchLines(outline, {fills.begin(), fills.end()}, object.angle() + turn));
+        hatchLines(outline, {fills.begin(), fills.end()}, object.angle() + turn, cancellation));
 }
 
 qint64 segmentsIn(const MarkObject& object, const QTransform& outer, double turn) {
@@ -86,7 +87,7 @@ qint64 segmentsIn(const MarkObject& object, const QTransform& outer, double turn
     if (const auto* group = std::get_if<GroupShape>(&object.shape())) {
         qint64 segments = 0;
         for (const ObjectPtr& child : group->children)
-            segments += segmentsIn(*child, object.transform() * outer, angle);
+            segments = std::min(segments + segmentsIn(*child, object.transform() * outer, angle), kMostHatchCount);
         return segments;
     }
     if (!object.isFilled())
@@ -121,7 +122,8 @@ bool HatchSettings::anyEnabled() const {
 bool HatchSettings::isSound() const {
     return fills.size() == kFillCount && std::all_of(fills.begin(), fills.end(), [](const FillParam& fill) {
                return std::isfinite(fill.FillDist) && std::isfinite(fill.FillAngle) && std::isfinite(fill.FillOffset) &&
-                      fill.FillLayer >= 0 && fill.FillLayer < kLayerCount;
+                      fill.FillLayer >= 0 && fill.FillLayer < kLayerCount &&
+                      !(fill.Enable && fill.FillDist > 0.0 && fill.FillDist < kLeastHatchPitch);
            });
 }
 
@@ -204,15 +206,20 @@ std::vector<FlatLine> MarkObject::flattened(double tolerance) const {
     return lines;
 }
 
-std::shared_ptr<const std::vector<HatchPart>> MarkObject::hatch(const QTransform& outer, double turn) const {
+std::shared_ptr<const std::vector<HatchPart>> MarkObject::hatch(const QTransform& outer, double turn,
+                                                                const Cancellation* cancellation) const {
     if (!isFilled() || kind() == ObjectKind::Group)
         return nullptr;
-    if (!outer.isIdentity() || turn != 0.0)
-        return makeHatch(*this, outer, turn);
+    if (!outer.isIdentity() || turn != 0.0) {
+        auto made = makeHatch(*this, outer, turn, cancellation);
+        return isCancelled(cancellation) ? nullptr : made;
+    }
     const std::lock_guard<std::mutex> lock(m_hatchMutex);
     std::shared_ptr<const std::vector<HatchPart>> kept = m_hatch.lock();
     if (!kept) {
-        kept = makeHatch(*this, outer, turn);
+        kept = makeHatch(*this, outer, turn, cancellation);
+        if (isCancelled(cancellation))
+            return nullptr;
         m_hatch = kept;
     }
     return kept;

@@ -19,7 +19,7 @@ struct HatchSettings {
     bool showSimple = false;                 ///< the view draws the hatch coarsely
 
     bool anyEnabled() const;
-    /// Three fills of finite numbers on existing pens.
+    /// Three fills of finite numbers on existing pens, none that works finer than kLeastHatchPitch.
     bool isSound() const;
 
 private:
@@ -79,10 +79,10 @@ public:
     /// The object as polylines in the field.
     std::vector<FlatLine> flattened(double tolerance = kFlatteningTolerance) const;
     /// The lines of the hatch in the field. `outer` is the transform of the groups around it and `turn` their angle,
-    /// degrees. They are made when first asked for and kept as long as somebody holds them. Null without a hatch. Any
-    /// thread.
-    std::shared_ptr<const std::vector<HatchPart>> hatch(const QTransform& outer = QTransform(),
-                                                        double turn = 0.0) const;
+    /// degrees. They are made when first asked for and kept as long as somebody holds them. Null without a hatch and
+    /// when it was cancelled. Any thread.
+    std::shared_ptr<const std::vector<HatchPart>> hatch(const QTransform& outer = QTransform(), double turn = 0.0,
+                                                        const Cancellation* cancellation = nullptr) const;
     /// As hatchSegments(), of this object and all in it.
     qint64 hatchSegmentCount() const;
     /// The place is within `tolerance` mm of a line of the object, or inside it when it is hatched.

@@ -57,9 +57,9 @@ RunPlan currentPlan(StatePtr state, JobOptions options, const PenTable& pens) {
     return plan;
 }
 
-TimelineJob timelineJob(const RunPlan& plan) {
+TimelineJob timelineJob(const RunPlan& plan, const Cancellation* cancellation) {
     TimelineJob job;
-    job.job = buildJob(*plan.state, plan.options);
+    job.job = buildJob(*plan.state, plan.options, nullptr, cancellation);
     job.pens = plan.pens;
     job.plan = plan.plan;
     job.start = plan.start;

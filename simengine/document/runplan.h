@@ -29,8 +29,8 @@ JobOptions currentOptions(bool selectedOnly, const QVector<CCDBufdata>& offsets)
 /// card closed from the middle of the field. Any thread.
 RunPlan currentPlan(StatePtr state, JobOptions options, const PenTable& pens);
 
-/// The job that a run with this plan brings to the card. Any thread.
-TimelineJob timelineJob(const RunPlan& plan);
+/// The job that a run with this plan brings to the card. What was cancelled is not whole. Any thread.
+TimelineJob timelineJob(const RunPlan& plan, const Cancellation* cancellation = nullptr);
 
 /// How long the end signal keeps a pass from ending after the card is done.
 struct EndSignalWait {

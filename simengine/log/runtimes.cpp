@@ -50,7 +50,7 @@ RunTimes::~RunTimes() {
     if (!m_thread.joinable())
         return;
     m_changed.wait_for(lock, kLastEstimate, [this] { return m_ended.empty() && !m_busy; });
-    m_cancelled = true;
+    m_work.cancel();
     lock.unlock();
     m_thread.join();
 }
@@ -137,7 +137,8 @@ double RunTimes::estimateOf(const RunPlan& plan) {
     if (m_lastEstimate >= 0.0 && m_lastObjects.lock() == plan.state->objects && m_lastPlan.sameSettings(plan))
         return m_lastEstimate;
     m_lastEstimate = -1.0;
-    const auto timeline = JobTimeline::make(timelineJob(plan), &m_cancelled);
+    TimelineJob job = timelineJob(plan, &m_work);
+    const auto timeline = m_work.isCancelled() ? nullptr : JobTimeline::make(std::move(job), &m_work.flag());
     m_lastEstimate = timeline ? timeline->time().totalMs : -1.0;
     m_lastObjects = plan.state->objects;
     m_lastPlan = plan;

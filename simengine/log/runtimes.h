@@ -51,7 +51,7 @@ private:
     bool m_busy = false;
     bool m_end = false;
     std::thread m_thread; ///< made with the first run
-    std::atomic<bool> m_cancelled{false};
+    Cancellation m_work;  ///< of all estimates; cancelled at the end
     std::atomic<std::uint64_t> m_version{0};
 
     // The worker's own: passes that follow one another are mostly the same.

@@ -51,7 +51,8 @@ QImage palePicture(const ImageSource& image, const QSize& size) {
 
 } // namespace
 
-QImage drawPreview(const ImageSource& image, const TracedImage& traced, const QSize& most) {
+QImage drawPreview(const ImageSource& image, const TracedImage& traced, const QSize& most,
+                   const std::atomic<bool>* cancelled) {
     const QSizeF mm = traced.sizeMm.isValid() && !traced.sizeMm.isEmpty() ? traced.sizeMm : image.sizeMm();
     const QSize size = mm.scaled(most, Qt::KeepAspectRatio).toSize().expandedTo(QSize(1, 1));
     QImage preview = palePicture(image, size);
@@ -65,6 +66,8 @@ QImage drawPreview(const ImageSource& image, const TracedImage& traced, const QS
     if (traced.points <= kMostFilled)
         painter.setBrush(QColor::fromRgba(theme::kAccentHalo));
     for (const PathShape& outline : traced.outlines) {
+        if (cancelled && cancelled->load())
+            break;
         QPainterPath shown;
         addPath(outline, shown);
         painter.drawPath(shown);
@@ -127,7 +130,7 @@ void ImageTracer::trace(const TraceSettings& settings, const QSize& preview) {
             if (!limit.isCancelled())
                 result.traced = traceImage(*image, settings, limit);
             if (!limit.isCancelled())
-                result.image = drawPreview(*image, result.traced, preview);
+                result.image = drawPreview(*image, result.traced, preview, cancelled.get());
         });
         if (!done) {
             result = TracePreview();

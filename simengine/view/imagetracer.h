@@ -44,7 +44,8 @@ private:
     bool m_busy = false;
 };
 
-/// The outlines as they will be filled, over the pale picture. Any thread.
-QImage drawPreview(const ImageSource& image, const TracedImage& traced, const QSize& most);
+/// The outlines as they will be filled, over the pale picture; not all of them when it was cancelled. Any thread.
+QImage drawPreview(const ImageSource& image, const TracedImage& traced, const QSize& most,
+                   const std::atomic<bool>* cancelled = nullptr);
 
 } // namespace sim

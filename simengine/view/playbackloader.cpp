@@ -7,27 +7,28 @@ namespace sim {
 
 PlaybackLoader::PlaybackLoader(QObject* parent)
     : QObject(parent)
-    , m_cancelled(std::make_shared<std::atomic<bool>>(false)) {
+    , m_work(std::make_shared<Cancellation>()) {
     m_pool.setMaxThreadCount(1);
 }
 
 PlaybackLoader::~PlaybackLoader() {
-    m_cancelled->store(true);
+    m_work->cancel();
     m_pool.waitForDone();
 }
 
 void PlaybackLoader::load(const RunPlan& plan) {
-    m_cancelled->store(true);
-    const auto cancelled = std::make_shared<std::atomic<bool>>(false);
-    m_cancelled = cancelled;
+    m_work->cancel();
+    const auto work = std::make_shared<Cancellation>();
+    m_work = work;
     m_busy = true;
     const quint64 number = ++m_number;
-    m_pool.start([this, plan, cancelled, number] {
+    m_pool.start([this, plan, work, number] {
         std::shared_ptr<const JobTimeline> timeline;
         QString fault;
         contained(fault, [&] {
-            if (!cancelled->load())
-                timeline = JobTimeline::make(timelineJob(plan), cancelled.get());
+            TimelineJob job = timelineJob(plan, work.get());
+            if (!work->isCancelled())
+                timeline = JobTimeline::make(std::move(job), &work->flag());
         });
         QMetaObject::invokeMethod(
             this,

@@ -19,6 +19,8 @@ public:
     /// Gives up what goes on; loaded() or failed() comes for the last plan alone.
     void load(const RunPlan& plan);
     bool isBusy() const { return m_busy; }
+    /// How far it is with the last plan; goes on to be there when the loader is gone.
+    std::shared_ptr<const Cancellation> work() const { return m_work; }
 
 signals:
     void loaded(std::shared_ptr<const sim::JobTimeline> timeline);
@@ -27,7 +29,7 @@ signals:
 
 private:
     QThreadPool m_pool;
-    std::shared_ptr<std::atomic<bool>> m_cancelled;
+    std::shared_ptr<Cancellation> m_work;
     quint64 m_number = 0;
     bool m_busy = false;
 };

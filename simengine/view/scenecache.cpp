@@ -32,7 +32,7 @@ const SceneItem& SceneCache::item(int index, double pixelsPerMm) {
     if (!item || !item->isFineEnough(tolerance)) {
         if (item)
             m_vertices -= item->vertexCount();
-        item = std::make_unique<SceneItem>(object, tolerance);
+        item = std::make_unique<SceneItem>(object, tolerance, m_cancellation);
         m_vertices += item->vertexCount();
     }
     return *item;

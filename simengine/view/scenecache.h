@@ -17,6 +17,9 @@ public:
 
     /// The item of object `index`, fine enough to be drawn at `pixelsPerMm`.
     const SceneItem& item(int index, double pixelsPerMm);
+    /// Of what is made from now on; what was cancelled is not whole.
+    void setCancellation(const Cancellation* cancellation) { m_cancellation = cancellation; }
+    const Cancellation* cancellation() const { return m_cancellation; }
     /// Vertices of the items made so far.
     qint64 vertexCount() const { return m_vertices; }
     int itemCount() const { return static_cast<int>(m_items.size()); }
@@ -30,6 +33,7 @@ private:
     StatePtr m_state = std::make_shared<const DocumentState>();
     std::unordered_map<const MarkObject*, std::unique_ptr<SceneItem>> m_items;
     qint64 m_vertices = 0;
+    const Cancellation* m_cancellation = nullptr;
 };
 
 } // namespace sim

@@ -57,10 +57,12 @@ ScenePicture drawScene(SceneCache& cache, const SceneOrder& order) {
 
 SceneDrawer::SceneDrawer(QObject* parent)
     : QObject(parent) {
+    m_cache.setCancellation(m_work.get());
     m_pool.setMaxThreadCount(1);
 }
 
 SceneDrawer::~SceneDrawer() {
+    m_work->cancel();
     m_pool.waitForDone();
 }
 

@@ -36,10 +36,12 @@ class SceneDrawer : public QObject {
     Q_OBJECT
 public:
     explicit SceneDrawer(QObject* parent);
-    /// Waits for the picture that is being drawn.
+    /// Gives up the picture that is being drawn.
     ~SceneDrawer() override;
 
     bool isBusy() const { return m_busy; }
+    /// What has been drawn so far; goes on to be there when the drawer is gone.
+    std::shared_ptr<const Cancellation> work() const { return m_work; }
     /// Nothing while a picture is being drawn.
     void draw(const SceneOrder& order);
 
@@ -47,6 +49,7 @@ signals:
     void drawn(const sim::ScenePicture& picture);
 
 private:
+    const std::shared_ptr<Cancellation> m_work = std::make_shared<Cancellation>();
     QThreadPool m_pool;
     SceneCache m_cache; ///< of the drawing thread while it is busy
     bool m_busy = false;

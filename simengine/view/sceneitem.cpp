@@ -26,22 +26,25 @@ bool isCurved(const Shape& shape) {
 
 } // namespace
 
-SceneItem::SceneItem(ObjectPtr object, double tolerance)
+SceneItem::SceneItem(ObjectPtr object, double tolerance, const Cancellation* cancellation)
     : m_object(std::move(object))
     , m_tolerance(tolerance) {
-    collect(*m_object, QTransform(), 0.0, true);
+    collect(*m_object, QTransform(), 0.0, true, cancellation);
 }
 
-void SceneItem::collect(const MarkObject& object, const QTransform& outer, double turn, bool works) {
+void SceneItem::collect(const MarkObject& object, const QTransform& outer, double turn, bool works,
+                        const Cancellation* cancellation) {
+    if (!goesOn(cancellation))
+        return;
     const QTransform placed = object.transform() * outer;
     works = works && object.works();
     if (const auto* group = std::get_if<GroupShape>(&object.shape())) {
         for (const ObjectPtr& child : group->children)
-            collect(*child, placed, turn + object.angle(), works);
+            collect(*child, placed, turn + object.angle(), works, cancellation);
         return;
     }
     collectOutline(object, placed, works && object.data().hatch.enableEdge);
-    collectHatch(object, outer, turn, works);
+    collectHatch(object, outer, turn, works, cancellation);
 }
 
 void SceneItem::collectOutline(const MarkObject& object, const QTransform& placed, bool works) {
@@ -65,8 +68,9 @@ void SceneItem::collectOutline(const MarkObject& object, const QTransform& place
     m_leaves.push_back(std::move(leaf));
 }
 
-void SceneItem::collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works) {
-    const auto hatch = object.hatch(outer, turn);
+void SceneItem::collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works,
+                             const Cancellation* cancellation) {
+    const auto hatch = object.hatch(outer, turn, cancellation);
     if (!hatch)
         return;
     for (const HatchPart& part : *hatch) {

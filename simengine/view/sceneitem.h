@@ -21,7 +21,8 @@ struct SceneLeaf {
 /// object can be seen.
 class SceneItem {
 public:
-    SceneItem(ObjectPtr object, double tolerance);
+    /// Not whole when it was cancelled.
+    SceneItem(ObjectPtr object, double tolerance, const Cancellation* cancellation = nullptr);
 
     const ObjectPtr& object() const { return m_object; }
     const Box& bounds() const { return m_object->bounds(); }
@@ -31,9 +32,11 @@ public:
     bool isFineEnough(double tolerance) const { return !m_curved || m_tolerance <= tolerance; }
 
 private:
-    void collect(const MarkObject& object, const QTransform& outer, double turn, bool works);
+    void collect(const MarkObject& object, const QTransform& outer, double turn, bool works,
+                 const Cancellation* cancellation);
     void collectOutline(const MarkObject& object, const QTransform& placed, bool works);
-    void collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works);
+    void collectHatch(const MarkObject& object, const QTransform& outer, double turn, bool works,
+                      const Cancellation* cancellation);
 
     ObjectPtr m_object;
     double m_tolerance;

@@ -117,8 +117,8 @@ private:
         }
     }
 
-    static void addHatch(const PackedLines& hatch, std::size_t step, bool whole, DeviceLines& lines) {
-        for (std::size_t i = 0; i < hatch.count(); i += step) {
+    void addHatch(const PackedLines& hatch, std::size_t step, bool whole, DeviceLines& lines) const {
+        for (std::size_t i = 0; i < hatch.count() && goesOn(m_cache.cancellation()); i += step) {
             const int count = static_cast<int>(hatch.end(i) - hatch.begin(i));
             if (whole)
                 lines.addWhole(hatch.begin(i), count);
@@ -191,12 +191,14 @@ QColor ScenePainter::colorOf(int key) const {
 qint64 ScenePainter::paint(QPainter& painter, Part part) const {
     const DocumentState& state = *m_cache.state();
     Collector collector(m_cache, m_transform, QTransform());
-    for (int i = 0; i < state.count(); ++i) {
+    for (int i = 0; i < state.count() && goesOn(m_cache.cancellation()); ++i) {
         if (part == Part::All || !state.selection.contains(i))
             collector.add(i);
     }
     const qint64 vertices = collector.vertices();
     const bool smooth = collector.fits(kSmooth);
+    if (isCancelled(m_cache.cancellation()))
+        return vertices;
     painter.save();
     painter.setBrush(Qt::NoBrush);
     painter.setRenderHint(QPainter::Antialiasing, smooth);

@@ -3,10 +3,12 @@
 #include "samples.h"
 #include "simengine/document/edits.h"
 #include "simengine/document/hatch.h"
+#include "simengine/document/hatchpaths.h"
 #include "simengine/document/jobbuilder.h"
 
 #include <QTest>
 #include <cmath>
+#include <ctime>
 #include <random>
 
 using namespace sim;
@@ -306,13 +308,75 @@ private slots:
         QVERIFY(hatchSegments(outline, {fillOf(4, 1.0e-12)}, 0.0) > kMaxHatchSegments);
     }
 
+    void a_count_beyond_all_numbers_stays_a_large_one() {
+        // 20,000 edges of 1e15 rows each, twice for the joints, and three fills of that
+        std::vector<FlatLine> outline = {box(0, 0, 100, 100)};
+        outline[0].points.clear();
+        for (int i = 0; i <= 20'000; ++i)
+            outline[0].points.append(QPointF(i * 1e-3, i % 2 * 100.0));
+        outline[0].points.append(outline[0].points.first());
+        const FillParam fill = fillOf(int(FillType::Sections), 1.0e-300);
+        QVERIFY(hatchSegments(outline, {fill}, 0.0) > kMaxHatchSegments);
+        QVERIFY(hatchSegments(outline, {fill, fill, fillOf(4, 1.0e-300)}, 0.0) > kMaxHatchSegments);
+        QVERIFY(linesOf(outline, fill).empty());
+    }
+
+    void a_pitch_below_a_micrometre_is_refused() {
+        ObjectData data = samples::rect(0, 0, 1, 1)->data();
+        data.hatch.fills[2] = fillOf(0, 0.0009);
+        QString fault;
+        QVERIFY(!MarkObject::make(data, &fault));
+        QCOMPARE(fault, QStringLiteral("an object's hatch is not usable"));
+        data.hatch.fills[2].Enable = false;
+        QVERIFY(MarkObject::make(data));
+        data.hatch.fills[2] = fillOf(0, 0.001);
+        QVERIFY(MarkObject::make(data));
+    }
+
+    void the_guess_for_loops_is_near_what_is_made() {
+        QPolygonF round;
+        for (int i = 0; i < 400; ++i)
+            round.append(10.0 * QPointF(std::cos(i * M_PI / 200.0), std::sin(i * M_PI / 200.0)));
+        // two triangles, one turned the other way round
+        const FlatLine crossed = closed(QPolygonF({{0, 0}, {10, 0}, {0, 10}, {10, 10}}));
+        const std::vector<FlatLine> outlines[] = {
+            {closed(round)}, {box(0, 0, 20, 10)}, {box(0, 0, 20, 20), box(2, 2, 16, 16)}, {crossed}};
+        const FillParam fill = fillOf(int(FillType::Loops), 0.01);
+        for (const std::vector<FlatLine>& outline : outlines) {
+            qint64 made = 0;
+            for (const QPolygonF& line : linesOf(outline, fill))
+                made += line.size() - 1;
+            const double ratio = double(hatchSegments(outline, {fill}, 0.0)) / double(made);
+            QVERIFY2(ratio > 0.3 && ratio < 3.0, qPrintable(QString::number(ratio)));
+        }
+    }
+
+    // A file tells of any number of such objects before it is known to be sound.
+    void counting_is_not_held_up_by_an_outline_that_crosses_itself() {
+        std::mt19937 random(5);
+        std::uniform_real_distribution<double> place(0.0, 100.0);
+        FlatLine scribble = box(0, 0, 1, 1);
+        scribble.points.clear();
+        for (int i = 0; i < 100'000; ++i)
+            scribble.points.append(QPointF(place(random), place(random)));
+        scribble.points.append(scribble.points.first());
+        FillParam rows = fillOf(0, 1.0);
+        rows.EdgeCnt = 5;
+        std::clock_t const begin = std::clock(); // of this program, not of the wall
+        const qint64 segments = hatchSegments({scribble}, {rows, fillOf(4, 0.001)}, 0.0);
+        const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+        QVERIFY(segments > 0);
+        // It crosses itself two thousand million times; to find these places takes minutes and gigabytes.
+        QVERIFY2(seconds < 20.0, qPrintable(QString::number(seconds)));
+    }
+
     void an_object_with_too_large_a_hatch_cannot_be() {
-        ObjectData data = samples::rect(0, 0, 100, 100)->data();
-        data.hatch.fills[1] = fillOf(0, 1.0e-6);
+        ObjectData data = samples::rect(0, 0, 100'000, 100'000)->data();
+        data.hatch.fills[1] = fillOf(0, 1.0e-3);
         QString fault;
         QVERIFY(!MarkObject::make(data, &fault));
         QVERIFY2(fault.contains(QStringLiteral("100000000")), qPrintable(fault));
-        data.hatch.fills[1] = fillOf(0, 1.0e-5);
+        data.hatch.fills[1] = fillOf(0, 1.0e-2);
         const ObjectPtr object = MarkObject::make(data);
         QVERIFY(object);
         QVERIFY(!object->transformed(QTransform::fromScale(1.0, 10.0)));

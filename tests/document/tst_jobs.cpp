@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "samples.h"
+#include "simengine/document/hatchpaths.h"
 #include "simengine/document/jobbuilder.h"
+#include "simengine/view/playbackloader.h"
+#include "support/waitfor.h"
 
 #include <QTest>
 #include <cmath>
@@ -8,6 +11,8 @@
 
 using namespace sim;
 using samples::state;
+
+Q_DECLARE_METATYPE(sim::ObjectList)
 
 namespace {
 
@@ -47,6 +52,9 @@ private slots:
     void inverted_axes_come_last();
     void nothing_gives_an_empty_job();
     void statistics();
+    void every_part_of_the_making_can_be_given_up_data();
+    void every_part_of_the_making_can_be_given_up();
+    void a_loader_that_goes_gives_up_the_making_of_its_job();
 };
 
 void JobsTest::strokes_stand_in_object_order() {
@@ -177,6 +185,59 @@ void JobsTest::statistics() {
     QCOMPARE(statistics.vertices, qint64(5 + 2 + 1));
     QCOMPARE(statistics.markLength, 15.0);
     QCOMPARE(buildJob(some, {}).vertexCount(), size_t(statistics.vertices));
+}
+
+void JobsTest::every_part_of_the_making_can_be_given_up_data() {
+    QTest::addColumn<ObjectList>("objects");
+    QTest::addColumn<int>("least");
+    const auto filled = [](FillType type, int edges) {
+        ObjectData data = samples::rect(0, 0, 400, 400)->data();
+        data.hatch.fills[0].Enable = true;
+        data.hatch.fills[0].FillDist = 0.1;
+        data.hatch.fills[0].FillType = int(type);
+        data.hatch.fills[0].EdgeCnt = edges;
+        return ObjectList{MarkObject::make(std::move(data))};
+    };
+    const ObjectList many(4000, samples::point(1, 1));
+    // steps: of an object one, and one for each of its lines; of a line of a hatch three, to make, take and place it
+    QTest::newRow("objects") << many << 8000;
+    QTest::newRow("children of a group") << ObjectList{samples::group(many)} << 8000;
+    QTest::newRow("rows") << filled(FillType::OneWay, 0) << 12000;
+    QTest::newRow("sections") << filled(FillType::Sections, 0) << 4000;
+    QTest::newRow("loops") << filled(FillType::Loops, 0) << 5900;
+    QTest::newRow("edge loops") << filled(FillType::OneWay, 1900) << 5700;
+}
+
+void JobsTest::every_part_of_the_making_can_be_given_up() {
+    QFETCH(ObjectList, objects);
+    QFETCH(int, least);
+    const Cancellation whole;
+    const Job job = buildJob(state(objects, {}), {}, nullptr, &whole);
+    QVERIFY2(whole.steps() >= std::uint64_t(least), qPrintable(QString::number(whole.steps())));
+    constexpr std::uint64_t kMost = 100;
+    const Cancellation ended(kMost);
+    const Job part = buildJob(state(objects, {}), {}, nullptr, &ended);
+    QVERIFY(ended.isCancelled());
+    QVERIFY(part.strokes.size() <= kMost);
+    // Nobody is given a hatch that was not made to its end.
+    const Job again = buildJob(state(objects, {}), {});
+    QCOMPARE(again.strokes.size(), job.strokes.size());
+}
+
+void JobsTest::a_loader_that_goes_gives_up_the_making_of_its_job() {
+    ObjectData data = samples::rect(0, 0, 1, 15'000)->data();
+    data.hatch.fills[0].Enable = true;
+    data.hatch.fills[0].FillDist = 0.001;
+    constexpr std::uint64_t kRows = 15'000'000;
+    RunPlan plan;
+    plan.state = std::make_shared<const DocumentState>(state({MarkObject::make(std::move(data))}, {}));
+    auto loader = std::make_unique<PlaybackLoader>(nullptr);
+    loader->load(plan);
+    const auto work = loader->work();
+    QVERIFY(tests::waitFor([&work] { return work->steps() > 10; }));
+    loader.reset();
+    QVERIFY(work->isCancelled());
+    QVERIFY2(work->steps() < kRows, qPrintable(QString::number(work->steps())));
 }
 
 QTEST_GUILESS_MAIN(JobsTest)

@@ -2,6 +2,7 @@
 // Pictures of large documents that another thread draws.
 #include "simengine/view/scenedrawer.h"
 #include "support/timeoutscale.h"
+#include "support/waitfor.h"
 #include "viewfixture.h"
 
 #include <QBackingStore>
@@ -154,7 +155,7 @@ private slots:
         QVERIFY(before != after);
     }
 
-    void a_view_that_goes_while_its_picture_is_drawn_waits_for_it() {
+    void a_view_may_go_while_its_picture_is_drawn() {
         ViewFixture f;
         addLargeDrawing(f);
         QVERIFY(!grabbed(f).isNull());
@@ -167,6 +168,26 @@ private slots:
         while (!drawer->isBusy() && !time.hasExpired(tests::scaled(5000)))
             QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
         QVERIFY(drawer->isBusy());
+    }
+
+    void a_drawer_that_goes_gives_up_its_picture() {
+        ViewFixture f;
+        SceneOrder order = orderOf(f);
+        ObjectData data;
+        data.shape = RectShape{QRectF(0, 0, 1, 15'000)};
+        data.hatch.fills[0].Enable = true;
+        data.hatch.fills[0].FillDist = 0.001;
+        constexpr std::uint64_t kRows = 15'000'000;
+        DocumentState state;
+        state.objects = std::make_shared<const ObjectList>(ObjectList{MarkObject::make(std::move(data))});
+        order.state = std::make_shared<const DocumentState>(state);
+        auto drawer = std::make_unique<SceneDrawer>(nullptr);
+        drawer->draw(order);
+        const auto work = drawer->work();
+        QVERIFY(tests::waitFor([&work] { return work->steps() > 10; }));
+        drawer.reset();
+        QVERIFY(work->isCancelled());
+        QVERIFY2(work->steps() < kRows, qPrintable(QString::number(work->steps())));
     }
 };
 
