@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/document/variablecsv.h"
 
+#include "simengine/document/csvtexts.h"
 #include "support/approot.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTextCodec>
 
 namespace sim {
 
@@ -22,21 +22,6 @@ QString pathOf(const CsvSource& source) {
     const QFileInfo file(folder + QLatin1Char('/') + source.file);
     const QString path = file.canonicalFilePath();
     return !folder.isEmpty() && file.isFile() && path.startsWith(folder + QLatin1Char('/')) ? path : QString();
-}
-
-/// Nothing when the bytes are not of the encoding.
-std::optional<QString> decoded(const QByteArray& bytes, CsvCoding coding) {
-    // the larger set of the same standard: what is GBK reads the same in it
-    QTextCodec* codec = QTextCodec::codecForName(coding == CsvCoding::Utf8 ? "UTF-8" : "GB18030");
-    if (!codec)
-        return std::nullopt;
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    QString text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
-        return std::nullopt;
-    if (text.startsWith(QChar(QChar::ByteOrderMark)))
-        text.remove(0, 1);
-    return text;
 }
 
 /// Takes the records of a text one by one.
@@ -148,10 +133,7 @@ CsvRow readCsvRow(const CsvSource& source, VariableProblem& problem) {
         problem = {VariableFault::NoFile, placeOf(source, QString())};
         return {};
     }
-    const QByteArray bytes = file.read(kMaxCsvBytes + 1);
-    const std::optional<QString> text = file.error() == QFileDevice::NoError && bytes.size() <= kMaxCsvBytes
-                                            ? decoded(bytes, source.coding)
-                                            : std::nullopt;
+    const std::shared_ptr<const QString> text = CsvTexts::instance().text(file, source.coding);
     if (!text) {
         problem = {VariableFault::BadFile, placeOf(source, QString())};
         return {};

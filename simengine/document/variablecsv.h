@@ -19,7 +19,8 @@ struct CsvRow {
 };
 
 /// Reads the current row. A row is a line that holds more than blanks; fields may stand in quotation marks, within
-/// which two of them are one and line ends belong to the field. Any thread.
+/// which two of them are one and line ends belong to the field. A file that has not changed is not read again. Any
+/// thread.
 CsvRow readCsvRow(const CsvSource& source, VariableProblem& problem);
 
 /// The field of a column that is named, or numbered from 1 as "#3".
