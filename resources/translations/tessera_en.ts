@@ -916,6 +916,7 @@
     <message><source>文档没有该工具的对象</source><translation>Documents hold no objects of this tool</translation></message>
     <message><source>不能接收传来的文档</source><translation>The document that was sent cannot be taken</translation></message>
     <message><source>当前引擎没有该运算</source><translation>This engine does not have the operation</translation></message>
+    <message><source>不能修改对象</source><translation>The object cannot be changed</translation></message>
     <message><source>不能添加对象</source><translation>The object cannot be added</translation></message>
     <message><source>三点不能确定圆</source><translation>The three points give no circle</translation></message>
     <!-- Texts and their fonts -->
@@ -1046,6 +1047,7 @@
     <message><source>变量当前值不能保存</source><translation>The values of the variables cannot be kept</translation></message>
     <message><source>变量内容不能作为文字</source><translation>The values of the variables make no text</translation></message>
     <message><source>变量内容不能作为条码</source><translation>The values of the variables make no code</translation></message>
+    <message><source>不能检查条码内容是否重复</source><translation>Whether the code was marked before cannot be told</translation></message>
     <message><source>条码内容重复</source><translation>The code was marked before</translation></message>
     <message><source>名称为空或含有不可用字符</source><translation>The name is empty or has characters that cannot be used</translation></message>
     <message><source>序列号范围错误</source><translation>The range of the serial number is wrong</translation></message>

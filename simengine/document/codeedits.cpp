@@ -64,7 +64,8 @@ HatchSettings usualCodeHatch(const CodeSpec& spec, double module) {
 
 namespace edits {
 
-EditResult setCode(const DocumentState& state, int index, const CodeShape& code, const HatchSettings& usualHatch) {
+EditResult setCode(const DocumentState& state, int index, const CodeShape& code, const HatchSettings& usualHatch,
+                   QString* fault) {
     if (index < 0 || index >= state.count() || state.at(index)->kind() != ObjectKind::Code)
         return std::nullopt;
     ObjectData data = state.at(index)->data();
@@ -74,7 +75,7 @@ EditResult setCode(const DocumentState& state, int index, const CodeShape& code,
     if (before.marking != code.spec.marking)
         data.hatch = usualHatch;
     data.shape = code;
-    return replace(state, index, MarkObject::make(std::move(data)));
+    return replace(state, index, MarkObject::make(std::move(data), fault));
 }
 
 } // namespace edits

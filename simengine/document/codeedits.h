@@ -18,8 +18,9 @@ HatchSettings usualCodeHatch(const CodeSpec& spec, double module);
 namespace edits {
 
 /// Another code in place of that of a code object: it keeps place, turn, pen, hatch and name. Where it is marked in
-/// another way, it gets the usual hatch of that.
-EditResult setCode(const DocumentState& state, int index, const CodeShape& code, const HatchSettings& usualHatch);
+/// another way, it gets the usual hatch of that. `fault` tells why there can be no such object.
+EditResult setCode(const DocumentState& state, int index, const CodeShape& code, const HatchSettings& usualHatch,
+                   QString* fault = nullptr);
 
 } // namespace edits
 } // namespace sim

@@ -21,7 +21,7 @@ std::optional<PathShape> fieldPath(const MarkObject& object) {
 
 namespace edits {
 
-EditResult setGenerated(const DocumentState& state, int index, const GeneratedShape& generated) {
+EditResult setGenerated(const DocumentState& state, int index, const GeneratedShape& generated, QString* fault) {
     if (!reaches(state, index))
         return std::nullopt;
     ObjectData data = state.at(index)->data();
@@ -29,7 +29,7 @@ EditResult setGenerated(const DocumentState& state, int index, const GeneratedSh
     if (!before || before->toolClass != generated.toolClass || before->parameters == generated.parameters)
         return std::nullopt;
     data.shape = generated;
-    return replace(state, index, MarkObject::make(std::move(data)));
+    return replace(state, index, MarkObject::make(std::move(data), fault));
 }
 
 EditResult setFieldShape(const DocumentState& state, int index, const Shape& shape) {

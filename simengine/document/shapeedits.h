@@ -11,8 +11,9 @@ std::optional<PathShape> fieldPath(const MarkObject& object);
 namespace edits {
 
 /// Other parameters and their outline in place of those of what a module made: it keeps place, turn, pen, hatch and
-/// name.
-EditResult setGenerated(const DocumentState& state, int index, const GeneratedShape& generated);
+/// name. `fault` tells why there can be no such object.
+EditResult setGenerated(const DocumentState& state, int index, const GeneratedShape& generated,
+                        QString* fault = nullptr);
 
 /// Another geometry, given in the field, in place of that of an object: it keeps turn, pen, hatch and name.
 EditResult setFieldShape(const DocumentState& state, int index, const Shape& shape);

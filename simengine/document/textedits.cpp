@@ -45,14 +45,14 @@ TextSpec ownSpec(const MarkObject& object, const TextSpec& wanted) {
 
 namespace edits {
 
-EditResult setText(const DocumentState& state, int index, const TextShape& text) {
+EditResult setText(const DocumentState& state, int index, const TextShape& text, QString* fault) {
     if (index < 0 || index >= state.count() || state.at(index)->kind() != ObjectKind::Text)
         return std::nullopt;
     ObjectData data = state.at(index)->data();
     if (std::get<TextShape>(data.shape).spec == text.spec)
         return std::nullopt;
     data.shape = text;
-    return replace(state, index, MarkObject::make(std::move(data)));
+    return replace(state, index, MarkObject::make(std::move(data), fault));
 }
 
 } // namespace edits

@@ -14,8 +14,9 @@ TextSpec ownSpec(const MarkObject& object, const TextSpec& wanted);
 
 namespace edits {
 
-/// Another text in place of that of a text object: it keeps place, turn, pen, hatch and name.
-EditResult setText(const DocumentState& state, int index, const TextShape& text);
+/// Another text in place of that of a text object: it keeps place, turn, pen, hatch and name. `fault` tells why there
+/// can be no such object.
+EditResult setText(const DocumentState& state, int index, const TextShape& text, QString* fault = nullptr);
 
 } // namespace edits
 } // namespace sim

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 #include <atomic>
@@ -35,8 +36,10 @@ public:
         m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
         m_database.setDatabaseName(databasePath());
         m_good = QDir().mkpath(QFileInfo(databasePath()).absolutePath()) && m_database.open();
+        if (!m_good)
+            m_fault = m_database.lastError().text();
         for (const char* statement : kPreparation)
-            m_good = m_good && QSqlQuery(m_database).exec(QLatin1String(statement));
+            prepare(statement);
     }
     ~Connection() {
         m_database.close();
@@ -47,14 +50,29 @@ public:
     Connection& operator=(const Connection&) = delete;
 
     bool isGood() const { return m_good; }
+    const QString& fault() const { return m_fault; }
     QSqlDatabase& database() { return m_database; }
 
 private:
+    void prepare(const char* statement) {
+        if (!m_good)
+            return;
+        QSqlQuery query(m_database);
+        m_good = query.exec(QLatin1String(statement));
+        if (!m_good)
+            m_fault = query.lastError().text();
+    }
+
     static inline std::atomic<int> s_count{0};
     QString m_name;
     QSqlDatabase m_database;
     bool m_good = false;
+    QString m_fault;
 };
+
+QString told(const QString& fault) {
+    return QStringLiteral("%1: %2").arg(databasePath(), fault);
+}
 
 bool run(QSqlDatabase& database, const char* statement, const QVariantList& values) {
     QSqlQuery query(database);
@@ -67,22 +85,27 @@ bool run(QSqlDatabase& database, const char* statement, const QVariantList& valu
 
 } // namespace
 
-std::optional<Earlier> findSince(const QStringList& codes, const QDateTime& since) {
+Search findSince(const QStringList& codes, const QDateTime& since) {
     if (codes.isEmpty() || !QFileInfo::exists(databasePath()))
-        return std::nullopt;
+        return {};
     Connection connection;
     if (!connection.isGood())
-        return std::nullopt;
+        return {std::nullopt, told(connection.fault())};
     QSqlQuery query(connection.database());
-    query.prepare(QStringLiteral("SELECT seconds FROM marked WHERE code = ? AND seconds >= ?"));
+    if (!query.prepare(QStringLiteral("SELECT seconds FROM marked WHERE code = ? AND seconds >= ?")))
+        return {std::nullopt, told(query.lastError().text())};
     for (const QString& code : codes) {
         query.addBindValue(code);
         query.addBindValue(since.toSecsSinceEpoch());
-        if (query.exec() && query.next())
-            return Earlier{code, QDateTime::fromSecsSinceEpoch(query.value(0).toLongLong())};
+        if (!query.exec())
+            return {std::nullopt, told(query.lastError().text())};
+        if (query.next())
+            return {Earlier{code, QDateTime::fromSecsSinceEpoch(query.value(0).toLongLong())}, QString()};
+        if (query.lastError().isValid())
+            return {std::nullopt, told(query.lastError().text())};
         query.finish();
     }
-    return std::nullopt;
+    return {};
 }
 
 bool add(const QStringList& codes, const QDateTime& time, const QDateTime& oldest) {

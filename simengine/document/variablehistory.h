@@ -11,12 +11,16 @@ namespace sim {
 /// Any thread; each call opens the database for itself.
 namespace markedcodes {
 
-/// When the first of the codes that were marked since then was marked last, and which it is; nothing when none was.
+/// When the first of the codes that were marked since then was marked last, and which it is.
 struct Earlier {
     QString code;
     QDateTime time;
 };
-std::optional<Earlier> findSince(const QStringList& codes, const QDateTime& since);
+struct Search {
+    std::optional<Earlier> earlier; ///< nothing when none was
+    QString fault;                  ///< why it cannot be told whether one was, empty when it can
+};
+Search findSince(const QStringList& codes, const QDateTime& since);
 
 /// Keeps the codes as marked at that time and forgets those that were marked before `oldest`. False when it cannot be
 /// written; otherwise it is on the disk.

@@ -39,6 +39,8 @@ const char* faultKey(VariableFault fault) {
         return "变量内容不能作为条码";
     case VariableFault::MarkedBefore:
         return "条码内容重复";
+    case VariableFault::NotLookedUp:
+        return "不能检查条码内容是否重复";
     }
     return "";
 }

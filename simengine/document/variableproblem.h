@@ -21,7 +21,8 @@ enum class VariableFault {
     NotWritten,     ///< the counters cannot be kept
     NotText,        ///< what the variables come to cannot be a text
     NotCode,        ///< what they come to cannot be a code
-    MarkedBefore    ///< a code that was marked in the last days
+    MarkedBefore,   ///< a code that was marked in the last days
+    NotLookedUp     ///< whether it was cannot be told
 };
 
 struct VariableProblem {

@@ -173,13 +173,17 @@ void editGenerated(CanvasWidget& canvas, const ObjectPtr& object) {
     auto* dialog = new GeneratedDialog(tool, *values, generatedScale(object->transform()), &canvas);
     QObject::connect(dialog, &QDialog::accepted, &canvas, [dialog, &session, tool, object] {
         const std::optional<GeneratedShape> made = tool->make(dialog->values());
-        if (!made)
+        if (!made) {
+            note("参数不能组成图形");
             return;
+        }
         // the document may have been edited from elsewhere meanwhile
         const StatePtr state = session.state();
         for (int i = 0; i < state->count(); ++i) {
             if (state->at(i) == object) {
-                session.document().edit([&](const DocumentState& now) { return edits::setGenerated(now, i, *made); });
+                session.change([&](const DocumentState& now, QString* fault) {
+                    return edits::setGenerated(now, i, *made, fault);
+                });
                 return;
             }
         }

@@ -208,10 +208,12 @@ void NodeEditTool::move(const CanvasPoint& point) {
     m_canvas.update();
 }
 
-/// How far the taken node or handle has come: drawn to the snap targets, with Shift along one axis.
+/// How far the taken node or handle has come: drawn to the snap targets, with Shift or the lock of the view's bar along
+/// one axis.
 QPointF NodeEditTool::dragged(const CanvasPoint& point) const {
     QPointF by = point.mm - m_from.mm;
-    if (point.modifiers & Qt::ShiftModifier) {
+    const bool oneAxis = (point.modifiers & Qt::ShiftModifier) || m_canvas.locksAxis();
+    if (oneAxis) {
         if (std::abs(by.x()) >= std::abs(by.y()))
             by.setY(0.0);
         else
@@ -219,7 +221,7 @@ QPointF NodeEditTool::dragged(const CanvasPoint& point) const {
     }
     const QPointF start = m_gesture == Gesture::Handle ? m_handleStart : m_before.node(m_taken).at;
     m_canvas.snap().clear();
-    if (!(point.modifiers & (Qt::AltModifier | Qt::ShiftModifier))) {
+    if (!oneAxis && !(point.modifiers & Qt::AltModifier)) {
         SnapQuery query;
         query.places = {start + by};
         by += m_canvas.snap().correction(query, m_canvas.viewTransform(), m_canvas.scene().state(),

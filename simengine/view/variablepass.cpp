@@ -60,12 +60,16 @@ void VariablePass::refuseMarkedCodes() {
     const int days = SystemParam::Instance()->CheckCodeTextDays();
     if (days <= 0 || m_codes.isEmpty())
         return;
-    const auto earlier = markedcodes::findSince(m_codes, m_values.now().addDays(-days));
-    if (!earlier)
+    const markedcodes::Search search = markedcodes::findSince(m_codes, m_values.now().addDays(-days));
+    VariableProblem problem;
+    if (!search.fault.isEmpty())
+        problem = {VariableFault::NotLookedUp, search.fault};
+    else if (search.earlier)
+        problem = {VariableFault::MarkedBefore,
+                   QStringLiteral("%1 (%2)").arg(search.earlier->code,
+                                                 search.earlier->time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")))};
+    else
         return;
-    const VariableProblem problem = {
-        VariableFault::MarkedBefore,
-        QStringLiteral("%1 (%2)").arg(earlier->code, earlier->time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")))};
     if (SystemParam::Instance()->ForceCheckCodeText())
         m_problem = problem;
     else

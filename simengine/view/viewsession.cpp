@@ -144,9 +144,20 @@ bool ViewSession::addText(const TextSpec& spec, const QPointF& place) {
     return text && addShape(*text, QTransform::fromTranslate(place.x(), place.y()));
 }
 
+bool ViewSession::change(const std::function<EditResult(const DocumentState&, QString*)>& edit) {
+    QString fault;
+    if (m_document.edit([&](const DocumentState& state) { return edit(state, &fault); }))
+        return true;
+    if (!fault.isEmpty())
+        MarkLog::Instance()->ShowNode(NoteOperator, LanguageManager::GetLanText("不能修改对象") + ":" + fault);
+    return false;
+}
+
 bool ViewSession::changeText(int index, const TextSpec& spec) {
     const std::optional<TextShape> text = makeNow(spec);
-    return text && m_document.edit([&](const DocumentState& state) { return edits::setText(state, index, *text); });
+    return text && change([&](const DocumentState& state, QString* fault) {
+               return edits::setText(state, index, *text, fault);
+           });
 }
 
 bool ViewSession::addCode(const CodeSpec& spec, const QPointF& place) {
@@ -162,8 +173,9 @@ bool ViewSession::changeCode(int index, const CodeSpec& spec) {
     if (!made)
         return false;
     const HatchSettings hatch = usualCodeHatch(spec, made->module);
-    return m_document.edit(
-        [&](const DocumentState& state) { return edits::setCode(state, index, made->shape, hatch); });
+    return change([&](const DocumentState& state, QString* fault) {
+        return edits::setCode(state, index, made->shape, hatch, fault);
+    });
 }
 
 bool ViewSession::moveByKey(double dx, double dy) {

@@ -49,6 +49,8 @@ public:
     bool addCode(const CodeSpec& spec, const QPointF& place);
     /// Another code in place of that of object `index`. False when nothing changed; what hinders it is told in the log.
     bool changeCode(int index, const CodeSpec& spec);
+    /// Carries out an edit of an object; when there can be no such object the log tells why.
+    bool change(const std::function<EditResult(const DocumentState&, QString*)>& edit);
     /// Moves the selection; a row of moves is one step of undo.
     bool moveByKey(double dx, double dy);
     bool removeSelected();

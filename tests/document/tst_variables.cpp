@@ -509,16 +509,57 @@ private slots:
 
     void marked_codes_are_found_until_they_are_too_old() {
         using namespace markedcodes;
-        QVERIFY(!findSince({"A"}, kNow.addDays(-30)));
+        QVERIFY(!findSince({"A"}, kNow.addDays(-30)).earlier);
         QVERIFY(add({"A", QStringLiteral("零件")}, kNow, kNow.addDays(-30)));
-        const auto found = findSince({"B", QStringLiteral("零件")}, kNow.addDays(-1));
+        const auto found = findSince({"B", QStringLiteral("零件")}, kNow.addDays(-1)).earlier;
         QVERIFY(found);
         QCOMPARE(found->code, QStringLiteral("零件"));
         QCOMPARE(found->time, kNow);
-        QVERIFY(!findSince({"a"}, kNow.addDays(-1)));
-        QVERIFY(!findSince({"A"}, kNow.addSecs(1)));
+        QVERIFY(!findSince({"a"}, kNow.addDays(-1)).earlier);
+        QVERIFY(!findSince({"A"}, kNow.addSecs(1)).earlier);
         QVERIFY(add({"C"}, kNow.addDays(40), kNow.addDays(10)));
-        QVERIFY(!findSince({"A"}, kNow.addDays(-100)));
+        QVERIFY(!findSince({"A"}, kNow.addDays(-100)).earlier);
+        QVERIFY(findSince({"A"}, kNow).fault.isEmpty());
+    }
+
+    void codes_that_cannot_be_looked_up_are_not_called_new() {
+        using namespace markedcodes;
+        QVERIFY(findSince({"A"}, kNow).fault.isEmpty()); // nothing was ever marked
+        QVERIFY(m_root->write(QStringLiteral("/ini/MarkedCodes.db"), QByteArray(4096, 'x')));
+        const Search search = findSince({"A"}, kNow);
+        QVERIFY(!search.earlier);
+        QVERIFY2(search.fault.contains(QStringLiteral("MarkedCodes.db")), qPrintable(search.fault));
+        QVERIFY(findSince({}, kNow).fault.isEmpty());
+    }
+
+    void a_csv_file_is_read_again_when_it_has_changed() {
+        const QString path = documents("a.csv");
+        const CsvSource a = source("A", "a.csv");
+        const auto first = [&a] {
+            VariableProblem problem;
+            return readCsvRow(a, problem).fields.value(0);
+        };
+        const auto change = [&path](const QByteArray& bytes, qint64 secondsAgo) {
+            writeFile(path, bytes);
+            QFile file(path);
+            QVERIFY(file.open(QIODevice::ReadWrite));
+            const QDateTime time = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch() - secondsAgo);
+            QVERIFY(file.setFileTime(time, QFileDevice::FileModificationTime));
+        };
+        change("one", 0);
+        QCOMPARE(first(), QString("one"));
+        change("two", 0); // within the time that the file system tells apart, perhaps
+        QCOMPARE(first(), QString("two"));
+        change("abc", 1000);
+        QCOMPARE(first(), QString("abc"));
+        change("xyz", 1000); // nothing tells that it is another one: it was not read again
+        QCOMPARE(first(), QString("abc"));
+        change("xyz", 999);
+        QCOMPARE(first(), QString("xyz"));
+        change("longer", 999);
+        QCOMPARE(first(), QString("longer"));
+        QVERIFY(QFile::remove(path));
+        QCOMPARE(first(), QString());
     }
 };
 

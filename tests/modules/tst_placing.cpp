@@ -183,6 +183,22 @@ private slots:
         QCOMPARE(f.values(0)[0], 3.0);
     }
 
+    void parameters_that_would_leave_the_field_are_told() {
+        Placing f("ToolPolygon");
+        f.dragFromTo({0, 0}, {10, 0});
+        f.view.SetOperatorOnView(OperatorSelect);
+        f.session().document().select({0});
+        QVERIFY(f.session().document().edit([](const DocumentState& s) { return edits::move(s, 999'980.0, 0.0); }));
+        const auto before = f.state()->objects;
+        const auto told = [] { return tests::logTexts("operator").filter(QStringLiteral("不能修改对象")); };
+        editGenerated(f.canvas(), f.state()->at(0));
+        QVERIFY(f.dialog());
+        f.field<QDoubleSpinBox>(1)->setValue(50.0);
+        f.press("pushButtonOK");
+        QCOMPARE(f.state()->objects, before);
+        QCOMPARE(told().size(), 1);
+    }
+
     void confirming_without_a_change_is_no_step() {
         Placing f("ToolPolygon");
         f.dragFromTo({0, 0}, {10.123, 7.77});

@@ -280,6 +280,17 @@ private slots:
         QCOMPARE(f.path().points[0].x(), -40.0);
     }
 
+    void the_lock_of_the_bar_keeps_a_drag_to_one_axis() {
+        Nodes f(curve());
+        f.canvas().setLocksAxis(true);
+        f.click(-40, 0);
+        f.press(-40, 0);
+        f.drag(-43, -20);
+        f.release(-43, -20);
+        QCOMPARE(f.path().points[0].x(), -40.0);
+        QVERIFY(f.path().points[0].y() < -10.0);
+    }
+
     void a_double_click_puts_a_node_on_the_segment() {
         Nodes f(curve());
         f.doubleClick(-30, 0);

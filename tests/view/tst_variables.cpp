@@ -12,6 +12,7 @@
 #include "simengine/document/mkfcodec.h"
 #include "simengine/document/textmaker.h"
 #include "simengine/document/variablestore.h"
+#include "support/logtexts.h"
 #include "viewfixture.h"
 
 #include <atomic>
@@ -360,6 +361,28 @@ private slots:
         SystemParam::Instance()->SetCheckCodeTextDays(0);
         QVERIFY(run(f));
         QCOMPARE(valueOfA(), qint64(4));
+    }
+
+    void codes_that_cannot_be_looked_up_are_noted_or_refused() {
+        ViewFixture f;
+        define(3);
+        f.session().addCode(variableCode("{serial:A}"), {0, 0});
+        card()->OpenCard();
+        QVERIFY(f.root.write("/ini/MarkedCodes.db", QByteArray(4096, 'x')));
+        QVERIFY(run(f));
+        const QString text = QStringLiteral("不能检查条码内容是否重复: ");
+        QCOMPARE(tests::logTexts("error").filter(text).size(), 1);
+        const qint64 next = valueOfA();
+        takeTold();
+        SystemParam::Instance()->SetForceCheckCodeText(true);
+        const std::uint64_t jobs = simulatedCard().runner().jobs();
+        QVERIFY(!run(f));
+        QCOMPARE(simulatedCard().runner().jobs(), jobs);
+        QCOMPARE(valueOfA(), next);
+        const QStringList texts = takeTold();
+        QVERIFY2(texts.size() == 1 && texts[0].startsWith(text), qPrintable(texts.join(';')));
+        QVERIFY(QFile::remove(f.root.path("/ini/MarkedCodes.db")));
+        QVERIFY(run(f));
     }
 
     void repeated_values_and_fixed_codes_may_be_marked_again() {
