@@ -2,9 +2,9 @@
 #include "simengine/document/codeedits.h"
 
 #include "simengine/document/edits.h"
+#include "simengine/document/objectscale.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace sim {
 
@@ -14,28 +14,11 @@ namespace {
 constexpr double kHatchLinesPerModule = 4.0;
 constexpr double kMostHatchDistance = 0.1;
 
-struct Scale {
-    double x = 1.0;
-    double y = 1.0;
-};
-
-/// A code that was pressed flat is entered in its own size.
-Scale scaleOf(const MarkObject& object) {
-    const QTransform& t = object.transform();
-    const double x = std::hypot(t.m11(), t.m12());
-    const double y = std::hypot(t.m21(), t.m22());
-    return {x > 0.0 ? x : 1.0, y > 0.0 ? y : 1.0};
-}
-
-double own(double wanted, double marked, double before, double scale) {
-    return wanted == marked ? before : wanted / scale;
-}
-
 } // namespace
 
 CodeSpec markedCode(const MarkObject& object) {
     CodeSpec spec = std::get<CodeShape>(object.shape()).spec;
-    const Scale scale = scaleOf(object);
+    const ObjectScale scale = scaleOf(object);
     spec.module *= scale.x;
     spec.width *= scale.x;
     spec.barHeight *= scale.y;
@@ -45,11 +28,11 @@ CodeSpec markedCode(const MarkObject& object) {
 CodeSpec ownCode(const MarkObject& object, const CodeSpec& wanted) {
     const auto& code = std::get<CodeShape>(object.shape());
     const CodeSpec marked = markedCode(object);
-    const Scale scale = scaleOf(object);
+    const ObjectScale scale = scaleOf(object);
     CodeSpec spec = wanted;
-    spec.module = own(wanted.module, marked.module, code.spec.module, scale.x);
-    spec.width = own(wanted.width, marked.width, code.spec.width, scale.x);
-    spec.barHeight = own(wanted.barHeight, marked.barHeight, code.spec.barHeight, scale.y);
+    spec.module = ownSize(wanted.module, marked.module, code.spec.module, scale.x);
+    spec.width = ownSize(wanted.width, marked.width, code.spec.width, scale.x);
+    spec.barHeight = ownSize(wanted.barHeight, marked.barHeight, code.spec.barHeight, scale.y);
     return spec;
 }
 

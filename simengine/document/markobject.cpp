@@ -36,33 +36,6 @@ QString faultOf(const ObjectData& data) {
     return QString();
 }
 
-double distanceToSegment(const QPointF& p, const QPointF& a, const QPointF& b) {
-    const QPointF d = b - a;
-    const double square = QPointF::dotProduct(d, d);
-    const double t = square > 0.0 ? qBound(0.0, QPointF::dotProduct(p - a, d) / square, 1.0) : 0.0;
-    const QPointF off = p - (a + t * d);
-    return std::hypot(off.x(), off.y());
-}
-
-bool nearLine(const QPolygonF& points, const QPointF& place, double tolerance) {
-    if (points.size() == 1)
-        return distanceToSegment(place, points.first(), points.first()) <= tolerance;
-    for (int i = 1; i < points.size(); ++i) {
-        if (distanceToSegment(place, points[i - 1], points[i]) <= tolerance)
-            return true;
-    }
-    return false;
-}
-
-bool insideOddEven(const std::vector<FlatLine>& lines, const QPointF& place) {
-    bool inside = false;
-    for (const FlatLine& line : lines) {
-        if (line.closed && line.points.containsPoint(place, Qt::OddEvenFill))
-            inside = !inside;
-    }
-    return inside;
-}
-
 bool isOneOpenContour(const PathShape& path) {
     return path.contourCount() == 1 && path.verbs.last() != PathVerb::Close;
 }
@@ -227,25 +200,6 @@ std::shared_ptr<const std::vector<HatchPart>> MarkObject::hatch(const QTransform
 
 qint64 MarkObject::hatchSegmentCount() const {
     return segmentsIn(*this, QTransform(), 0.0);
-}
-
-bool MarkObject::hit(const QPointF& place, double tolerance) const {
-    if (!m_bounds.contains(place, tolerance))
-        return false;
-    if (const auto* group = std::get_if<GroupShape>(&m_data.shape)) {
-        for (const ObjectPtr& child : group->children) {
-            const ObjectPtr placed = child->transformed(m_data.transform);
-            if (placed && placed->hit(place, tolerance))
-                return true;
-        }
-        return false;
-    }
-    const std::vector<FlatLine> lines = flattened();
-    for (const FlatLine& line : lines) {
-        if (nearLine(line.points, place, tolerance))
-            return true;
-    }
-    return isFilled() && insideOddEven(lines, place);
 }
 
 ObjectPtr MarkObject::transformed(const QTransform& by, double turn) const {

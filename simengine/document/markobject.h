@@ -85,8 +85,6 @@ public:
                                                         const Cancellation* cancellation = nullptr) const;
     /// As hatchSegments(), of this object and all in it.
     qint64 hatchSegmentCount() const;
-    /// The place is within `tolerance` mm of a line of the object, or inside it when it is hatched.
-    bool hit(const QPointF& place, double tolerance) const;
 
     /// Copy with the field transform `by` applied after its own and `turn` degrees added to its angle; null when it
     /// would leave the coordinate limit or its curves get too many points or its hatch too many segments.

@@ -2,25 +2,18 @@
 #pragma once
 
 #include "simengine/document/documentstate.h"
-#include "simengine/view/canvastool.h"
-
-#include <optional>
+#include "simengine/view/askingtool.h"
 
 namespace sim {
 
-/// A press asks for a code and puts the lower left corner of its modules there; the right button goes back to
-/// selecting.
-class CodeTool : public CanvasTool {
+/// A press asks for a code and puts the lower left corner of its modules there.
+class CodeTool : public AskingTool {
 public:
-    using CanvasTool::CanvasTool;
-    void press(const CanvasPoint& point) override;
-    void move(const CanvasPoint&) override {}
-    void release(const CanvasPoint& point) override;
-    bool cancel() override;
-    QCursor cursor() const override { return Qt::CrossCursor; }
+    using AskingTool::AskingTool;
 
-private:
-    std::optional<QPointF> m_place; ///< mm, while the button is down
+protected:
+    bool isOpen() const override;
+    void ask(const QPointF& place) override;
 };
 
 /// Asks for another code in place of that of an object. Does nothing in a read-only document.

@@ -5,7 +5,7 @@
 #include "engine/marklog.h"
 #include "simengine/document/flatten.h"
 #include "simengine/document/shapeedits.h"
-#include "simengine/view/canvaswidget.h"
+#include "simengine/view/askingtool.h"
 #include "simengine/view/generateddialog.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
@@ -27,13 +27,6 @@ constexpr double kAlike = 1.0e-6; ///< difference of two scales that counts as n
 QHash<QString, QVector<double>>& lastPlaced() {
     static QHash<QString, QVector<double>> values;
     return values;
-}
-
-bool isAsking(const CanvasWidget& canvas) {
-    // one that was answered lives on until the event loop deletes it
-    const auto dialogs = canvas.findChildren<GeneratedDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    return std::any_of(dialogs.begin(), dialogs.end(),
-                       [](const GeneratedDialog* dialog) { return dialog->isVisible(); });
 }
 
 void note(const char* key) {
@@ -121,14 +114,13 @@ void GeneratedPlaceTool::release(const CanvasPoint& point) {
 
 // The dialog opens when the button is up again: it would take the release away from the canvas.
 void GeneratedPlaceTool::ask(const QPointF& place) {
-    if (isAsking(m_canvas))
+    if (isAsking<GeneratedDialog>(m_canvas))
         return;
     ViewSession& session = m_canvas.session();
-    auto* dialog = new GeneratedDialog(m_tool, lastValues(), 1.0, &m_canvas);
-    QObject::connect(dialog, &QDialog::accepted, &m_canvas, [dialog, &session, tool = m_tool, place] {
-        addGenerated(session, *tool, dialog->values(), place);
-    });
-    dialog->open();
+    openOver(m_canvas, new GeneratedDialog(m_tool, lastValues(), 1.0, &m_canvas),
+             [&session, tool = m_tool, place](const GeneratedDialog& dialog) {
+                 addGenerated(session, *tool, dialog.values(), place);
+             });
 }
 
 bool GeneratedPlaceTool::cancel() {
@@ -162,7 +154,7 @@ QString GeneratedPlaceTool::readout() const {
 void editGenerated(CanvasWidget& canvas, const ObjectPtr& object) {
     ViewSession& session = canvas.session();
     const auto* shape = std::get_if<GeneratedShape>(&object->shape());
-    if (!shape || session.document().isReadOnly() || isAsking(canvas))
+    if (!shape || session.document().isReadOnly() || isAsking<GeneratedDialog>(canvas))
         return;
     const std::shared_ptr<GeneratedTool> tool = GeneratedTool::ofClass(shape->toolClass);
     const std::optional<QVector<double>> values = tool ? tool->read(shape->parameters) : std::nullopt;
@@ -170,9 +162,8 @@ void editGenerated(CanvasWidget& canvas, const ObjectPtr& object) {
         note("没有该对象的工具模块,不能修改参数");
         return;
     }
-    auto* dialog = new GeneratedDialog(tool, *values, generatedScale(object->transform()), &canvas);
-    QObject::connect(dialog, &QDialog::accepted, &canvas, [dialog, &session, tool, object] {
-        const std::optional<GeneratedShape> made = tool->make(dialog->values());
+    const auto accepted = [&session, tool, object](const GeneratedDialog& dialog) {
+        const std::optional<GeneratedShape> made = tool->make(dialog.values());
         if (!made) {
             note("参数不能组成图形");
             return;
@@ -187,8 +178,9 @@ void editGenerated(CanvasWidget& canvas, const ObjectPtr& object) {
                 return;
             }
         }
-    });
-    dialog->open();
+    };
+    const double scale = generatedScale(object->transform());
+    openOver(canvas, new GeneratedDialog(tool, *values, scale, &canvas), accepted);
 }
 
 } // namespace sim

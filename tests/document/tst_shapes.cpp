@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "samples.h"
+#include "simengine/view/hittest.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -352,7 +353,9 @@ void ShapesTest::hit() {
         samples::point(1, 1), samples::rect(0, 0, 10, 10), MarkObject::make(hatched), samples::circle(0, 0, 5),
         samples::object(GroupShape{{samples::rect(0, 0, 10, 10), samples::rect(20, 0, 10, 10)}},
                         QTransform::fromTranslate(100, 0))};
-    QTEST(objects[index]->hit(place, 0.1), "hit");
+    SceneCache scene;
+    scene.setState(std::make_shared<const DocumentState>(samples::state({objects[index]}, {})));
+    QTEST(objectAt(scene, place, 0.1, 100.0) == 0, "hit");
 }
 
 void ShapesTest::pivot_stays_when_the_object_turns() {

@@ -91,6 +91,21 @@ class tst_Codes : public QObject {
     Q_OBJECT
 
 private slots:
+    void a_code_is_drawn_to_the_snap_targets() {
+        ViewFixture f;
+        SnapSettings settings;
+        settings.objects = true;
+        settings.guides = settings.grid = false;
+        f.canvas().snap().setSettings(settings);
+        f.addRect(-20, -10, 20, 20);
+        CodeDialog* dialog = placeCode(f, -19.4, -9.5);
+        child<QPlainTextEdit>(dialog, "plainTextEditCode")->setPlainText(QStringLiteral("ABC"));
+        QVERIFY(confirm(dialog));
+        QCOMPARE(f.state()->count(), 2);
+        QCOMPARE(f.state()->at(1)->transform().dx(), -20.0);
+        QCOMPARE(f.state()->at(1)->transform().dy(), -10.0);
+    }
+
     void a_press_asks_and_places_the_code_there() {
         ViewFixture f;
         CodeDialog* dialog = placeCode(f, -20, 10);
