@@ -24,23 +24,10 @@ namespace sim {
 
 namespace {
 
-/// The preview follows this long after the last change, ms.
-constexpr int kPreviewDelay = 150;
-constexpr QSize kUsualSize(940, 540);
-
 /// Kind and size of the code that was placed last, for the next one.
 CodeSpec& lastKind() {
     static CodeSpec kind;
     return kind;
-}
-
-QDoubleSpinBox* makeLength(const char* name, double least, double most, double step, QWidget* parent) {
-    auto* box = new QDoubleSpinBox(parent);
-    box->setObjectName(QLatin1String(name));
-    box->setDecimals(3);
-    box->setRange(least, most);
-    box->setSingleStep(step);
-    return box;
 }
 
 QSpinBox* makeCount(const char* name, int least, int most, QWidget* parent) {
@@ -48,19 +35,6 @@ QSpinBox* makeCount(const char* name, int least, int most, QWidget* parent) {
     box->setObjectName(QLatin1String(name));
     box->setRange(least, most);
     return box;
-}
-
-QComboBox* makeChoice(const char* name, const QStringList& entries, QWidget* parent) {
-    auto* box = new QComboBox(parent);
-    box->setObjectName(QLatin1String(name));
-    box->addItems(entries);
-    return box;
-}
-
-/// The value of a box, exact where it still shows what it was opened with.
-double valueOf(const QDoubleSpinBox* box, double opened) {
-    const QString shown = box->locale().toString(opened, 'f', box->decimals());
-    return shown == box->locale().toString(box->value(), 'f', box->decimals()) ? opened : box->value();
 }
 
 /// Modules, their width and the quiet zone: what a reader has to resolve.
@@ -71,8 +45,7 @@ QString moduleText(const MadeCode& made) {
 } // namespace
 
 CodeDialog::CodeDialog(QWidget* parent)
-    : QDialog(parent) {
-    prepareDialog(this, LanguageManager::GetLanText("绘制条码"));
+    : PreviewDialog("绘制条码", "CodeDialog", parent) {
     build();
     CodeSpec spec = lastKind();
     spec.text.clear();
@@ -81,44 +54,24 @@ CodeDialog::CodeDialog(QWidget* parent)
 }
 
 CodeDialog::CodeDialog(const CodeSpec& spec, QWidget* parent)
-    : QDialog(parent) {
-    prepareDialog(this, LanguageManager::GetLanText("编辑条码"));
+    : PreviewDialog("编辑条码", "CodeDialog", parent) {
     build();
     fill(spec);
     m_text->selectAll();
 }
 
 void CodeDialog::build() {
-    setObjectName(QStringLiteral("CodeDialog"));
-    setAttribute(Qt::WA_DeleteOnClose);
-    auto* columns = new QHBoxLayout(this);
-    columns->setSpacing(14);
-    columns->addLayout(buildLeft(), 5);
-    columns->addLayout(buildRight(), 4);
-    m_delay.setSingleShot(true);
-    m_delay.setInterval(kPreviewDelay);
-    connect(&m_delay, &QTimer::timeout, this, &CodeDialog::refresh);
-    resize(kUsualSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
+    PreviewDialog::build(buildLeft(), buildRight());
 }
 
 QVBoxLayout* CodeDialog::buildLeft() {
     auto* column = new QVBoxLayout;
     column->setSpacing(8);
-    m_text = new QPlainTextEdit(this);
-    m_text->setObjectName(QStringLiteral("plainTextEditCode"));
-    m_text->setPlaceholderText(LanguageManager::GetLanText("输入条码内容"));
-    m_text->setTabChangesFocus(true);
-    m_text->setFixedHeight(84);
-    m_variables = new VariableBar(this);
-    column->addWidget(m_text);
-    column->addWidget(m_variables);
+    addText(*column, "plainTextEditCode", "输入条码内容");
     auto* grid = new QGridLayout;
     fillGrid(*grid);
     column->addLayout(grid);
     column->addStretch(1);
-    connect(m_text, &QPlainTextEdit::textChanged, this, &CodeDialog::changed);
-    connect(m_variables, &VariableBar::changed, this, &CodeDialog::changed);
-    connect(m_variables, &VariableBar::inserted, m_text, &QPlainTextEdit::insertPlainText);
     connect(m_kind, qOverload<int>(&QComboBox::currentIndexChanged), this, &CodeDialog::kindChosen);
     for (QComboBox* box : {m_marking, m_sizing, m_level})
         connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, &CodeDialog::changed);
@@ -132,17 +85,16 @@ QVBoxLayout* CodeDialog::buildLeft() {
 
 void CodeDialog::fillGrid(QGridLayout& grid) {
     const auto lan = [](const char* key) { return LanguageManager::GetLanText(key); };
-    m_kind = makeChoice("comboBoxSymbology", {"Code 128", "EAN-13", "EAN-8", "QR", "Data Matrix"}, this);
-    m_marking = makeChoice("comboBoxMarking",
-                           {LanguageManager::GetLanText("轮廓填充"), LanguageManager::GetLanText("线条"),
-                            LanguageManager::GetLanText("点阵")},
-                           this);
+    m_kind = makeChoice("comboBoxSymbology", {"Code 128", "EAN-13", "EAN-8", "QR", "Data Matrix"});
+    m_marking =
+        makeChoice("comboBoxMarking", {LanguageManager::GetLanText("轮廓填充"), LanguageManager::GetLanText("线条"),
+                                       LanguageManager::GetLanText("点阵")});
     m_sizing = makeChoice("comboBoxSizing",
-                          {LanguageManager::GetLanText("按模块宽度"), LanguageManager::GetLanText("按总宽度")}, this);
-    m_module = makeLength("doubleSpinBoxModule", kLeastModule, kMostModule, 0.05, this);
-    m_width = makeLength("doubleSpinBoxWidth", kLeastCodeSize, kMostCodeSize, 1.0, this);
-    m_barHeight = makeLength("doubleSpinBoxBarHeight", kLeastCodeSize, kMostCodeSize, 1.0, this);
-    m_level = makeChoice("comboBoxLevel", {lan("自动"), "L 7%", "M 15%", "Q 25%", "H 30%"}, this);
+                          {LanguageManager::GetLanText("按模块宽度"), LanguageManager::GetLanText("按总宽度")});
+    m_module = makeNumber("doubleSpinBoxModule", 3, kLeastModule, kMostModule, 0.05);
+    m_width = makeNumber("doubleSpinBoxWidth", 3, kLeastCodeSize, kMostCodeSize, 1.0);
+    m_barHeight = makeNumber("doubleSpinBoxBarHeight", 3, kLeastCodeSize, kMostCodeSize, 1.0);
+    m_level = makeChoice("comboBoxLevel", {lan("自动"), "L 7%", "M 15%", "Q 25%", "H 30%"});
     m_size = makeCount("spinBoxSize", 0, kQrVersions, this);
     m_size->setSpecialValueText(LanguageManager::GetLanText("自动"));
     m_quietZone = makeCount("spinBoxQuietZone", 0, kMostQuietZone, this);
@@ -178,19 +130,10 @@ QVBoxLayout* CodeDialog::buildRight() {
     m_preview = new TextPreview(this);
     m_preview->setObjectName(QStringLiteral("codePreview"));
     column->addWidget(m_preview, 1);
-    m_message = new QLabel(this);
-    m_message->setObjectName(QStringLiteral("labelMessage"));
-    m_message->setWordWrap(true);
-    m_message->setTextFormat(Qt::PlainText);
+    m_message = makeMessage();
     m_message->setMinimumHeight(kTouchHeight);
     column->addWidget(m_message);
-    const ButtonRow buttons = makeOkCancel(this);
-    m_ok = buttons.ok;
-    // Return begins a new line of the content.
-    m_ok->setDefault(false);
-    m_ok->setAutoDefault(false);
-    column->addLayout(buttons.layout);
-    connect(m_ok, &QPushButton::clicked, this, &CodeDialog::accept);
+    addButtons(*column);
     return column;
 }
 
@@ -239,7 +182,7 @@ void CodeDialog::enableFields() {
 
 void CodeDialog::changed() {
     enableFields();
-    m_delay.start();
+    PreviewDialog::changed();
 }
 
 CodeSpec CodeDialog::spec() const {
@@ -276,11 +219,8 @@ bool CodeDialog::refresh() {
     return good;
 }
 
-void CodeDialog::accept() {
-    if (!refresh())
-        return;
+void CodeDialog::keep() {
     lastKind() = spec();
-    QDialog::accept();
 }
 
 } // namespace sim

@@ -2,27 +2,16 @@
 #pragma once
 
 #include "simengine/document/codemaker.h"
-
-#include <QDialog>
-#include <QTimer>
+#include "simengine/view/previewdialog.h"
 
 class QCheckBox;
-class QComboBox;
-class QDoubleSpinBox;
 class QGridLayout;
-class QLabel;
-class QPlainTextEdit;
-class QPushButton;
 class QSpinBox;
-class QVBoxLayout;
 
 namespace sim {
 
-class TextPreview;
-class VariableBar;
-
-/// Asks for a bar or matrix code, and shows it as it will be marked. "确定" is enabled while the code can be marked.
-class CodeDialog : public QDialog {
+/// Asks for a bar or matrix code.
+class CodeDialog : public PreviewDialog {
     Q_OBJECT
 public:
     /// A code to be placed, of the kind and size that were chosen last.
@@ -33,7 +22,10 @@ public:
     /// What was entered. Sizes that were not touched keep the exact value that they were opened with.
     CodeSpec spec() const;
 
-    void accept() override;
+protected:
+    void changed() override;
+    bool refresh() override;
+    void keep() override;
 
 private:
     void build();
@@ -43,13 +35,8 @@ private:
     void fill(const CodeSpec& spec);
     void kindChosen();
     void enableFields();
-    void changed();
-    /// Makes the code anew; gives whether it can be marked.
-    bool refresh();
 
     CodeSpec m_opened;
-    QPlainTextEdit* m_text = nullptr;
-    VariableBar* m_variables = nullptr;
     QComboBox* m_kind = nullptr;
     QComboBox* m_marking = nullptr;
     QComboBox* m_sizing = nullptr;
@@ -61,10 +48,6 @@ private:
     QSpinBox* m_quietZone = nullptr;
     QSpinBox* m_lines = nullptr;
     QCheckBox* m_invert = nullptr;
-    TextPreview* m_preview = nullptr;
-    QLabel* m_message = nullptr;
-    QPushButton* m_ok = nullptr;
-    QTimer m_delay;
 };
 
 } // namespace sim

@@ -28,10 +28,6 @@ namespace sim {
 
 namespace {
 
-/// The preview follows this long after the last change, ms: long texts are not made anew at every key.
-constexpr int kPreviewDelay = 150;
-constexpr QSize kUsualSize(940, 540);
-
 /// Font and size of the text that was placed last, for the next one.
 TextSpec& lastStyle() {
     static TextSpec style = [] {
@@ -42,35 +38,17 @@ TextSpec& lastStyle() {
     return style;
 }
 
-QDoubleSpinBox* makeBox(const char* name, int decimals, double least, double most, double step, QWidget* parent) {
-    auto* box = new QDoubleSpinBox(parent);
-    box->setObjectName(QLatin1String(name));
-    box->setDecimals(decimals);
-    box->setRange(least, most);
-    box->setSingleStep(step);
-    box->setKeyboardTracking(true);
-    return box;
-}
-
-/// The value of a box, exact where it still shows what it was opened with.
-double valueOf(const QDoubleSpinBox* box, double opened) {
-    const QString shown = box->locale().toString(opened, 'f', box->decimals());
-    return shown == box->locale().toString(box->value(), 'f', box->decimals()) ? opened : box->value();
-}
-
-QComboBox* makeChoice(const char* name, std::initializer_list<const char*> keys, QWidget* parent) {
-    auto* box = new QComboBox(parent);
-    box->setObjectName(QLatin1String(name));
+QStringList texts(std::initializer_list<const char*> keys) {
+    QStringList list;
     for (const char* key : keys)
-        box->addItem(LanguageManager::GetLanText(key));
-    return box;
+        list << LanguageManager::GetLanText(key);
+    return list;
 }
 
 } // namespace
 
 TextDialog::TextDialog(QWidget* parent)
-    : QDialog(parent) {
-    prepareDialog(this, LanguageManager::GetLanText("绘制文字"));
+    : PreviewDialog("绘制文字", "TextDialog", parent) {
     build();
     TextSpec spec = lastStyle();
     spec.text.clear();
@@ -79,43 +57,25 @@ TextDialog::TextDialog(QWidget* parent)
 }
 
 TextDialog::TextDialog(const TextSpec& spec, QWidget* parent)
-    : QDialog(parent) {
-    prepareDialog(this, LanguageManager::GetLanText("编辑文字"));
+    : PreviewDialog("编辑文字", "TextDialog", parent) {
     build();
     fill(spec);
     m_text->selectAll();
 }
 
 void TextDialog::build() {
-    setObjectName(QStringLiteral("TextDialog"));
-    setAttribute(Qt::WA_DeleteOnClose);
     registerNewFonts();
-    auto* columns = new QHBoxLayout(this);
-    columns->setSpacing(14);
-    columns->addLayout(buildLeft(), 5);
-    columns->addLayout(buildRight(), 4);
-    m_delay.setSingleShot(true);
-    m_delay.setInterval(kPreviewDelay);
-    connect(&m_delay, &QTimer::timeout, this, &TextDialog::refresh);
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
-    resize(kUsualSize.boundedTo(screen));
+    PreviewDialog::build(buildLeft(), buildRight());
 }
 
 QVBoxLayout* TextDialog::buildLeft() {
     auto* column = new QVBoxLayout;
     column->setSpacing(8);
-    m_text = new QPlainTextEdit(this);
-    m_text->setObjectName(QStringLiteral("plainTextEditText"));
-    m_text->setPlaceholderText(LanguageManager::GetLanText("输入文字,可以多行"));
-    m_text->setTabChangesFocus(true);
-    m_text->setFixedHeight(84);
-    m_variables = new VariableBar(this);
-    column->addWidget(m_text);
-    column->addWidget(m_variables);
-    m_height = makeBox("doubleSpinBoxHeight", 3, kLeastTextHeight, kMostTextHeight, 0.5, this);
-    m_letterSpacing = makeBox("doubleSpinBoxLetterSpacing", 3, -kMostLetterSpacing, kMostLetterSpacing, 0.1, this);
-    m_lineSpacing = makeBox("doubleSpinBoxLineSpacing", 2, kLeastLineSpacing, kMostLineSpacing, 0.1, this);
-    m_align = makeChoice("comboBoxAlign", {"左对齐", "居中", "右对齐"}, this);
+    addText(*column, "plainTextEditText", "输入文字,可以多行");
+    m_height = makeNumber("doubleSpinBoxHeight", 3, kLeastTextHeight, kMostTextHeight, 0.5);
+    m_letterSpacing = makeNumber("doubleSpinBoxLetterSpacing", 3, -kMostLetterSpacing, kMostLetterSpacing, 0.1);
+    m_lineSpacing = makeNumber("doubleSpinBoxLineSpacing", 2, kLeastLineSpacing, kMostLineSpacing, 0.1);
+    m_align = makeChoice("comboBoxAlign", texts({"左对齐", "居中", "右对齐"}));
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(8);
     grid->setVerticalSpacing(6);
@@ -136,9 +96,6 @@ QVBoxLayout* TextDialog::buildLeft() {
     for (QDoubleSpinBox* box : {m_height, m_letterSpacing, m_lineSpacing})
         connect(box, qOverload<double>(&QDoubleSpinBox::valueChanged), this, &TextDialog::changed);
     connect(m_align, qOverload<int>(&QComboBox::currentIndexChanged), this, &TextDialog::changed);
-    connect(m_text, &QPlainTextEdit::textChanged, this, &TextDialog::changed);
-    connect(m_variables, &VariableBar::changed, this, &TextDialog::changed);
-    connect(m_variables, &VariableBar::inserted, m_text, &QPlainTextEdit::insertPlainText);
     return column;
 }
 
@@ -148,10 +105,7 @@ QHBoxLayout* TextDialog::buildStyle() {
     m_bold->setObjectName(QStringLiteral("checkBoxBold"));
     m_italic = new QCheckBox(LanguageManager::GetLanText("斜体"), this);
     m_italic->setObjectName(QStringLiteral("checkBoxItalic"));
-    m_message = new QLabel(this);
-    m_message->setObjectName(QStringLiteral("labelMessage"));
-    m_message->setWordWrap(true);
-    m_message->setTextFormat(Qt::PlainText);
+    m_message = makeMessage();
     for (QCheckBox* box : {m_bold, m_italic}) {
         row->addWidget(box);
         connect(box, &QCheckBox::toggled, this, &TextDialog::changed);
@@ -164,7 +118,7 @@ QHBoxLayout* TextDialog::buildStyle() {
 QVBoxLayout* TextDialog::buildRight() {
     auto* column = new QVBoxLayout;
     column->setSpacing(8);
-    m_kind = makeChoice("comboBoxFontKind", {"全部字体", "单线字体", "轮廓字体"}, this);
+    m_kind = makeChoice("comboBoxFontKind", texts({"全部字体", "单线字体", "轮廓字体"}));
     column->addWidget(m_kind);
     m_model = new FontListModel(this);
     m_fonts = new QListView(this);
@@ -175,13 +129,7 @@ QVBoxLayout* TextDialog::buildRight() {
     m_fonts->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_fonts->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     column->addWidget(m_fonts, 1);
-    const ButtonRow buttons = makeOkCancel(this);
-    m_ok = buttons.ok;
-    // Return begins a new line of the text.
-    m_ok->setDefault(false);
-    m_ok->setAutoDefault(false);
-    column->addLayout(buttons.layout);
-    connect(m_ok, &QPushButton::clicked, this, &TextDialog::accept);
+    addButtons(*column);
     connect(m_kind, qOverload<int>(&QComboBox::currentIndexChanged), this, &TextDialog::listKind);
     connect(m_fonts->selectionModel(), &QItemSelectionModel::currentChanged, this, &TextDialog::fontChosen);
     return column;
@@ -231,10 +179,6 @@ void TextDialog::fontChosen() {
     changed();
 }
 
-void TextDialog::changed() {
-    m_delay.start();
-}
-
 TextSpec TextDialog::spec() const {
     TextSpec spec;
     spec.text = m_text->toPlainText();
@@ -263,11 +207,8 @@ bool TextDialog::refresh() {
     return good;
 }
 
-void TextDialog::accept() {
-    if (!refresh())
-        return;
+void TextDialog::keep() {
     lastStyle() = spec();
-    QDialog::accept();
 }
 
 } // namespace sim

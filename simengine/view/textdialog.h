@@ -2,30 +2,18 @@
 #pragma once
 
 #include "simengine/document/textmaker.h"
-
-#include <QDialog>
-#include <QTimer>
+#include "simengine/view/previewdialog.h"
 
 class QCheckBox;
-class QComboBox;
-class QDoubleSpinBox;
 class QHBoxLayout;
-class QLabel;
 class QListView;
-class QPlainTextEdit;
-class QPushButton;
-class QToolButton;
-class QVBoxLayout;
 
 namespace sim {
 
 class FontListModel;
-class TextPreview;
-class VariableBar;
 
-/// Asks for a text, its font and its size, and shows it as it will be marked. "确定" is enabled while the text can be
-/// marked. Imported fonts are looked for each time it is made.
-class TextDialog : public QDialog {
+/// Asks for a text, its font and its size. Imported fonts are looked for each time it is made.
+class TextDialog : public PreviewDialog {
     Q_OBJECT
 public:
     /// A text to be placed, in the font and size that were chosen last.
@@ -36,7 +24,9 @@ public:
     /// What was entered. Sizes that were not touched keep the exact value that they were opened with.
     TextSpec spec() const;
 
-    void accept() override;
+protected:
+    bool refresh() override;
+    void keep() override;
 
 private:
     void build();
@@ -47,16 +37,11 @@ private:
     void chooseFont(const QString& family, bool singleLine);
     void listKind();
     void fontChosen();
-    void changed();
-    /// Makes the text anew; gives whether it can be marked.
-    bool refresh();
 
     TextSpec m_opened;
     QString m_family;
     bool m_singleLine = true;
 
-    QPlainTextEdit* m_text = nullptr;
-    VariableBar* m_variables = nullptr;
     QComboBox* m_kind = nullptr;
     QListView* m_fonts = nullptr;
     FontListModel* m_model = nullptr;
@@ -66,10 +51,6 @@ private:
     QCheckBox* m_bold = nullptr;
     QCheckBox* m_italic = nullptr;
     QComboBox* m_align = nullptr;
-    TextPreview* m_preview = nullptr;
-    QLabel* m_message = nullptr;
-    QPushButton* m_ok = nullptr;
-    QTimer m_delay;
 };
 
 } // namespace sim
