@@ -34,9 +34,19 @@ void CardCore::close() {
         ++m_closings;
     }
     m_waitChanged.notify_all();
-    const std::lock_guard<std::mutex> lock(m_listMutex);
-    m_list.clear();
-    m_listOpen = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_listMutex);
+        m_list.clear();
+        m_listOpen = false;
+    }
+    const std::lock_guard<std::mutex> lock(m_listenerMutex);
+    if (m_closedListener)
+        m_closedListener();
+}
+
+void CardCore::setClosedListener(std::function<void()> listener) {
+    const std::lock_guard<std::mutex> lock(m_listenerMutex);
+    m_closedListener = std::move(listener);
 }
 
 void CardCore::setSpeed(double factor) {

@@ -18,6 +18,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstdint>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -40,6 +41,9 @@ public:
     bool open();
     /// Stops a running job, whose caller then gets its result, and ends the worker.
     void close();
+    /// Told on the closing thread before close() returns, when the card takes no call any more; null takes it off. May
+    /// drive outputs, but not open or close.
+    void setClosedListener(std::function<void()> listener);
     bool isOpen() const { return m_runner.isOpen(); }
 
     // What the next job is run with.
@@ -108,7 +112,9 @@ public:
     std::uint32_t inputs() const { return isOpen() ? m_io.inputs() : 0; }
     std::uint32_t outputs() const { return isOpen() ? m_io.outputs() : 0; }
     /// False when closed, when there is no such output, and with the fault "outputs_stuck", which keeps the levels.
-    bool setOutput(int bit, bool on) { return isOpen() && !m_faults.isOn("outputs_stuck") && m_io.setOutput(bit, on); }
+    bool setOutput(int bit, bool on) { return isOpen() && driveOutput(bit, on); }
+    /// The same of a card that is being closed.
+    bool driveOutput(int bit, bool on) { return !m_faults.isOn("outputs_stuck") && m_io.setOutput(bit, on); }
     /// The error line, apart from the 32 outputs.
     void setErrorOutput(bool on);
     bool errorOutput() const { return m_errorOutput.load(); }
@@ -162,6 +168,8 @@ private:
     std::mutex m_waitMutex; ///< guards the count of closings
     std::condition_variable m_waitChanged;
     std::uint64_t m_closings = 0;
+    std::mutex m_listenerMutex; ///< guards the one below; held while it is told
+    std::function<void()> m_closedListener;
     JobRunner m_runner; ///< last: its worker ends before the rest goes
 };
 

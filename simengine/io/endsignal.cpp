@@ -33,9 +33,12 @@ EndSignalSettings currentEndSignal() {
 }
 
 EndSignal::EndSignal(CardCore& card)
-    : m_card(card) {}
+    : m_card(card) {
+    m_card.setClosedListener([this] { cardClosed(); });
+}
 
 EndSignal::~EndSignal() {
+    m_card.setClosedListener(nullptr);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_end = true;
@@ -45,9 +48,46 @@ EndSignal::~EndSignal() {
         m_thread.join();
 }
 
-void EndSignal::write(int output, bool level) {
+bool EndSignal::write(int output, bool level) {
     m_card.journal().add("SetOutputBit", journalArgs(output, level ? 1 : 0));
-    m_card.setOutput(output, level);
+    return m_card.setOutput(output, level);
+}
+
+/// The number of the signal; one that is given at the same output meanwhile is not taken back for it.
+std::uint64_t EndSignal::give(EndSignalSettings const& settings) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_laterOutput == settings.output)
+        m_laterOutput = -1;
+    m_standing.erase(settings.output);
+    const bool written = write(settings.output, settings.level);
+    ++m_signals;
+    if (settings.clear == EndSignalClear::NextRun) {
+        m_nextRunOutput = settings.output;
+        m_nextRunLevel = !settings.level;
+    } else if (written || m_card.isOpen()) {
+        m_standing[settings.output] = {!settings.level, m_signals};
+    }
+    return m_signals;
+}
+
+/// Called with the lock held. What a closed card refuses is left to cardClosed(), which is under way then.
+void EndSignal::takeBack(int output, std::uint64_t number) {
+    const auto standing = m_standing.find(output);
+    if (standing == m_standing.end() || standing->second.number != number || !m_card.isOpen())
+        return;
+    if (write(output, standing->second.restLevel) || m_card.faults().isOn("outputs_stuck"))
+        m_standing.erase(standing);
+}
+
+void EndSignal::cardClosed() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    for (const auto& [output, standing] : m_standing) {
+        m_card.journal().add("SetOutputBit", journalArgs(output, standing.restLevel ? 1 : 0));
+        m_card.driveOutput(output, standing.restLevel);
+    }
+    m_standing.clear();
+    m_laterOutput = -1;
+    m_changed.notify_all();
 }
 
 void EndSignal::runBegins() {
@@ -79,35 +119,28 @@ bool EndSignal::wait(double ms, bool wallClock, Done done) {
 EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, bool stopped) {
     if (!settings.enable || settings.output < 0 || settings.output >= kLineCount || (stopped && !settings.afterStop))
         return EndSignalResult::NotGiven;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_laterOutput == settings.output)
-            m_laterOutput = -1;
-        write(settings.output, settings.level);
-    }
+    const std::uint64_t number = give(settings);
     const bool readBack = (m_card.outputs() >> settings.output & 1U) == (settings.level ? 1U : 0U);
     bool acknowledged = true;
     switch (settings.clear) {
     case EndSignalClear::Block:
         wait(settings.duration, false, [] { return false; });
-        write(settings.output, !settings.level);
         break;
-    case EndSignalClear::NextRun: {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_nextRunOutput = settings.output;
-        m_nextRunLevel = !settings.level;
+    case EndSignalClear::NextRun:
         break;
-    }
     case EndSignalClear::Acknowledge:
         acknowledged = wait(settings.ackTimeout, true, [this, &settings] {
             return settings.ackInput >= 0 && settings.ackInput < kLineCount &&
                    (m_card.inputs() >> settings.ackInput & 1U) == (settings.ackLevel ? 1U : 0U) && m_card.isOpen();
         });
-        write(settings.output, !settings.level);
         break;
     case EndSignalClear::Thread:
-        clearLater(settings);
+        clearLater(settings, number);
         break;
+    }
+    if (settings.clear == EndSignalClear::Block || settings.clear == EndSignalClear::Acknowledge) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        takeBack(settings.output, number);
     }
     if (!acknowledged)
         return EndSignalResult::NotAcknowledged;
@@ -115,14 +148,14 @@ EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, bool stop
 }
 
 /// A signal that is still on at another output is taken back at once: there is one time for one signal.
-void EndSignal::clearLater(EndSignalSettings const& settings) {
+void EndSignal::clearLater(EndSignalSettings const& settings, std::uint64_t number) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_laterOutput >= 0)
-        write(m_laterOutput, m_laterLevel);
+        takeBack(m_laterOutput, m_laterNumber);
     const double factor = m_card.speed();
     const std::chrono::duration<double, std::milli> time(factor > 0.0 ? std::max(settings.duration, 0) / factor : 0.0);
     m_laterOutput = settings.output;
-    m_laterLevel = !settings.level;
+    m_laterNumber = number;
     m_laterAt = Clock::now() + std::chrono::duration_cast<Clock::duration>(time);
     if (!m_thread.joinable())
         m_thread = std::thread([this] { clearThread(); });
@@ -135,7 +168,7 @@ void EndSignal::clearThread() {
         if (m_laterOutput < 0) {
             m_changed.wait(lock);
         } else if (m_end || Clock::now() >= m_laterAt) {
-            write(m_laterOutput, m_laterLevel);
+            takeBack(m_laterOutput, m_laterNumber);
             m_laterOutput = -1;
         } else {
             m_changed.wait_until(lock, m_laterAt);

@@ -5,6 +5,8 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
+#include <map>
 #include <mutex>
 #include <thread>
 
@@ -35,7 +37,8 @@ enum class EndSignalResult { NotGiven, Given, NotReadBack, NotAcknowledged };
 
 /// Gives the signal at the end of jobs and takes it back. Calls from any thread; waits follow the machine's speed and
 /// end early when the card is closed or a stop comes. As fast as possible a duration is no time at all, but the plant
-/// that acknowledges has its time-out on the wall's clock.
+/// that acknowledges has its time-out on the wall's clock. The closing of the card takes back what a duration or an
+/// acknowledge would have taken back: a closed card could not do it any more.
 class EndSignal {
 public:
     explicit EndSignal(CardCore& card);
@@ -52,8 +55,17 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    void write(int output, bool level);
-    void clearLater(EndSignalSettings const& settings);
+    /// A signal that is given until its time or its acknowledge comes.
+    struct Standing {
+        bool restLevel = false;
+        std::uint64_t number = 0;
+    };
+
+    bool write(int output, bool level);
+    std::uint64_t give(EndSignalSettings const& settings);
+    void takeBack(int output, std::uint64_t number);
+    void cardClosed();
+    void clearLater(EndSignalSettings const& settings, std::uint64_t number);
     void clearThread();
     /// Waits until `done` or the time is over; true for `done`. A stop or the closing of the card ends it too.
     template<typename Done>
@@ -62,10 +74,12 @@ private:
     CardCore& m_card;
     std::mutex m_mutex; ///< guards all below
     std::condition_variable m_changed;
-    int m_nextRunOutput = -1; ///< output to take back at the next run, -1 for none
+    std::uint64_t m_signals = 0;
+    std::map<int, Standing> m_standing; ///< by output
+    int m_nextRunOutput = -1;           ///< output to take back at the next run, -1 for none
     bool m_nextRunLevel = false;
     int m_laterOutput = -1; ///< likewise when m_laterAt comes
-    bool m_laterLevel = false;
+    std::uint64_t m_laterNumber = 0;
     Clock::time_point m_laterAt{};
     bool m_end = false;
     std::thread m_thread; ///< made with the first signal that needs it

@@ -34,7 +34,10 @@ private slots:
     void clear_type_2_waits_for_the_acknowledge();
     void clear_type_2_gives_up_after_the_time_out();
     void clear_type_2_ends_with_a_stop();
-    void clear_type_2_ends_with_the_card_closed();
+    void the_closing_of_the_card_takes_it_back_data();
+    void the_closing_of_the_card_takes_it_back();
+    void clear_type_1_stays_over_a_closing_of_the_card();
+    void a_job_that_the_closing_ends_leaves_no_signal_on();
     void clear_type_3_returns_at_once_and_clears_later();
     void clear_type_3_of_two_jobs_is_cleared_once();
     void previews_give_no_signal_data();
@@ -165,12 +168,55 @@ void EndSignalTest::clear_type_2_ends_with_a_stop() {
     QVERIFY(!isOn());
 }
 
-void EndSignalTest::clear_type_2_ends_with_the_card_closed() {
-    set(2, 0, 600000);
+void EndSignalTest::the_closing_of_the_card_takes_it_back_data() {
+    QTest::addColumn<int>("way");
+    QTest::addColumn<int>("level");
+    QTest::newRow("blocks") << 0 << 1;
+    QTest::newRow("waits for the acknowledge") << 2 << 1;
+    QTest::newRow("waits for the acknowledge, given by 0") << 2 << 0;
+    QTest::newRow("cleared later") << 3 << 1;
+}
+
+void EndSignalTest::the_closing_of_the_card_takes_it_back() {
+    QFETCH(int, way);
+    QFETCH(int, level);
+    set(way, 600000, 600000, level);
+    MarkCardInstance::Instance()->SetOutputBit(kOutput, 1 - level);
+    OpenCard::control().clearJournal();
     std::future<bool> job = runAside();
-    QTRY_VERIFY(isOn());
+    QTRY_COMPARE(isOn(), level == 1);
+    MarkCardInstance::Instance()->CloseCard();
+    QCOMPARE(isOn(), level == 0);
+    QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
+    MarkCardInstance::Instance()->OpenCard();
+    QCOMPARE(isOn(), level == 0);
+    COMPARE_JOURNAL(signalCalls(), {call("SetOutputBit", kOutput, level), call("SetOutputBit", kOutput, 1 - level)});
+}
+
+void EndSignalTest::clear_type_1_stays_over_a_closing_of_the_card() {
+    set(1);
+    QVERIFY(run());
+    MarkCardInstance::Instance()->CloseCard();
+    QVERIFY(isOn());
+    MarkCardInstance::Instance()->OpenCard();
+    QVERIFY(isOn());
+    IOOutputSet::Instance()->SetEndSignal(false, kOutput, 1, 0, 0, kAckInput, 1, 0, false);
+    QVERIFY(run());
+    QVERIFY(!isOn());
+}
+
+void EndSignalTest::a_job_that_the_closing_ends_leaves_no_signal_on() {
+    set(0, 600000);
+    IOOutputSet::Instance()->m_bStopHasEndSig = true;
+    for (LayerData& pen : m_view->GetLayerParams()->GetLayerData()) {
+        pen.UseDefault = false;
+        pen.MarkSpeed = 1.0;
+    }
+    std::future<bool> job = runAside();
+    QTRY_VERIFY(OpenCard::control().state().laser);
     MarkCardInstance::Instance()->CloseCard();
     QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
+    QVERIFY(!isOn());
 }
 
 void EndSignalTest::clear_type_3_returns_at_once_and_clears_later() {
