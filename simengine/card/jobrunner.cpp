@@ -87,6 +87,7 @@ Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& tick
     m_stop = false;
     m_unheard = false;
     m_hold = false;
+    m_orderedAt.reset();
     const std::uint64_t number = ++m_jobs;
     alert();
     if (setup.penService)
@@ -120,6 +121,7 @@ void JobRunner::setState(RunState state) {
     alert();
     if (state == RunState::Stop) {
         m_lastStopByState = true;
+        countOrder();
         requestStop(lock);
     } else if (state == RunState::Pause)
         awaitHold(lock);
@@ -133,7 +135,21 @@ RunState JobRunner::state() const {
 void JobRunner::stop() {
     Lock lock(m_mutex);
     m_lastStopByState = false;
+    countOrder();
     requestStop(lock);
+}
+
+void JobRunner::countOrder() {
+    const Clock::time_point now = Clock::now();
+    if (m_orderedAt && now - *m_orderedAt < kFollowUpTime)
+        return;
+    ++m_stopOrders;
+    m_orderedAt = now;
+}
+
+std::uint64_t JobRunner::stopOrders() const {
+    const Lock lock(m_mutex);
+    return m_stopOrders;
 }
 
 void JobRunner::requestStop(Lock& lock) {

@@ -117,6 +117,9 @@ public:
     /// Lets stops have no effect on a running job, as of a card that hangs; they are noted, and their calls return at
     /// once. With `on` false again a stop that was noted takes effect. A closing ends the job all the same.
     void setDeaf(bool on);
+    /// Stops that were ordered so far. What an operator or a host orders once comes as several calls from several
+    /// places: the calls within half a second of the first are one order, unless a job begins in between.
+    std::uint64_t stopOrders() const;
     /// Waits until a stop is over. A stop comes as stop(), setState(Stop), stop(): the card has settled 10 ms after the
     /// last of the three, 0.5 s after a stop that is not followed up. False when that took longer than a second.
     bool waitSettled();
@@ -170,6 +173,7 @@ private:
     void awaitEnd(Lock& lock, std::uint64_t job);
     void awaitHold(Lock& lock);
     void requestStop(Lock& lock);
+    void countOrder();
     bool onWorker() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
     Trace& m_trace;
@@ -195,6 +199,8 @@ private:
     std::uint64_t m_stops = 0; ///< stops asked for so far
     Clock::time_point m_lastStop{};
     bool m_lastStopByState = false; ///< the last stop was the state's, so StopMark is still to follow
+    std::uint64_t m_stopOrders = 0;
+    std::optional<Clock::time_point> m_orderedAt; ///< the last of them, since the last job has begun
     double m_factor = 1.0;
 
     const Job* m_job = nullptr; ///< the job on the card

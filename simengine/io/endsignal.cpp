@@ -99,12 +99,13 @@ void EndSignal::runBegins() {
 
 template<typename Done>
 bool EndSignal::wait(double ms, bool wallClock, Done done) {
-    const RunState before = m_card.state();
+    // A stop's other calls come after the job that it ended; the next order is for the signal.
+    const std::uint64_t before = m_card.runner().stopOrders();
     double passed = 0.0;
     Clock::time_point last = Clock::now();
     while (!done()) {
         const double factor = wallClock && m_card.speed() <= 0.0 ? 1.0 : m_card.speed();
-        const bool stopped = before != RunState::Stop && m_card.state() == RunState::Stop;
+        const bool stopped = m_card.runner().stopOrders() != before;
         if (factor <= 0.0 || passed >= ms || stopped || !m_card.isOpen())
             return false;
         std::unique_lock<std::mutex> lock(m_mutex);

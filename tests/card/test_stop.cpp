@@ -92,6 +92,28 @@ TEST_F(CardStop, stop_that_is_not_followed_up_settles_as_well) {
     EXPECT_EQ(card.state(), RunState::Run);
 }
 
+TEST_F(CardStop, calls_of_one_stop_are_one_order) {
+    const auto orders = [this, before = card.runner().stopOrders()] { return card.runner().stopOrders() - before; };
+    auto job = startLongLine();
+    // A host's stop: the remote run's calls, and those of each run dialog.
+    card.setState(RunState::Stop);
+    card.stop();
+    card.stop();
+    card.setState(RunState::Stop);
+    card.stop();
+    EXPECT_TRUE(job.get());
+    EXPECT_EQ(orders(), 1u);
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    card.stop();
+    EXPECT_EQ(orders(), 2u);
+    card.setState(RunState::Run);
+    auto next = start(jobOf({polyline({{0, 0}, {10000, 0}})}));
+    ASSERT_TRUE(waitForActivity(Activity::Running));
+    card.stop(); // of another job
+    EXPECT_EQ(orders(), 3u);
+    EXPECT_TRUE(next.get());
+}
+
 TEST_F(CardStop, pause_state_and_resume_continue_at_the_exact_point) {
     auto job = startLongLine();
     card.setState(RunState::Pause);

@@ -33,7 +33,10 @@ private slots:
     void clear_type_2_waits_for_the_acknowledge_data();
     void clear_type_2_waits_for_the_acknowledge();
     void clear_type_2_gives_up_after_the_time_out();
+    void clear_type_2_ends_with_a_stop_data();
     void clear_type_2_ends_with_a_stop();
+    void the_signal_of_a_stopped_job_ends_with_the_next_stop_data();
+    void the_signal_of_a_stopped_job_ends_with_the_next_stop();
     void the_closing_of_the_card_takes_it_back_data();
     void the_closing_of_the_card_takes_it_back();
     void clear_type_1_stays_over_a_closing_of_the_card();
@@ -62,6 +65,14 @@ private:
     }
     std::future<bool> runAside() {
         return std::async(std::launch::async, [this] { return run(); });
+    }
+    /// Long enough to be stopped.
+    std::future<bool> runSlowlyAside() {
+        for (LayerData& pen : m_view->GetLayerParams()->GetLayerData()) {
+            pen.UseDefault = false;
+            pen.MarkSpeed = 1.0;
+        }
+        return runAside();
     }
     static bool isOn() { return (OpenCard::outputs() >> kOutput & 1U) != 0; }
     static QVector<JournalEntry> signalCalls() { return OpenCard::calls({"SetOutputBit"}); }
@@ -159,11 +170,48 @@ void EndSignalTest::clear_type_2_gives_up_after_the_time_out() {
     QVERIFY(calls.at(1).timeMs - calls.at(0).timeMs >= 80.0);
 }
 
+void EndSignalTest::clear_type_2_ends_with_a_stop_data() {
+    QTest::addColumn<bool>("byState");
+    QTest::newRow("of the state") << true;
+    QTest::newRow("of the card") << false;
+}
+
 void EndSignalTest::clear_type_2_ends_with_a_stop() {
+    QFETCH(bool, byState);
     set(2, 0, 600000);
     std::future<bool> job = runAside();
     QTRY_VERIFY(isOn());
-    MarkCardInstance::Instance()->SetMarkStaus(MarkStatusStop);
+    if (byState)
+        MarkCardInstance::Instance()->SetMarkStaus(MarkStatusStop);
+    else
+        MarkCardInstance::Instance()->StopMark();
+    QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
+    QVERIFY(!isOn());
+}
+
+void EndSignalTest::the_signal_of_a_stopped_job_ends_with_the_next_stop_data() {
+    QTest::addColumn<int>("way");
+    QTest::newRow("blocks") << 0;
+    QTest::newRow("waits for the acknowledge") << 2;
+}
+
+/// The calls of one stop end the job and leave its signal alone; those half a second later are another one.
+void EndSignalTest::the_signal_of_a_stopped_job_ends_with_the_next_stop() {
+    QFETCH(int, way);
+    set(way, 600000, 600000);
+    IOOutputSet::Instance()->m_bStopHasEndSig = true;
+    std::future<bool> job = runSlowlyAside();
+    QTRY_VERIFY(OpenCard::control().state().laser);
+    IMarkCardBase* card = MarkCardInstance::Instance();
+    const auto stop = [card] {
+        card->StopMark();
+        card->SetMarkStaus(MarkStatusStop);
+        card->StopMark();
+    };
+    stop();
+    QTRY_VERIFY(isOn());
+    QVERIFY(job.wait_for(std::chrono::milliseconds(550)) == std::future_status::timeout);
+    stop();
     QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
     QVERIFY(!isOn());
 }
@@ -208,11 +256,7 @@ void EndSignalTest::clear_type_1_stays_over_a_closing_of_the_card() {
 void EndSignalTest::a_job_that_the_closing_ends_leaves_no_signal_on() {
     set(0, 600000);
     IOOutputSet::Instance()->m_bStopHasEndSig = true;
-    for (LayerData& pen : m_view->GetLayerParams()->GetLayerData()) {
-        pen.UseDefault = false;
-        pen.MarkSpeed = 1.0;
-    }
-    std::future<bool> job = runAside();
+    std::future<bool> job = runSlowlyAside();
     QTRY_VERIFY(OpenCard::control().state().laser);
     MarkCardInstance::Instance()->CloseCard();
     QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
@@ -264,11 +308,7 @@ void EndSignalTest::a_stopped_job_gives_it_only_when_asked() {
     QFETCH(bool, asked);
     set(0, 10);
     IOOutputSet::Instance()->m_bStopHasEndSig = asked;
-    for (LayerData& pen : m_view->GetLayerParams()->GetLayerData()) {
-        pen.UseDefault = false;
-        pen.MarkSpeed = 1.0;
-    }
-    std::future<bool> job = runAside();
+    std::future<bool> job = runSlowlyAside();
     QTRY_VERIFY(OpenCard::control().state().laser);
     MarkCardInstance::Instance()->StopMark();
     MarkCardInstance::Instance()->SetMarkStaus(MarkStatusStop);
