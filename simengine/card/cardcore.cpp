@@ -91,13 +91,13 @@ JobRunner::Ticket CardCore::arm() const {
     return ticket;
 }
 
-bool CardCore::run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService) {
+RunResult CardCore::run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService) {
     return runNow(std::move(job), loop && m_bufferLoop.load(), false, ticket, std::move(penService));
 }
 
-bool CardCore::runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService) {
+RunResult CardCore::runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService) {
     if (m_faults.isOn("job_fails"))
-        return false;
+        return {};
     job.kind = ticket.kind;
     JobSetup setup;
     setup.pens = pens();
@@ -113,7 +113,7 @@ bool CardCore::runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& 
     measureHull(job, setup.plan.border);
     if (head().activity == Activity::Idle) // another job's time-out is not this one's to drop
         m_faults.forget();
-    return m_runner.run(job, setup, ticket) != Outcome::Refused;
+    return m_runner.run(job, setup, ticket);
 }
 
 JobTime CardCore::estimate(Job job) const {
@@ -187,7 +187,7 @@ void CardCore::addPoint(int pen, Point point, double dwellUs) {
     m_list.push_back(std::move(stroke));
 }
 
-bool CardCore::endList(PenService penService) {
+RunResult CardCore::endList(PenService penService) {
     Job job;
     JobRunner::Ticket ticket;
     {
@@ -196,7 +196,7 @@ bool CardCore::endList(PenService penService) {
         ticket = m_listTicket;
         ticket.kind = kind();
         if (!std::exchange(m_listOpen, false))
-            return false;
+            return {};
     }
     return runNow(std::move(job), false, true, ticket, std::move(penService));
 }

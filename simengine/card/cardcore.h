@@ -60,11 +60,11 @@ public:
     /// To be taken when a document begins to turn itself into a job: a stop from then on ends the job.
     JobRunner::Ticket arm() const;
     /// Runs a job of the kind that was set when the ticket was taken (the job's own is not looked at) and returns when
-    /// it has ended. False when nothing could be run: card closed, nothing to mark, run state Stop when the ticket was
-    /// taken, another job on the card, the fault "job_fails". A job that was stopped gives true. Jobs that mark with
-    /// the laser have the pen service called, see JobRunner::run; previews do not.
-    bool run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService = nullptr);
-    bool run(Job job, bool loop) { return run(std::move(job), loop, arm()); }
+    /// it has ended. Refused when nothing could be run: card closed, nothing to mark, run state Stop when the ticket
+    /// was taken, another job on the card, the fault "job_fails". Jobs that mark with the laser have the pen service
+    /// called, see JobRunner::run; previews do not.
+    RunResult run(Job job, bool loop, const JobRunner::Ticket& ticket, PenService penService = nullptr);
+    RunResult run(Job job, bool loop) { return run(std::move(job), loop, arm()); }
     /// Time of one pass of a job by the pens and delays now set, from where the head stands.
     JobTime estimate(Job job) const;
 
@@ -73,8 +73,8 @@ public:
     void addPolyline(int pen, std::vector<Point> points);
     /// A dwell below 0 means the pen's own point time.
     void addPoint(int pen, Point point, double dwellUs);
-    /// Runs the list and empties it; false when nothing could be run.
-    bool endList(PenService penService = nullptr);
+    /// Runs the list and empties it.
+    RunResult endList(PenService penService = nullptr);
 
     void setState(RunState state);
     RunState state() const;
@@ -139,7 +139,7 @@ public:
     const Trace& trace() const { return m_trace; }
 
 private:
-    bool runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService);
+    RunResult runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService);
     void openList();
     PlanSettings planSettings() const;
 

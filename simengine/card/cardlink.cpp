@@ -82,7 +82,7 @@ CardRun::CardRun(bool selectedOnly, bool loop)
     m_ticket = simulatedCard().arm();
 }
 
-bool CardRun::start(Job job) {
+RunResult CardRun::start(Job job) {
     CardCore& card = simulatedCard();
     SystemParam const* system = SystemParam::Instance();
     card.setBufferLoop(system->UsedBufLoop());
@@ -90,10 +90,9 @@ bool CardRun::start(Job job) {
     card.setPenChangeDelayMs(system->GetChangeLayerDelay());
     takeBorderSettings(m_ticket.kind);
     card.headWay().setSplice(storedSplice());
-    const bool ran = card.run(std::move(job), m_loop, m_ticket, serialLaserService());
-    if (ran)
-        logCentreLines(card.lastTime());
-    return ran;
+    RunResult result = card.run(std::move(job), m_loop, m_ticket, serialLaserService());
+    logCentreLines(result.time);
+    return result;
 }
 
 Point onMachine(Point place) {

@@ -34,9 +34,9 @@ public:
     /// That of the last SetMarkType before the run was ordered.
     MarkKind kind() const { return m_ticket.kind; }
 
-    /// Runs the job and returns when it has ended; false when nothing could be run. Buffer loop, loop delay and pen
+    /// Runs the job and returns when it has ended. Buffer loop, loop delay and pen
     /// change delay are those that SystemParam holds now.
-    bool start(Job job);
+    RunResult start(Job job);
 
 private:
     bool m_loop;

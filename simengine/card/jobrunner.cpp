@@ -68,22 +68,22 @@ JobRunner::Ticket JobRunner::armDirect() const {
     return {m_stops, !m_open};
 }
 
-Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ticket) {
+RunResult JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ticket) {
     if (ticket.refused || !Planner::hasWork(job))
-        return Outcome::Refused;
+        return {};
     Lock lock(m_mutex);
     if (!m_open || m_job || onWorker())
-        return Outcome::Refused;
+        return {};
     // A service that outlives its stopped job would undo what the one of this job does.
     m_changed.wait(lock, [this, &ticket] { return !m_serving || !m_open || m_stops != ticket.stops; });
     if (!m_open || m_job)
-        return Outcome::Refused;
+        return {};
     if (m_stops != ticket.stops)
-        return Outcome::Stopped;
+        return {Outcome::Stopped, {}, m_stopOrders};
     m_job = &job;
     m_setup = &setup;
-    Outcome outcome = Outcome::Refused;
-    m_result = &outcome;
+    RunResult result;
+    m_result = &result;
     m_stop = false;
     m_unheard = false;
     m_hold = false;
@@ -93,7 +93,7 @@ Outcome JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& tick
     if (setup.penService)
         servePens(lock, setup, number);
     awaitEnd(lock, number);
-    return outcome;
+    return result;
 }
 
 /// On the thread of the job's caller, until the job ends. It may end within a service; then no other begins meanwhile.

@@ -30,6 +30,16 @@ enum class Outcome {
     Refused, ///< nothing was run: no card, nothing to mark, another job on the card, run state Stop
 };
 
+/// What became of one job, as its caller gets it: by the time it looks, the card may have another job or none.
+struct RunResult {
+    Outcome outcome = Outcome::Refused;
+    JobTime time;                 ///< as JobRunner::lastTime(); none of a job that was stopped before it began
+    std::uint64_t stopOrders = 0; ///< JobRunner::stopOrders() at its end
+
+    /// Something was run, or would have been but for a stop.
+    explicit operator bool() const { return outcome != Outcome::Refused; }
+};
+
 enum class Activity { Idle, Running, Paused, Waiting };
 
 /// Makes what stands beside the card ready for a pen, given as it was downloaded, and its number. Called on the thread
@@ -97,7 +107,7 @@ public:
     /// vector. A stop since the ticket was taken ends it before it began: Stopped. While the pen service works the job
     /// stands as in a pause, its clock too, and obeys stop and pause as ever; the call returns only when the service
     /// has returned, and a job that comes after the stop waits for that.
-    Outcome run(const Job& job, const JobSetup& setup, const Ticket& ticket);
+    RunResult run(const Job& job, const JobSetup& setup, const Ticket& ticket);
 
     /// Sets the run state; returns when a running job obeys it.
     void setState(RunState state);
@@ -205,10 +215,10 @@ private:
 
     const Job* m_job = nullptr; ///< the job on the card
     const JobSetup* m_setup = nullptr;
-    Outcome* m_result = nullptr; ///< where its caller wants the outcome
-    std::uint64_t m_jobs = 0;    ///< number of the job on the card or of the last one
-    std::optional<int> m_duePen; ///< the job waits for its service
-    bool m_serving = false;      ///< a caller of run() is in its pen service
+    RunResult* m_result = nullptr; ///< of its caller
+    std::uint64_t m_jobs = 0;      ///< number of the job on the card or of the last one
+    std::optional<int> m_duePen;   ///< the job waits for its service
+    bool m_serving = false;        ///< a caller of run() is in its pen service
     Activity m_activity = Activity::Idle;
     Outcome m_lastOutcome = Outcome::Done;
     SimClock m_clock;

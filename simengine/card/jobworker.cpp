@@ -66,16 +66,16 @@ void JobRunner::execute(Lock& lock) {
 }
 
 void JobRunner::finish(Executor& executor) {
-    *m_result = m_stop ? Outcome::Stopped : Outcome::Done;
+    m_lastOutcome = m_stop ? Outcome::Stopped : Outcome::Done;
     if (m_stop) {
         executor.stop();
         m_reaction.acted = Clock::now();
         m_reaction.passMs = executor.passMs();
     }
     publish(executor);
-    m_lastOutcome = *m_result;
     m_lastTime = executor.time();
     m_lastTime.passes = executor.passes();
+    *m_result = {m_lastOutcome, m_lastTime, m_stopOrders};
     const Point end = executor.position();
     m_idle = {end, end, Clock::now(), 0.0, m_factor};
     m_activity = Activity::Idle;

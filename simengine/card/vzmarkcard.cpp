@@ -43,8 +43,7 @@ void VZMarkCard::BeginList(int mode) {
 void VZMarkCard::EndList() {
     record("EndList");
     takeBorderSettings(simulatedCard().kind());
-    if (simulatedCard().endList(serialLaserService()))
-        logCentreLines(simulatedCard().lastTime());
+    logCentreLines(simulatedCard().endList(serialLaserService()).time);
 }
 
 void VZMarkCard::StopMark() {

@@ -98,14 +98,13 @@ void EndSignal::runBegins() {
 }
 
 template<typename Done>
-bool EndSignal::wait(double ms, bool wallClock, Done done) {
-    // A stop's other calls come after the job that it ended; the next order is for the signal.
-    const std::uint64_t before = m_card.runner().stopOrders();
+bool EndSignal::wait(double ms, bool wallClock, std::uint64_t stopOrders, Done done) {
     double passed = 0.0;
     Clock::time_point last = Clock::now();
     while (!done()) {
         const double factor = wallClock && m_card.speed() <= 0.0 ? 1.0 : m_card.speed();
-        const bool stopped = m_card.runner().stopOrders() != before;
+        // A stop's other calls come after the job that it ended; the next order is for the signal.
+        const bool stopped = m_card.runner().stopOrders() != stopOrders;
         if (factor <= 0.0 || passed >= ms || stopped || !m_card.isOpen())
             return false;
         std::unique_lock<std::mutex> lock(m_mutex);
@@ -117,7 +116,8 @@ bool EndSignal::wait(double ms, bool wallClock, Done done) {
     return true;
 }
 
-EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, bool stopped) {
+EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, RunResult const& result) {
+    const bool stopped = result.outcome == Outcome::Stopped;
     if (!settings.enable || settings.output < 0 || settings.output >= kLineCount || (stopped && !settings.afterStop))
         return EndSignalResult::NotGiven;
     const std::uint64_t number = give(settings);
@@ -125,12 +125,12 @@ EndSignalResult EndSignal::runEnded(EndSignalSettings const& settings, bool stop
     bool acknowledged = true;
     switch (settings.clear) {
     case EndSignalClear::Block:
-        wait(settings.duration, false, [] { return false; });
+        wait(settings.duration, false, result.stopOrders, [] { return false; });
         break;
     case EndSignalClear::NextRun:
         break;
     case EndSignalClear::Acknowledge:
-        acknowledged = wait(settings.ackTimeout, true, [this, &settings] {
+        acknowledged = wait(settings.ackTimeout, true, result.stopOrders, [this, &settings] {
             return settings.ackInput >= 0 && settings.ackInput < kLineCount &&
                    (m_card.inputs() >> settings.ackInput & 1U) == (settings.ackLevel ? 1U : 0U) && m_card.isOpen();
         });

@@ -49,8 +49,8 @@ public:
 
     /// Takes back what the last job left with EndSignalClear::NextRun.
     void runBegins();
-    /// Blocks as the settings say.
-    EndSignalResult runEnded(EndSignalSettings const& settings, bool stopped);
+    /// Blocks as the settings say, if need be until a stop that was ordered after the end of the job.
+    EndSignalResult runEnded(EndSignalSettings const& settings, RunResult const& result);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -69,7 +69,7 @@ private:
     void clearThread();
     /// Waits until `done` or the time is over; true for `done`. A stop or the closing of the card ends it too.
     template<typename Done>
-    bool wait(double ms, bool wallClock, Done done);
+    bool wait(double ms, bool wallClock, std::uint64_t stopOrders, Done done);
 
     CardCore& m_card;
     std::mutex m_mutex; ///< guards all below

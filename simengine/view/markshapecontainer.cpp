@@ -6,7 +6,6 @@
 #include "engine/marktool.h"
 #include "engine/systemparam.h"
 #include "simengine/card/cardlink.h"
-#include "simengine/card/statuswords.h"
 #include "simengine/document/contained.h"
 #include "simengine/document/runplan.h"
 #include "simengine/log/runtimes.h"
@@ -48,9 +47,9 @@ struct MarkShapeContainer::Private {
 namespace {
 
 /// Tells the plant that the job has ended; previews are no jobs to it.
-void giveEndSignal(bool stopped) {
+void giveEndSignal(const sim::RunResult& result) {
     const sim::EndSignalSettings settings = sim::currentEndSignal();
-    switch (sim::cardEndSignal().runEnded(settings, stopped)) {
+    switch (sim::cardEndSignal().runEnded(settings, result)) {
     case sim::EndSignalResult::NotReadBack:
         MarkLog::Instance()->ShowNote_Error(
             QStringLiteral("end signal: output %1 does not read back as written").arg(settings.output));
@@ -110,7 +109,7 @@ bool refuse(QString const& text) {
     return sim::RunRecord::refused();
 }
 
-bool runTold(sim::CardRun& run, sim::Job job, JobListener const& listener) {
+sim::RunResult runTold(sim::CardRun& run, sim::Job job, JobListener const& listener) {
     const ToldJob told(listener, run.kind());
     return run.start(std::move(job));
 }
@@ -140,18 +139,18 @@ bool MarkShapeContainer::Private::mark(bool selectedOnly, bool loop, LayerParamE
         return refuse(sim::variableMessage(variables.problem()));
     if (loop && variables.counts() && SystemParam::Instance()->UsedBufLoop())
         MarkLog::Instance()->ShowNode(NoteRun, LanguageManager::GetLanText("缓存循环时变量不变"));
-    if (!runTold(run, std::move(job), listener))
+    const sim::RunResult result = runTold(run, std::move(job), listener);
+    if (!result)
         return sim::RunRecord::refused();
-    const bool succeeded = (sim::simulatedCard().markInfo() & sim::markinfo::kSuccess) != 0;
+    const bool succeeded = result.outcome == sim::Outcome::Done;
     record.ended(succeeded);
     // of a job that repeats itself a pass was marked to its end although the job was stopped
-    variables.end(sim::simulatedCard().lastTime().passes > 0);
-    const double cardMs = sim::simulatedCard().lastTime().totalMs;
+    variables.end(result.time.passes > 0);
     if (!laser)
         return true;
-    giveEndSignal(!succeeded);
+    giveEndSignal(result);
     QString unkept;
-    if (!sim::contained(unkept, [&] { keepTime(plan, document.fileName(), begin, cardMs, succeeded); }))
+    if (!sim::contained(unkept, [&] { keepTime(plan, document.fileName(), begin, result.time.totalMs, succeeded); }))
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("run times: ") + unkept);
     return true;
 }

@@ -85,7 +85,7 @@ protected:
     }
 
     /// Runs a job on a thread of its own.
-    std::future<bool> start(sim::Job job, bool loop = false) {
+    std::future<sim::RunResult> start(sim::Job job, bool loop = false) {
         return std::async(std::launch::async,
                           [this, job = std::move(job), loop]() mutable { return card.run(std::move(job), loop); });
     }

@@ -190,7 +190,7 @@ TEST_F(DeviceTest, what_is_marked_on_the_fly_lies_on_the_product_as_it_was_drawn
         JobSetup setup;
         setup.pens = plainPens();
         setup.fly = encoder.motion();
-        ASSERT_EQ(runner.run(job, setup, runner.arm()), Outcome::Done);
+        ASSERT_EQ(runner.run(job, setup, runner.arm()).outcome, Outcome::Done);
         const TraceSnapshot rows = trace.snapshot();
         ASSERT_GE(rows.size(), 5u);
         std::size_t index = 0;

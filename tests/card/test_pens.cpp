@@ -80,7 +80,7 @@ protected:
         CardTest::SetUp();
         card.setSpeed(0);
     }
-    std::future<bool> start(Job job, Service& service, bool loop = false) {
+    std::future<RunResult> start(Job job, Service& service, bool loop = false) {
         return std::async(std::launch::async, [this, &service, job = std::move(job), loop]() mutable {
             return card.run(std::move(job), loop, card.arm(), service.function());
         });

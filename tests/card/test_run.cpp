@@ -464,6 +464,25 @@ TEST(ClosedCard, opening_fails_with_the_fault_and_works_again_without) {
     EXPECT_TRUE(card.isOpen());
 }
 
+TEST_F(CardRun, result_is_that_of_the_job_whatever_the_card_does_afterwards) {
+    card.setSpeed(0);
+    const RunResult small = card.run(jobOf({square(0, 0, 10)}), false);
+    card.clearAlarm();
+    const RunResult large = card.run(jobOf({square(0, 0, 20)}), false);
+    EXPECT_EQ(small.outcome, Outcome::Done);
+    EXPECT_NEAR(small.time.markedMm, 40.0, 1e-9);
+    EXPECT_NEAR(large.time.markedMm, 80.0, 1e-9);
+    EXPECT_EQ(small.time.passes, 1u);
+
+    const JobRunner::Ticket ticket = card.arm();
+    card.stop();
+    const RunResult unbegun = card.run(jobOf({square(0, 0, 10)}), false, ticket);
+    EXPECT_EQ(unbegun.outcome, Outcome::Stopped);
+    EXPECT_EQ(unbegun.time.passes, 0u);
+    EXPECT_EQ(unbegun.stopOrders, large.stopOrders + 1);
+    EXPECT_EQ(card.run(jobOf({}), false).outcome, Outcome::Refused);
+}
+
 TEST(ClosedCard, closing_ends_a_running_job_and_a_paused_one) {
     for (bool paused : {false, true}) {
         CardCore card;

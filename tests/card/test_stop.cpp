@@ -14,7 +14,7 @@ namespace {
 class CardStop : public CardTest {
 protected:
     /// One vector of 100 s, started at real speed and seen to move.
-    std::future<bool> startLongLine() {
+    std::future<RunResult> startLongLine() {
         auto job = start(jobOf({polyline({{0, 0}, {10000, 0}})}));
         EXPECT_TRUE(waitFor([this] { return card.head().at.x > 0.1; }));
         return job;

@@ -4,9 +4,11 @@
 #include "engine/layerparamex.h"
 #include "engine/markshapecontainer.h"
 #include "engine/qrulerview.h"
+#include "engine/rundatagather.h"
 #include "tests/iosetup/iosetupfixture.h"
 #include "tests/support/logtexts.h"
 
+#include <atomic>
 #include <future>
 
 using namespace tests;
@@ -47,6 +49,7 @@ private slots:
     void previews_give_no_signal();
     void a_stopped_job_gives_it_only_when_asked_data();
     void a_stopped_job_gives_it_only_when_asked();
+    void alarms_that_are_cleared_meanwhile_take_no_result_away();
     void an_output_that_is_not_there_is_not_written();
     void a_signal_that_does_not_read_back_is_logged_when_it_is_checked_data();
     void a_signal_that_does_not_read_back_is_logged_when_it_is_checked();
@@ -317,6 +320,28 @@ void EndSignalTest::a_stopped_job_gives_it_only_when_asked() {
         COMPARE_JOURNAL(signalCalls(), {call("SetOutputBit", kOutput, 1), call("SetOutputBit", kOutput, 0)});
     else
         QCOMPARE(signalCalls().size(), 0);
+}
+
+/// A plant that clears alarms without end looks the same to the card as one that does so between a job's end and the
+/// look at its result.
+void EndSignalTest::alarms_that_are_cleared_meanwhile_take_no_result_away() {
+    OpenCard::control().setSpeed(0.0);
+    set(1);
+    std::atomic<bool> ended{false};
+    std::future<void> plant = std::async(std::launch::async, [&ended] {
+        while (!ended)
+            MarkCardInstance::Instance()->ClearAlarm();
+    });
+    int whole = 0;
+    constexpr int kRuns = 300;
+    OpenCard::control().clearJournal();
+    for (int i = 0; i < kRuns; ++i) {
+        MarkCardInstance::Instance()->SetOutputBit(kOutput, 0);
+        whole += run() && isOn() && RunDataGather::Instance()->GetRunResult() ? 1 : 0;
+    }
+    ended = true;
+    plant.get();
+    QCOMPARE(whole, kRuns);
 }
 
 void EndSignalTest::an_output_that_is_not_there_is_not_written() {

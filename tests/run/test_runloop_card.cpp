@@ -26,7 +26,7 @@ protected:
         card.setSpeed(1.0);
         port.onStatus = [this](MarkStatus status) { card.setState(static_cast<sim::RunState>(status)); };
         port.onStop = [this] { card.stop(); };
-        port.mark = [this] { return card.run(lineOf(length), false); };
+        port.mark = [this] { return bool(card.run(lineOf(length), false)); };
     }
 
     bool waitFor(std::function<bool()> const& condition) {
