@@ -73,6 +73,17 @@ bool CardCore::waitSimulated(double ms) {
     return false;
 }
 
+bool CardCore::reboot(double ms, const std::function<void()>& atEnd) {
+    const std::uint64_t number = m_runner.beginReboot();
+    if (number == 0)
+        return false;
+    const bool complete = waitSimulated(ms);
+    if (complete && atEnd)
+        atEnd();
+    m_runner.endReboot(number);
+    return complete;
+}
+
 void CardCore::setPens(const PenTable& pens) {
     if (!isOpen())
         return;

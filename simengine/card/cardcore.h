@@ -91,6 +91,11 @@ public:
     void setSpeed(double factor);
     double speed() const { return m_runner.speed(); }
 
+    /// Ends a running job and takes the card out of service for its simulated time, on the calling thread: jobs, moves
+    /// and what looks at isRebooting() are refused meanwhile, another reboot waits. `atEnd` is done while it still is;
+    /// not, and false, when the card was closed.
+    bool reboot(double ms, const std::function<void()>& atEnd = nullptr);
+    bool isRebooting() const { return m_runner.isRebooting(); }
     /// Lets an operation of the card take its simulated time on the calling thread; false when the card was closed.
     bool waitSimulated(double ms);
 

@@ -113,7 +113,7 @@ void VZ_GetEncPos(int* position) {
 int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size) {
     record("VZ_FlashWriteAddr", journalArgs(address, size));
     CardCore& card = simulatedCard();
-    if (!card.isOpen() || card.faults().isOn("flash_fails"))
+    if (!card.isOpen() || card.isRebooting() || card.faults().isOn("flash_fails"))
         return -1;
     if (!card.devices().flash().write(address, data, size))
         return -1;
@@ -122,11 +122,7 @@ int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size)
 
 void VZ_ResetCardFlash() {
     record("VZ_ResetCardFlash");
-    CardCore& card = simulatedCard();
-    if (!card.isOpen())
-        return;
-    card.stop();
-    card.waitSimulated(kRestartMs);
+    simulatedCard().reboot(kRestartMs);
 }
 
 void VZ_SetCardParaFile(char const* path) {

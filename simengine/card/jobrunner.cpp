@@ -45,6 +45,7 @@ void JobRunner::close() {
         return;
     m_open = false;
     m_state = RunState::Stop;
+    m_reboot = 0;
     requestStop(lock);
     m_quit = true;
     m_wake.notify_one();
@@ -58,25 +59,47 @@ bool JobRunner::isOpen() const {
     return m_open;
 }
 
+std::uint64_t JobRunner::beginReboot() {
+    Lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return !m_reboot || !m_open; });
+    if (!m_open)
+        return 0;
+    const std::uint64_t number = m_reboot = ++m_reboots;
+    requestStop(lock);
+    return number;
+}
+
+void JobRunner::endReboot(std::uint64_t number) {
+    const Lock lock(m_mutex);
+    if (m_reboot == number)
+        m_reboot = 0;
+    m_changed.notify_all();
+}
+
+bool JobRunner::isRebooting() const {
+    const Lock lock(m_mutex);
+    return m_reboot != 0;
+}
+
 JobRunner::Ticket JobRunner::arm() const {
     const Lock lock(m_mutex);
-    return {m_stops, !m_open || m_state == RunState::Stop};
+    return {m_stops, !m_open || m_reboot || m_state == RunState::Stop};
 }
 
 JobRunner::Ticket JobRunner::armDirect() const {
     const Lock lock(m_mutex);
-    return {m_stops, !m_open};
+    return {m_stops, !m_open || m_reboot};
 }
 
 RunResult JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ticket) {
     if (ticket.refused || !Planner::hasWork(job))
         return {};
     Lock lock(m_mutex);
-    if (!m_open || m_job || onWorker())
+    if (!m_open || m_reboot || m_job || onWorker())
         return {};
     // A service that outlives its stopped job would undo what the one of this job does.
     m_changed.wait(lock, [this, &ticket] { return !m_serving || !m_open || m_stops != ticket.stops; });
-    if (!m_open || m_job)
+    if (!m_open || m_reboot || m_job)
         return {};
     if (m_stops != ticket.stops)
         return {Outcome::Stopped, {}, m_stopOrders};
@@ -158,7 +181,7 @@ void JobRunner::requestStop(Lock& lock) {
     m_changed.notify_all(); // for who waits for the card to settle
     if (!m_job)
         return;
-    if (m_deaf && m_open) {
+    if (m_deaf && m_open && !m_reboot) {
         m_unheard = true;
         return;
     }
@@ -253,7 +276,7 @@ bool JobRunner::moveTo(Point target, double speed) {
         return false;
     const double mmPerS = std::isnan(speed) ? kMinSpeed : std::clamp(speed, kMinSpeed, kMaxSpeed);
     const Lock lock(m_mutex);
-    if (!m_open || m_job)
+    if (!m_open || m_reboot || m_job)
         return false;
     const Clock::time_point now = Clock::now();
     m_idle.from = m_idle.at(now);

@@ -99,7 +99,14 @@ public:
     void close();
     bool isOpen() const;
 
-    /// Ticket for a document's job: refused when closed or the run state is Stop.
+    /// Takes the card out of service until endReboot() is given the number: ends a running job, also on a card that is
+    /// deaf to stops, and refuses jobs and moves. Waits for another's reboot to be over. 0 when closed; a closing ends
+    /// it.
+    std::uint64_t beginReboot();
+    void endReboot(std::uint64_t number);
+    bool isRebooting() const;
+
+    /// Ticket for a document's job: refused when closed, out of service or the run state is Stop.
     Ticket arm() const;
     /// Ticket for a direct job, which runs whatever the run state was before.
     Ticket armDirect() const;
@@ -138,7 +145,7 @@ public:
     void setSpeed(double factor);
     double speed() const;
 
-    /// Moves the mirrors without laser at mm/s, in the background; false while a job runs or closed.
+    /// Moves the mirrors without laser at mm/s, in the background; false while a job runs, out of service or closed.
     bool moveTo(Point target, double speed);
 
     /// Where the mirrors stand, or come to stand when they are on their way; nothing while a job runs or closed.
@@ -195,6 +202,8 @@ private:
     std::atomic<bool> m_attention{false};
     bool m_open = false;
     bool m_quit = false;
+    std::uint64_t m_reboot = 0; ///< the one that is under way
+    std::uint64_t m_reboots = 0;
 
     RunState m_state = RunState::Stop;
     bool m_hold = false;

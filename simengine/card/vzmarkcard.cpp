@@ -63,12 +63,7 @@ void VZMarkCard::RestartMark() {
 
 void VZMarkCard::ResetCardFlash() {
     record("ResetCardFlash");
-    CardCore& card = simulatedCard();
-    if (!card.isOpen())
-        return;
-    card.stop();
-    if (card.waitSimulated(kFlashResetMs))
-        card.devices().flash().erase();
+    simulatedCard().reboot(kFlashResetMs, [] { simulatedCard().devices().flash().erase(); });
 }
 
 double VZMarkCard::GetBufferRunTime() {

@@ -293,6 +293,51 @@ TEST_F(CardStop, card_that_hangs_notes_a_stop_and_obeys_when_it_is_back) {
     EXPECT_TRUE(card.waitSettled());
 }
 
+TEST_F(CardStop, reboot_ends_the_job_and_takes_none_until_it_is_over) {
+    for (const bool deaf : {false, true}) {
+        card.setSpeed(1.0);
+        auto job = startLongLine();
+        EXPECT_TRUE(card.setFault("stop_hangs", deaf));
+        std::atomic<int> ended{0};
+        const auto reboot = [&] { return card.reboot(3600e3, [&ended] { ++ended; }); };
+        auto first = std::async(std::launch::async, reboot);
+        EXPECT_EQ(job.get().outcome, Outcome::Stopped);
+        EXPECT_TRUE(card.isRebooting());
+        EXPECT_TRUE(card.arm().refused);
+        EXPECT_FALSE(card.run(jobOf({square(0, 0, 1)}), false));
+        const std::uint64_t pass = card.trace().pass();
+        card.beginList();
+        card.addPolyline(0, {{0, 0}, {1, 0}});
+        EXPECT_FALSE(card.endList());
+        EXPECT_FALSE(card.moveTo({1, 1}, 100.0));
+        EXPECT_EQ(card.trace().pass(), pass);
+        auto second = std::async(std::launch::async, reboot);
+        EXPECT_EQ(second.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+        EXPECT_EQ(ended, 0);
+        card.setSpeed(0);
+        EXPECT_TRUE(first.get());
+        EXPECT_TRUE(second.get());
+        EXPECT_EQ(ended, 2);
+        EXPECT_TRUE(card.moveTo({0, 0}, 100.0));
+        EXPECT_EQ(card.run(jobOf({square(0, 0, 1)}), false).outcome, Outcome::Done);
+    }
+}
+
+TEST_F(CardStop, closing_ends_a_reboot) {
+    std::atomic<bool> ended{false};
+    auto reboot = std::async(std::launch::async, [&] { return card.reboot(3600e3, [&ended] { ended = true; }); });
+    ASSERT_TRUE(waitFor([this] { return card.isRebooting(); }));
+    card.close();
+    EXPECT_FALSE(card.isRebooting());
+    EXPECT_FALSE(reboot.get());
+    EXPECT_FALSE(ended);
+    EXPECT_FALSE(card.reboot(0.0));
+    ASSERT_TRUE(card.open());
+    card.setState(RunState::Run);
+    card.setSpeed(0);
+    EXPECT_TRUE(card.run(jobOf({square(0, 0, 1)}), false));
+}
+
 TEST_F(CardStop, card_that_hangs_without_a_stop_goes_on_when_it_is_back) {
     auto job = startLongLine();
     EXPECT_TRUE(card.setFault("stop_hangs", true));
