@@ -176,6 +176,11 @@ private:
     std::map<std::size_t, Point> m_found;             ///< by the number of the first arm
 };
 
+/// On the fly a point becomes a short line when the head does not follow the product exactly; its middle is measured.
+Point markedPoint(const TraceSnapshot& rows, std::size_t first, std::size_t last) {
+    return between(markedVertex(rows, rows[first]), markedVertex(rows, rows[last]), 0.5);
+}
+
 std::vector<Point> pointsOf(const TraceSnapshot& rows) {
     std::vector<Point> points;
     std::set<Key> seen;
@@ -187,7 +192,7 @@ std::vector<Point> pointsOf(const TraceSnapshot& rows) {
                 return;
         }
         if (seen.insert(keyOf(at)).second)
-            points.push_back(rows.head() ? rows.head()->marked(at, rows.passOfJob()) : at);
+            points.push_back(markedPoint(rows, first, last));
     });
     return points;
 }

@@ -10,6 +10,22 @@
 
 namespace sim {
 
+/// Noise of a vertex, which goes with the drawn place.
+inline Point noiseOf(const TraceSnapshot& rows, const TraceRow& row) {
+    return rows.head() ? rows.head()->noiseAt(row.at, rows.passOfJob()) : Point{};
+}
+
+/// What was marked where the head was sent at a time of the pass: as it lies on the product.
+inline Point markedPlace(const TraceSnapshot& rows, const Point& commanded, double ms, const Point& noise) {
+    const Point place = rows.fly().onProduct(rows.head() ? rows.head()->withoutNoise(commanded) : commanded, ms);
+    return {place.x + noise.x, place.y + noise.y};
+}
+
+/// Where a vertex was marked.
+inline Point markedVertex(const TraceSnapshot& rows, const TraceRow& row) {
+    return markedPlace(rows, rows.fly().commanded(row.at, row.ms), row.ms, noiseOf(rows, row));
+}
+
 /// Gives the rows `from` to `end` of a trace as they were marked: take(row, commanded, vertex), the row's place being
 /// the marked one. Ways that the head bends have rows between their vertices, on which `vertex` is false; their times
 /// and powers lie between those of the vertices. What was marked on the fly is given as it lies on the product.
@@ -22,20 +38,18 @@ void forEachMarked(const TraceSnapshot& rows, std::size_t from, std::size_t end,
             take(rows[i], rows[i].at, true);
         return;
     }
-    const auto noiseOf = [&](const TraceRow& row) { return head ? head->noiseAt(row.at, rows.passOfJob()) : Point{}; };
     const auto give = [&](TraceRow row, const Point& commanded, const Point& noise, bool vertex) {
-        const Point place = fly.onProduct(head ? head->withoutNoise(commanded) : commanded, row.ms);
-        row.at = {place.x + noise.x, place.y + noise.y};
+        row.at = markedPlace(rows, commanded, row.ms, noise);
         take(std::as_const(row), commanded, vertex);
     };
     for (std::size_t i = from; i < end; ++i) {
         const TraceRow& to = rows[i];
         const Point target = fly.commanded(to.at, to.ms);
-        const Point lastNoise = noiseOf(to);
+        const Point lastNoise = noiseOf(rows, to);
         if (i > 0 && head) {
             const TraceRow& last = rows[i - 1];
             const Point start = fly.commanded(last.at, last.ms);
-            const Point noise = noiseOf(last);
+            const Point noise = noiseOf(rows, last);
             const int parts = head->parts(start, target);
             for (int k = 1; k < parts; ++k) {
                 const double share = static_cast<double>(k) / parts;

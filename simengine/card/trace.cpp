@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/card/trace.h"
 
-#include "simengine/card/headmap.h"
+#include "simengine/card/markedrows.h"
 
 #include <algorithm>
 #include <charconv>
@@ -116,7 +116,7 @@ std::string traceCsv(const TraceSnapshot& rows) {
     text.reserve(text.size() + rows.size() * 32);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         const TraceRow& row = rows[i];
-        const Point at = rows.head() ? rows.head()->marked(row.at, rows.passOfJob()) : row.at;
+        const Point at = markedVertex(rows, row);
         appendNumber(text, row.ms, 6);
         text += ',';
         appendNumber(text, at.x, 6);

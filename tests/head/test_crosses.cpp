@@ -5,6 +5,8 @@
 #include "tests/card/cardfixture.h"
 
 #include <cmath>
+#include <cstdio>
+#include <string>
 #include <thread>
 
 using namespace sim;
@@ -137,6 +139,59 @@ TEST(Crosses, sixty_five_by_sixty_five_are_all_found) {
     ASSERT_EQ(found.size(), expected.size());
     for (std::size_t i = 0; i < found.size(); ++i)
         ASSERT_LT(distanceMm(found[i], expected[i]), 1e-9) << i;
+}
+
+TEST(Crosses, on_the_fly_are_measured_on_the_product) {
+    FlyMotion fly;
+    fly.shift = {0.10, 0.0};
+    fly.travel = {0.08, 0.0}; // the head overtakes the product by 0.02 mm a millisecond
+    PenTable pens = plainPens();
+    pens[0].pointTime = 50e3;
+    Job points;
+    points.strokes = {polyline({{1, 2}}), polyline({{3, 4}})};
+    Trace trace;
+    Executor executor(points, pens, {}, {}, {}, trace, nullptr, fly);
+    const std::atomic<bool> calm{false};
+    executor.advance(std::numeric_limits<double>::infinity(), calm);
+    const TraceSnapshot rows = trace.snapshot();
+    ASSERT_EQ(rows.size(), 4u);
+    const std::vector<Point> found = markedFigures(rows);
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_NEAR(found[0].x, 1.0 + 0.02 * (rows[0].ms + 25.0), 1e-9);
+    EXPECT_NEAR(found[1].x, 3.0 + 0.02 * (rows[2].ms + 25.0), 1e-9);
+    EXPECT_EQ(found[1].y, 4.0);
+    EXPECT_EQ(markedFigures(rows.commanded()).size(), 2u);
+}
+
+TEST(MarkedRows, are_the_same_in_a_table_as_in_a_drawing) {
+    SimHeadDistortion head;
+    head.barrel = 0.03;
+    head.noise = 0.01;
+    FlyMotion fly;
+    fly.shift = {0.5, -0.1};
+    fly.travel = {0.4, 0.1};
+    Trace trace;
+    trace.beginJob(mapOf(head), fly);
+    trace.append({0, {-50, 50}, 0, false, false});
+    trace.append({10, {50, 50}, 3, true, true});
+    for (const bool commanded : {false, true}) {
+        const TraceSnapshot rows = commanded ? trace.snapshot().commanded() : trace.snapshot();
+        std::string text = "time,x,y,laser,pen\n";
+        forEachMarked(rows, 0, rows.size(), [&](const TraceRow& row, const Point& sent, bool vertex) {
+            if (commanded) {
+                EXPECT_EQ(row.at, sent);
+            }
+            char line[128];
+            std::snprintf(line, sizeof line, "%.6f,%.6f,%.6f,%d,%d\n", row.ms, row.at.x, row.at.y, row.laser ? 1 : 0,
+                          row.pen);
+            if (vertex)
+                text += line;
+        });
+        EXPECT_EQ(traceCsv(rows), text);
+    }
+    EXPECT_EQ(traceCsv(trace.snapshot().commanded()), "time,x,y,laser,pen\n"
+                                                      "0.000000,-50.000000,50.000000,0,0\n"
+                                                      "10.000000,55.000000,49.000000,1,3\n");
 }
 
 TEST(MarkedRows, of_a_plain_head_are_the_rows_themselves) {
