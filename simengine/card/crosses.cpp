@@ -4,11 +4,12 @@
 #include "simengine/card/headmap.h"
 #include "simengine/card/markedrows.h"
 
-#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
 #include <optional>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace sim {
@@ -65,15 +66,6 @@ bool isStraight(const TraceSnapshot& rows, std::size_t first, std::size_t last) 
     return distanceMm(rows[first].at, rows[last].at) > kSame;
 }
 
-std::vector<Arm> armsOf(const TraceSnapshot& rows) {
-    std::vector<Arm> arms;
-    forEachStroke(rows, [&](std::size_t first, std::size_t last) {
-        if (isStraight(rows, first, last))
-            arms.push_back({rows[first].at, rows[last].at, first, last});
-    });
-    return arms;
-}
-
 bool isCross(const Arm& a, const Arm& b) {
     const double dot = (a.to.x - a.from.x) * (b.to.x - b.from.x) + (a.to.y - a.from.y) * (b.to.y - b.from.y);
     return std::fabs(dot) <= 1e-3 * a.length() * b.length() && distanceMm(a.middle(), b.middle()) <= 2.0 * kSame;
@@ -122,26 +114,36 @@ void forEachNear(const Key& key, Take take) {
     }
 }
 
+struct KeyHash {
+    std::size_t operator()(const Key& key) const {
+        return static_cast<std::size_t>(
+            mixedKey(static_cast<std::uint64_t>(key.first), static_cast<std::uint64_t>(key.second)));
+    }
+};
+
+/// Directions of arms are told apart by steps of 0.1 mrad over half a turn.
+constexpr int kHalfTurn = 31416;
+/// Right angles are good to this many steps; the last one makes up for the rounding.
+constexpr int kSlackSteps = 11;
+
+int stepOf(const Arm& arm) {
+    constexpr double kPi = 3.14159265358979323846;
+    const double angle = std::atan2(arm.to.y - arm.from.y, arm.to.x - arm.from.x);
+    return (static_cast<int>(std::floor(angle / kPi * kHalfTurn)) + 2 * kHalfTurn) % kHalfTurn;
+}
+
+/// Takes the arms in the order of marking. Of arms over one another the first is kept, so that a line marked a million
+/// times, or a star of lines through one place, costs little more for each than a single one.
 class CrossFinder {
 public:
     explicit CrossFinder(const TraceSnapshot& rows)
-        : m_rows(rows)
-        , m_arms(armsOf(rows)) {}
+        : m_rows(rows) {}
 
     std::vector<Point> find() {
-        for (std::size_t i = 0; i < m_arms.size(); ++i) {
-            const Key key = keyOf(m_arms[i].middle());
-            if (isDone(key))
-                continue;
-            const std::optional<std::size_t> partner = partnerOf(i, key);
-            if (!partner) {
-                m_single[key].push_back(i);
-                continue;
-            }
-            if (const auto place = crossing(markedLine(m_rows, m_arms[*partner]), markedLine(m_rows, m_arms[i])))
-                m_found.emplace(*partner, *place);
-            m_done.insert(key);
-        }
+        forEachStroke(m_rows, [this](std::size_t first, std::size_t last) {
+            if (isStraight(m_rows, first, last))
+                take({m_rows[first].at, m_rows[last].at, first, last});
+        });
         std::vector<Point> places;
         for (const auto& [order, place] : m_found)
             places.push_back(place);
@@ -149,31 +151,51 @@ public:
     }
 
 private:
+    using Singles = std::map<int, Arm>; ///< by direction
+
+    void take(const Arm& arm) {
+        const Key key = keyOf(arm.middle());
+        if (isDone(key))
+            return;
+        const std::optional<Arm> partner = partnerOf(arm, key);
+        if (!partner) {
+            m_single[key].emplace(stepOf(arm), arm);
+            return;
+        }
+        if (const auto place = crossing(markedLine(m_rows, *partner), markedLine(m_rows, arm)))
+            m_found.emplace(partner->first, *place);
+        m_done.insert(key);
+    }
+
     bool isDone(const Key& key) const {
         bool done = false;
         forEachNear(key, [&](const Key& near) { done = done || m_done.count(near) > 0; });
         return done;
     }
 
-    std::optional<std::size_t> partnerOf(std::size_t arm, const Key& key) const {
-        std::optional<std::size_t> partner;
+    /// The one that was marked first.
+    std::optional<Arm> partnerOf(const Arm& arm, const Key& key) const {
+        std::optional<Arm> partner;
+        const int across = (stepOf(arm) + kHalfTurn / 2) % kHalfTurn;
         forEachNear(key, [&](const Key& near) {
-            const auto single = m_single.find(near);
-            if (single == m_single.end())
+            const auto singles = m_single.find(near);
+            if (singles == m_single.end())
                 return;
-            for (const std::size_t other : single->second) {
-                if (!partner && isCross(m_arms[other], m_arms[arm]))
-                    partner = other;
+            for (const int middle : {across - kHalfTurn, across, across + kHalfTurn}) {
+                const auto end = singles->second.upper_bound(middle + kSlackSteps);
+                for (auto it = singles->second.lower_bound(middle - kSlackSteps); it != end; ++it) {
+                    if (isCross(it->second, arm) && (!partner || it->second.first < partner->first))
+                        partner = it->second;
+                }
             }
         });
         return partner;
     }
 
     const TraceSnapshot& m_rows;
-    const std::vector<Arm> m_arms;
-    std::map<Key, std::vector<std::size_t>> m_single; ///< arms without a partner so far, by their middle
-    std::set<Key> m_done;                             ///< middles of the crosses found
-    std::map<std::size_t, Point> m_found;             ///< by the number of the first arm
+    std::unordered_map<Key, Singles, KeyHash> m_single; ///< arms without a partner so far, by their middle
+    std::unordered_set<Key, KeyHash> m_done;            ///< middles of the crosses found
+    std::map<std::size_t, Point> m_found;               ///< by the row of the first arm
 };
 
 /// On the fly a point becomes a short line when the head does not follow the product exactly; its middle is measured.
@@ -183,7 +205,7 @@ Point markedPoint(const TraceSnapshot& rows, std::size_t first, std::size_t last
 
 std::vector<Point> pointsOf(const TraceSnapshot& rows) {
     std::vector<Point> points;
-    std::set<Key> seen;
+    std::unordered_set<Key, KeyHash> seen;
     forEachStroke(rows, [&](std::size_t first, std::size_t last) {
         const Point at = rows[first].at;
         const auto still = [&](std::size_t i) { return rows[i].at == at; };

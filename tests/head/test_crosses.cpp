@@ -141,6 +141,39 @@ TEST(Crosses, sixty_five_by_sixty_five_are_all_found) {
         ASSERT_LT(distanceMm(found[i], expected[i]), 1e-9) << i;
 }
 
+TEST(Crosses, among_lines_marked_a_million_times_take_no_longer_for_it) {
+    Job job;
+    addCross(job, 7, 7);
+    for (int i = 0; i < 20000; ++i) // a star of half a right angle
+        job.strokes.push_back(
+            polyline({{-std::cos(i * 3e-5), -std::sin(i * 3e-5)}, {std::cos(i * 3e-5), std::sin(i * 3e-5)}}));
+    job.strokes.push_back(polyline({{20, 0}, {30, 0}}, 1));
+    job.strokes.push_back(polyline({{25, -5}, {25, 5}}, 0));
+    PenTable pens = plainPens();
+    pens[1].markCount = 1'000'000;
+    Trace trace;
+    Executor executor(job, pens, {}, {}, {}, trace);
+    const std::atomic<bool> calm{false};
+    executor.advance(std::numeric_limits<double>::infinity(), calm);
+    ASSERT_GT(trace.size(), 2'000'000u);
+    const std::vector<Point> found = markedFigures(trace.snapshot());
+    ASSERT_EQ(found.size(), 2u);
+    EXPECT_EQ(found[0], (Point{7, 7}));
+    EXPECT_EQ(found[1], (Point{25, 0}));
+}
+
+TEST(Crosses, of_nearly_level_lines_are_found_on_both_sides_of_the_half_turn) {
+    Job job;
+    for (const double angle : {-4e-5, 4e-5, 0.0, 1.5708, 3.14155}) {
+        const double x = job.strokes.size() * 5.0;
+        const double c = std::cos(angle);
+        const double s = std::sin(angle);
+        job.strokes.push_back(polyline({{x - c, -s}, {x + c, s}}));
+        job.strokes.push_back(polyline({{x + s, -c}, {x - s, c}}));
+    }
+    EXPECT_EQ(figures(job).size(), 5u);
+}
+
 TEST(Crosses, on_the_fly_are_measured_on_the_product) {
     FlyMotion fly;
     fly.shift = {0.10, 0.0};
