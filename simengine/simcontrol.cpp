@@ -104,15 +104,20 @@ public:
         if (pass != snapshot.pass())
             from = 0;
         pass = snapshot.pass();
-        const std::size_t end = std::min(snapshot.size(), from + std::min(limit, snapshot.size()));
         rows.clear();
-        rows.reserve(end - std::min(from, end));
-        forEachMarked(snapshot, from, end, [&rows](const TraceRow& row, const Point& commanded, bool vertex) {
-            rows.push_back({row.ms, row.at.x, row.at.y, commanded.x, commanded.y, row.pen, row.laser, row.drawn,
-                            row.power, vertex});
-        });
-        from = std::max(from, end);
+        for (; from < snapshot.size() && rows.size() < limit; ++from) {
+            forEachMarked(snapshot, from, from + 1, [&rows](const TraceRow& row, const Point& commanded, bool vertex) {
+                rows.push_back({row.ms, row.at.x, row.at.y, commanded.x, commanded.y, row.pen, row.laser, row.drawn,
+                                row.power, vertex});
+            });
+        }
         return rows.size();
+    }
+
+    std::size_t traceSize(std::uint64_t& pass) const override {
+        const TraceSnapshot snapshot = m_card.trace().snapshot();
+        pass = snapshot.pass();
+        return snapshot.size();
     }
 
     std::vector<std::string> faultNames() const override { return m_card.faults().names(); }

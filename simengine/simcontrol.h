@@ -163,12 +163,14 @@ public:
     virtual void setJournalEnabled(bool on) = 0;
 
     /// Writes the trace of the last job; the ending .csv, .svg or .png decides the form. The places are those that were
-    /// marked, with `commanded` those that were told. False with a reason in `error` when the ending is another one or
-    /// the file cannot be written.
+    /// marked, with `commanded` those that were told. A drawing has room for 10 million points, a table for every
+    /// trace. False with a reason in `error` when that is too few, the ending is another one or the file cannot be
+    /// written.
     virtual bool writeTrace(const std::string& file, std::string& error, bool commanded = false) const = 0;
     /// Rows marked since the last call, for a display that follows: keep `pass` and `from` between calls, both 0 at
-    /// first. A changed pass means that the rows before are to be forgotten. At most `limit` vertices, and the rows
-    /// between them where the head bends the way. Returns the number of rows.
+    /// first; `from` counts vertices. A changed pass means that the rows before are to be forgotten. Ends with the
+    /// vertex with which `limit` rows are reached; the head may bend the way to it by 999 rows more. Returns the number
+    /// of rows.
     virtual std::size_t followTrace(std::uint64_t& pass, std::size_t& from, std::vector<SimTraceRow>& rows,
                                     std::size_t limit = 65536) const = 0;
 
@@ -211,6 +213,9 @@ public:
     /// Writes a part of the card's flash as a file, or with `size` 0 all that was ever written to it.
     virtual SimOutcome writeFlash(const std::string& file, std::uint32_t address, std::uint32_t size,
                                   std::string& error) const = 0;
+
+    /// Vertices of the trace so far and its pass: followTrace() from there on gives only what comes later.
+    virtual std::size_t traceSize(std::uint64_t& pass) const = 0;
 
 protected:
     ~SimControl() = default;

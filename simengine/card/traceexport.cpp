@@ -247,27 +247,53 @@ QImage tracePicture(const TraceSnapshot& rows, int longerSide) {
     return image;
 }
 
-bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) {
-    const QString form = QFileInfo(path).suffix().toLower();
-    QByteArray bytes;
-    if (form == QLatin1String("csv")) {
-        bytes = QByteArray::fromStdString(traceCsv(rows));
-    } else if (form == QLatin1String("svg")) {
-        bytes = traceSvg(rows);
-    } else if (form == QLatin1String("png")) {
-        QBuffer buffer(&bytes);
-        if (!buffer.open(QIODevice::WriteOnly) || !tracePicture(rows).save(&buffer, "PNG")) {
-            error = path + QStringLiteral(": the picture could not be made");
-            return false;
-        }
-    } else {
-        error = path + QStringLiteral(": a trace is written as .csv, .svg or .png");
-        return false;
+std::size_t drawnPoints(const TraceSnapshot& rows) {
+    std::size_t count = rows.size();
+    if (!rows.head())
+        return count;
+    for (std::size_t i = 1; i < rows.size() && count <= kMostDrawnPoints; ++i) {
+        const Point from = rows.fly().commanded(rows[i - 1].at, rows[i - 1].ms);
+        count += static_cast<std::size_t>(rows.head()->parts(from, rows.fly().commanded(rows[i].at, rows[i].ms)) - 1);
     }
+    return count;
+}
+
+namespace {
+
+bool writeBytes(const QString& path, const QByteArray& bytes, QString& error) {
     const tessera::DurableResult result = tessera::writeFileDurably(QFileInfo(path).absoluteFilePath(), bytes);
     if (!result.ok())
         error = result.message();
     return result.ok();
+}
+
+bool writeDrawing(const TraceSnapshot& rows, const QString& path, bool svg, QString& error) {
+    if (drawnPoints(rows) > kMostDrawnPoints) {
+        error = path + QStringLiteral(": the drawing would have more than %1 points; a .csv has a row for each vertex")
+                           .arg(kMostDrawnPoints);
+        return false;
+    }
+    if (svg)
+        return writeBytes(path, traceSvg(rows), error);
+    QBuffer buffer;
+    if (buffer.open(QIODevice::WriteOnly) && tracePicture(rows).save(&buffer, "PNG"))
+        return writeBytes(path, buffer.data(), error);
+    error = path + QStringLiteral(": the picture could not be made");
+    return false;
+}
+
+} // namespace
+
+bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) {
+    const QString form = QFileInfo(path).suffix().toLower();
+    if (form == QLatin1String("csv")) {
+        const std::string text = traceCsv(rows);
+        return writeBytes(path, QByteArray::fromRawData(text.data(), static_cast<int>(text.size())), error);
+    }
+    if (form == QLatin1String("svg") || form == QLatin1String("png"))
+        return writeDrawing(rows, path, form == QLatin1String("svg"), error);
+    error = path + QStringLiteral(": a trace is written as .csv, .svg or .png");
+    return false;
 }
 
 } // namespace sim

@@ -16,8 +16,13 @@ QByteArray traceSvg(const TraceSnapshot& rows);
 /// The same drawing on white; width and height at most the given number of pixels, at least 1. Any thread.
 QImage tracePicture(const TraceSnapshot& rows, int longerSide = 2000);
 
+/// Most points of a drawing that is written; a head that bends long ways may give more than memory and viewers hold.
+constexpr std::size_t kMostDrawnPoints = 10'000'000;
+/// Points of the drawing, counted until there are more than that.
+std::size_t drawnPoints(const TraceSnapshot& rows);
+
 /// Writes the trace to a file; the ending .csv, .svg or .png, in any case, decides the form. Relative paths are taken
-/// from the current directory. False with a reason in error.
+/// from the current directory. False with a reason in error, also for a drawing of too many points. Any thread.
 bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error);
 
 } // namespace sim

@@ -82,6 +82,11 @@ PanelWindow::PanelWindow(SimControl& machine, QWidget* parent)
     m_timer.setInterval(kPeriod);
     connect(&m_timer, &QTimer::timeout, this, &PanelWindow::refresh);
     setTexts();
+    m_pool.setMaxThreadCount(1);
+}
+
+PanelWindow::~PanelWindow() {
+    m_pool.waitForDone();
 }
 
 QWidget* PanelWindow::makeHeader() {
@@ -319,22 +324,28 @@ void PanelWindow::showLight(const SimCardState& state) {
     m_light->setLamps(lit(red), lit(yellow), lit(green));
 }
 
-bool PanelWindow::exportTrace(const QString& file, QString& error) const {
-    std::string reason;
-    const bool done = m_machine.writeTrace(file.toStdString(), reason);
-    error = QString::fromStdString(reason);
-    return done;
+void PanelWindow::exportTrace(const QString& file) {
+    m_export->setEnabled(false);
+    m_pool.start([this, file] {
+        std::string reason;
+        const bool done = m_machine.writeTrace(file.toStdString(), reason);
+        QMetaObject::invokeMethod(
+            this, [this, done, reason] { showExported(done, QString::fromStdString(reason)); }, Qt::QueuedConnection);
+    });
+}
+
+void PanelWindow::showExported(bool done, const QString& error) {
+    m_export->setEnabled(true);
+    if (!done)
+        msgBox::show(LanguageManager::GetLanText("导出轨迹"), error, 1);
 }
 
 void PanelWindow::askExport() {
     const QString file =
         QFileDialog::getSaveFileName(this, LanguageManager::GetLanText("导出轨迹"), QStringLiteral("trace.svg"),
                                      QStringLiteral("SVG (*.svg);;PNG (*.png);;CSV (*.csv)"));
-    if (file.isEmpty())
-        return;
-    QString error;
-    if (!exportTrace(file, error))
-        msgBox::show(LanguageManager::GetLanText("导出轨迹"), error, 1);
+    if (!file.isEmpty())
+        exportTrace(file);
 }
 
 PanelWindow* PanelWindow::instance() {

@@ -3,6 +3,7 @@
 
 #include "simengine/simcontrol.h"
 
+#include <QThreadPool>
 #include <QTimer>
 #include <QVector>
 #include <QWidget>
@@ -30,6 +31,8 @@ public:
     static constexpr int kPeriod = 40; ///< ms
 
     explicit PanelWindow(SimControl& machine, QWidget* parent = nullptr);
+    /// An export that is under way is written to its end.
+    ~PanelWindow() override;
 
     /// Shows or hides the one panel of the machine; it goes with the application. Main thread.
     static bool showPanel(SimControl& machine, bool on, std::string& error);
@@ -38,8 +41,8 @@ public:
     bool isFollowing() const { return m_timer.isActive(); }
     /// Looks at the machine now.
     void refresh();
-    /// False and the reason in `error` when the trace could not be written.
-    bool exportTrace(const QString& file, QString& error) const;
+    /// Writes the trace in the background; the button for it has to wait, and a failure is told to the operator.
+    void exportTrace(const QString& file);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -56,9 +59,11 @@ private:
     void showState(const SimCardState& state);
     void showLight(const SimCardState& state);
     void askExport();
+    void showExported(bool done, const QString& error);
     void showHead();
 
     SimControl& m_machine;
+    QThreadPool m_pool; ///< for exports
     QTimer m_timer;
     int m_ticks = 0;
 

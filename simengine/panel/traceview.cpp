@@ -8,13 +8,16 @@
 #include <QPainter>
 #include <algorithm>
 #include <array>
+#include <chrono>
 
 namespace sim {
 
 namespace {
 
-/// Rows drawn in one frame; what is left comes with the next ones.
-constexpr std::size_t kMostRows = 65536;
+/// Rows fetched and drawn at a time,
+constexpr std::size_t kChunkRows = 2048;
+/// until a frame's time is over.
+constexpr std::chrono::milliseconds kFrameTime(10);
 
 /// Pens in the colours of new documents, lightened to stand out from the dark field.
 const std::array<QColor, kLayerCount>& penColors() {
@@ -79,12 +82,13 @@ void TraceView::setShowJumps(bool on) {
 }
 
 void TraceView::clear() {
-    // The rows that are still to come of this pass begin behind those that the machine has now.
+    // The rows that are still to come of this pass begin behind those that the machine has now, at the last of them.
+    const std::size_t size = m_machine.traceSize(m_pass);
+    m_from = size > 0 ? size - 1 : 0;
     std::vector<SimTraceRow> rows;
-    while (m_machine.followTrace(m_pass, m_from, rows, kMostRows) > 0) {
+    m_hasLast = m_machine.followTrace(m_pass, m_from, rows, 1) > 0;
+    if (m_hasLast)
         m_last = rows.back();
-        m_hasLast = true;
-    }
     m_clearedAt = m_from;
     m_drawn = 0;
     m_picture.fill(Qt::transparent);
@@ -110,27 +114,34 @@ void TraceView::resizeEvent(QResizeEvent*) {
 }
 
 void TraceView::follow(const SimCardState& state) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + kFrameTime;
+    const std::size_t drawn = m_drawn;
     const std::uint64_t pass = m_pass;
     std::vector<SimTraceRow> rows;
-    m_machine.followTrace(m_pass, m_from, rows, kMostRows);
-    if (m_pass != pass) {
-        m_clearedAt = 0;
-        m_drawn = 0;
-        m_hasLast = false;
-        m_picture.fill(Qt::transparent);
-    }
-    draw(rows);
+    do {
+        const std::uint64_t before = m_pass;
+        m_machine.followTrace(m_pass, m_from, rows, kChunkRows);
+        if (m_pass != before) {
+            m_clearedAt = 0;
+            m_drawn = 0;
+            m_hasLast = false;
+            m_picture.fill(Qt::transparent);
+        }
+        draw(rows, rows.size() < kChunkRows);
+    } while (rows.size() >= kChunkRows && Clock::now() < end);
     const bool moved = state.spotX != m_state.spotX || state.spotY != m_state.spotY || state.laser != m_state.laser;
     m_state = state;
-    if (moved || !rows.empty() || m_pass != pass)
+    if (moved || m_drawn != drawn || m_pass != pass)
         update();
 }
 
-void TraceView::draw(const std::vector<SimTraceRow>& rows) {
+/// The edges of few rows are smoothed, not of many.
+void TraceView::draw(const std::vector<SimTraceRow>& rows, bool smooth) {
     if (m_picture.isNull() || rows.empty())
         return;
     QPainter painter(&m_picture);
-    painter.setRenderHint(QPainter::Antialiasing, rows.size() < kMostRows / 4);
+    painter.setRenderHint(QPainter::Antialiasing, smooth);
     for (const SimTraceRow& row : rows) {
         if (m_hasLast && (row.drawn || m_showJumps))
             drawWay(painter, row);

@@ -9,8 +9,8 @@
 
 namespace sim {
 
-/// Follows what the head marks. Rows are drawn into a picture as they come, so that a job of millions costs no more a
-/// frame than what is new.
+/// Follows what the head marks. Rows are drawn into a picture as they come, and a frame takes 10 ms of drawing at most:
+/// what is left comes with the next ones.
 class TraceView : public QWidget {
     Q_OBJECT
 public:
@@ -35,7 +35,7 @@ protected:
 
 private:
     void restart();
-    void draw(const std::vector<SimTraceRow>& rows);
+    void draw(const std::vector<SimTraceRow>& rows, bool smooth);
     void drawWay(QPainter& painter, const SimTraceRow& row);
     void paintField(QPainter& painter) const;
 

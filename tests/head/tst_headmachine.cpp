@@ -224,6 +224,46 @@ private slots:
         QVERIFY(m_root->read("t.svg").contains("1.0000,-51.5000"));
     }
 
+    /// Each of the long ways is bent by 1000 rows: 10.1 million in all.
+    void a_trace_of_many_bent_ways_is_followed_in_pieces_and_not_drawn_at_once() {
+        SimHeadDistortion wanted;
+        wanted.barrel = 0.001;
+        QVERIFY(set(wanted) == SimOutcome::Done);
+        constexpr int kWays = 10100;
+        std::vector<DOT3> line;
+        for (int i = 0; i <= kWays; ++i)
+            line.push_back({i % 2 ? 600.0 : -600.0, 0, 0});
+        card().SetMarkType(MarkTypeLaser);
+        card().BeginList(1);
+        card().AddList(line.data(), int(line.size()), 0);
+        card().EndList();
+
+        std::uint64_t pass = 0;
+        std::size_t from = 0;
+        std::vector<sim::SimTraceRow> rows;
+        QCOMPARE(machine().followTrace(pass, from, rows, 1), std::size_t(1)); // from where the head stood, no way
+        std::size_t vertices = from;
+        QCOMPARE(machine().followTrace(pass, from, rows, 2500), std::size_t(3000));
+        QCOMPARE(from, vertices + 3);
+        std::vector<sim::SimTraceRow> next;
+        machine().followTrace(pass, from, next, 1);
+        QCOMPARE(next.size(), std::size_t(1000));
+        QVERIFY(next.back().vertex && rows.back().vertex && !next.front().vertex);
+        QVERIFY(next.front().ms > rows.back().ms);
+        QCOMPARE(next.back().commandedX, line[4].X);
+        std::uint64_t now = 0;
+        QCOMPARE(machine().traceSize(now), std::size_t(kWays + 1));
+        QCOMPARE(now, pass);
+
+        std::string error;
+        QVERIFY(!machine().writeTrace(m_root->path("large.svg").toStdString(), error));
+        QVERIFY2(QString::fromStdString(error).contains("10000000 points"), error.c_str());
+        QVERIFY(!machine().writeTrace(m_root->path("large.png").toStdString(), error));
+        QVERIFY(machine().writeTrace(m_root->path("large.csv").toStdString(), error));
+        QCOMPARE(m_root->read("large.csv").count('\n'), kWays + 2);
+        QVERIFY(machine().writeTrace(m_root->path("large.svg").toStdString(), error, true)); // as commanded: no bows
+    }
+
     void the_spot_is_shown_where_it_is_on_the_workpiece() {
         SimHeadDistortion wanted;
         wanted.scaleX = 2.0;

@@ -16,6 +16,7 @@
 #include "simengine/panel/traceview.h"
 #include "simengine/simcontrol.h"
 #include "support/approot.h"
+#include "support/dialoganswerer.h"
 #include "support/temporaryroot.h"
 
 #include <QDoubleSpinBox>
@@ -355,12 +356,45 @@ private slots:
         QFETCH(QByteArray, begin);
         show();
         mark();
-        QString error;
-        QVERIFY2(panel().exportTrace(m_root->path(name), error), qPrintable(error));
+        auto* button = find<QPushButton>("exportTrace");
+        panel().exportTrace(m_root->path(name));
+        QVERIFY(!button->isEnabled());
+        QTRY_VERIFY(button->isEnabled());
         QVERIFY(m_root->read(name).startsWith(begin));
         QVERIFY(m_root->write("/plain", "a file, no folder"));
-        QVERIFY(!panel().exportTrace(m_root->path("/plain/trace.csv"), error));
-        QVERIFY(!error.isEmpty());
+        tests::DialogAnswerer answerer;
+        answerer.press("确定");
+        panel().exportTrace(m_root->path("/plain/trace.csv"));
+        QVERIFY(answerer.waitUntilAnswered());
+        QVERIFY(answerer.seen().at(0).text.contains("/plain"));
+        QVERIFY(button->isEnabled());
+    }
+
+    /// A head that bends 10,000 long ways gives 5 million rows.
+    void a_long_trace_is_drawn_in_many_frames() {
+        SimHeadDistortion bent;
+        bent.barrel = 0.01;
+        std::string error;
+        QVERIFY(machine().setHead(bent, error) == SimOutcome::Done);
+        show();
+        auto* trace = find<TraceView>("traceView");
+        card()->BeginList(1);
+        std::vector<DOT3> points;
+        for (int i = 0; i < 10000; ++i)
+            points.push_back({i % 2 ? 250.0 : -250.0, 0, 0});
+        card()->AddList(points.data(), int(points.size()), 2);
+        card()->EndList();
+        trace->follow(machine().state());
+        const std::size_t first = trace->rowCount();
+        QVERIFY(first >= 1);
+        QVERIFY2(first < 2'000'000, qPrintable(QString::number(first)));
+        QTRY_VERIFY(trace->rowCount() > first);
+        find<QPushButton>("clearTrace")->click();
+        panel().refresh();
+        QCOMPARE(trace->rowCount(), std::size_t(0));
+        QVERIFY(machine().setHead({}, error) == SimOutcome::Done);
+        mark();
+        QTRY_VERIFY(trace->rowCount() >= 5);
     }
 
     void it_looks_at_the_machine_only_while_shown() {
