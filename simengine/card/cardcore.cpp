@@ -121,7 +121,7 @@ RunResult CardCore::runNow(Job job, bool loop, bool direct, const JobRunner::Tic
     if (job.kind == MarkKind::Laser)
         setup.fly = m_encoder.motion();
     measureStrokes(job, setup.pens);
-    measureHull(job, setup.plan.border);
+    measureBorder(job, setup.plan.border);
     if (head().activity == Activity::Idle) // another job's time-out is not this one's to drop
         m_faults.forget();
     return m_runner.run(job, setup, ticket);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace sim {
@@ -42,11 +43,17 @@ struct Stroke {
     double lengthMm = -1.0;
 };
 
+/// The way of a border preview.
+struct BorderWay {
+    std::vector<Point> corners; ///< of the outline, the first one at the end again
+    int pen = 0;                ///< of the first stroke, whose speeds it is gone round with
+};
+
 struct Job {
     std::vector<Stroke> strokes;
     MarkKind kind = MarkKind::Laser;
-    /// Corners of the convex hull when they are known already; the card finds them where it needs them.
-    std::vector<Point> hull;
+    /// When it is known already, see measureBorder().
+    std::shared_ptr<const BorderWay> border;
 
     /// Number of points of all strokes.
     std::size_t vertexCount() const {

@@ -48,7 +48,7 @@ void JobRunner::execute(Lock& lock) {
     m_activity = Activity::Running;
     const Job& job = *m_job;
     const JobSetup& setup = *m_setup;
-    // The border preview looks at every point here, which may take longer than a caller wants to wait for the lock.
+    // The pens' curves are worked out here; others need not wait for that.
     lock.unlock();
     Executor executor(job, setup.pens, setup.plan, setup.loop, start, m_trace, setup.head, setup.fly);
     if (setup.penService)

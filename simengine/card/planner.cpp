@@ -46,15 +46,44 @@ double lengthOf(const Stroke& stroke) {
     return length;
 }
 
-std::vector<Point> hullOf(const Job& job) {
-    ConvexHull hull;
+/// Takes every valid point of a job, as the head reaches it.
+template<typename Take>
+void forEachPlace(const Job& job, Take take) {
     for (const Stroke& stroke : job.strokes) {
         for (const Point& point : stroke.points) {
             if (isValid(point))
-                hull.add(reachable(point));
+                take(reachable(point));
         }
     }
+}
+
+std::vector<Point> hullOf(const Job& job) {
+    ConvexHull hull;
+    forEachPlace(job, [&hull](const Point& p) { hull.add(p); });
     return hull.corners();
+}
+
+std::vector<Point> rectangleOf(const Job& job) {
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    Point low{kFar, kFar};
+    Point high{-kFar, -kFar};
+    forEachPlace(job, [&](const Point& p) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    });
+    return {low, {high.x, low.y}, high, {low.x, high.y}};
+}
+
+/// Null for a job without a valid point.
+std::shared_ptr<const BorderWay> borderOf(const Job& job, const BorderSettings& border) {
+    const auto first = std::find_if(job.strokes.begin(), job.strokes.end(), hasValidPoint);
+    if (first == job.strokes.end())
+        return nullptr;
+    auto way = std::make_shared<BorderWay>();
+    way->pen = validPen(first->pen);
+    way->corners = border.outline == BorderOutline::Hull ? hullOf(job) : rectangleOf(job);
+    way->corners.push_back(way->corners.front());
+    return way;
 }
 
 bool needsLength(const PenParams& pen) {
@@ -72,9 +101,9 @@ void measureStrokes(Job& job, const PenTable& pens) {
     }
 }
 
-void measureHull(Job& job, const BorderSettings& border) {
-    if (job.kind == MarkKind::BorderPreview && border.outline == BorderOutline::Hull && job.hull.empty())
-        job.hull = hullOf(job);
+void measureBorder(Job& job, const BorderSettings& border) {
+    if (job.kind == MarkKind::BorderPreview)
+        job.border = borderOf(job, border);
 }
 
 void addPiece(JobTime& time, const Piece& piece) {
@@ -106,7 +135,9 @@ Planner::Planner(const Job& job, const PenTable& pens, const PlanSettings& setti
     if (!std::isfinite(m_settings.penChangeDelayMs) || m_settings.penChangeDelayMs < 0.0)
         m_settings.penChangeDelayMs = 0.0;
     if (job.kind == MarkKind::BorderPreview)
-        measureBorder();
+        m_border = job.border ? job.border : borderOf(job, settings.border);
+    if (m_border)
+        m_pen = m_border->pen;
     restart();
 }
 
@@ -133,7 +164,8 @@ void Planner::restart() {
     m_corner = 0;
     m_wobbleLeft = kMaxWobbleVertices;
     m_done = m_job.kind == MarkKind::BorderPreview && !m_border;
-    openGroup(0);
+    if (!m_border)
+        openGroup(0);
 }
 
 std::size_t Planner::fill(Piece* out, std::size_t capacity) {
@@ -293,7 +325,7 @@ void Planner::endVector(Piece*& out) {
 }
 
 void Planner::planBorderCorner(Piece*& out) {
-    const std::vector<Point>& corners = *m_border;
+    const std::vector<Point>& corners = m_border->corners;
     if (m_corner == 0)
         planJump(out, corners[0]);
     else
@@ -409,32 +441,6 @@ void Planner::findVertex(std::size_t from) {
     while (from < points.size() && !isValid(points[from]))
         ++from;
     m_vertex = from;
-}
-
-void Planner::measureBorder() {
-    constexpr double kFar = std::numeric_limits<double>::infinity();
-    Point low{kFar, kFar};
-    Point high{-kFar, -kFar};
-    bool penKnown = false;
-    for (const Stroke& stroke : m_job.strokes) {
-        for (const Point& raw : stroke.points) {
-            if (!isValid(raw))
-                continue;
-            if (!penKnown)
-                m_pen = validPen(stroke.pen);
-            penKnown = true;
-            const Point p = reachable(raw);
-            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-        }
-    }
-    if (!penKnown)
-        return;
-    std::vector<Point> corners{low, {high.x, low.y}, high, {low.x, high.y}};
-    if (m_settings.border.outline == BorderOutline::Hull)
-        corners = m_job.hull.empty() ? hullOf(m_job) : m_job.hull;
-    corners.push_back(corners.front());
-    m_border = std::make_shared<const std::vector<Point>>(std::move(corners));
 }
 
 } // namespace sim

@@ -37,9 +37,9 @@ void addPiece(JobTime& time, const Piece& piece);
 /// stroke before it marks the first.
 void measureStrokes(Job& job, const PenTable& pens);
 
-/// Finds the hull when a border preview is to go round it: that takes tenths of a second for a million vertices, which
-/// a stop would have to wait for on the worker.
-void measureHull(Job& job, const BorderSettings& border);
+/// Finds the way of a border preview: the hull of a million vertices takes tenths of a second, the rectangle round
+/// twenty millions too, which a stop would have to wait for on the worker.
+void measureBorder(Job& job, const BorderSettings& border);
 
 /// Walks a job stroke by stroke and turns it into pieces, a chunk at a time, so that the first vector is ready at once
 /// however long the job is. Estimation and execution both use this walk; no other code knows the formulas' order.
@@ -105,7 +105,6 @@ private:
     void nextStroke();
     void openGroup(std::size_t first);
     void findVertex(std::size_t from);
-    void measureBorder();
     bool isLaser() const { return m_job.kind == MarkKind::Laser; }
     const PenParams& pen() const { return m_values->pens[static_cast<std::size_t>(m_pen)]; }
     double usPerMm() const { return m_values->usPerMm[static_cast<std::size_t>(m_pen)]; }
@@ -113,13 +112,12 @@ private:
     const Job& m_job;
     std::shared_ptr<const PenValues> m_values;
     PlanSettings m_settings;
-    Point m_at;   ///< commanded
-    Point m_beam; ///< with the wobble's offset
-    /// Corners of the outline, the first one at the end again; null but in a border preview of a job with valid points.
-    std::shared_ptr<const std::vector<Point>> m_border;
+    Point m_at;                                ///< commanded
+    Point m_beam;                              ///< with the wobble's offset
+    std::shared_ptr<const BorderWay> m_border; ///< null but in a border preview of a job with valid points
     std::size_t m_stroke = 0;
     std::size_t m_vertex = 0; ///< next valid vertex of the stroke, the stroke's size when there is none
-    std::size_t m_corner = 0; ///< next one of m_border
+    std::size_t m_corner = 0; ///< next one of the border
     std::size_t m_groupFirst = 0;
     std::size_t m_groupEnd = 0; ///< one past the object's last stroke
     int m_repeatsLeft = 0;

@@ -121,6 +121,29 @@ TEST(Border, is_the_rectangle_unless_set) {
         EXPECT_EQ(trace[i].at, way[i]) << i;
 }
 
+TEST(Border, that_is_measured_before_is_gone_round_without_a_look_at_the_points) {
+    Job job = jobOf({polyline({{0, kNan}}, 1), polyline({{10, 0}, {30, 0}, {20, 15}}, 4)}, MarkKind::BorderPreview);
+    for (const BorderOutline outline : {BorderOutline::Rectangle, BorderOutline::Hull}) {
+        const auto before = marked(job, plainPens(), border(outline)).first;
+        measureBorder(job, border(outline).border);
+        ASSERT_TRUE(job.border);
+        EXPECT_EQ(job.border->pen, 4);
+        ASSERT_EQ(before.size(), job.border->corners.size());
+        for (std::size_t i = 0; i < before.size(); ++i)
+            EXPECT_EQ(job.border->corners[i], before[i].at);
+        Job moved = job;
+        moved.strokes[1].points = {{-100, -100}};
+        const auto after = marked(moved, plainPens(), border(outline)).first;
+        ASSERT_EQ(after.size(), before.size());
+        for (std::size_t i = 0; i < before.size(); ++i)
+            EXPECT_EQ(after[i].at, before[i].at);
+        job.border.reset();
+    }
+    job.kind = MarkKind::RedPreview;
+    measureBorder(job, {});
+    EXPECT_FALSE(job.border);
+}
+
 TEST(Border, has_a_speed_of_its_own) {
     const Job job = jobOf({polyline({{0, 0}, {30, 0}, {30, 10}, {0, 10}}, 4)}, MarkKind::BorderPreview);
     PenTable pens = plainPens();
