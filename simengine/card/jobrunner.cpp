@@ -112,10 +112,16 @@ RunResult JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ti
     m_hold = false;
     m_orderedAt.reset();
     const std::uint64_t number = ++m_jobs;
+    Trace::Blocks old = m_trace.takeAll();
     alert();
+    lock.unlock();
+    old.clear(); // beside the worker, which has the job now
+    lock.lock();
     if (setup.penService)
         servePens(lock, setup, number);
     awaitEnd(lock, number);
+    lock.unlock();
+    m_trace.takeOld();
     return result;
 }
 

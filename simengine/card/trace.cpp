@@ -17,26 +17,34 @@ TraceSnapshot TraceSnapshot::commanded() const {
 }
 
 void Trace::beginJob(std::shared_ptr<const HeadMap> head, const FlyMotion& fly) {
-    std::vector<std::shared_ptr<TraceSnapshot::Block>> old;
     const std::lock_guard<PriorityMutex> lock(m_mutex);
-    m_head.swap(head); // the old one goes behind the lock, as the old rows do
+    m_head.swap(head); // the old one goes behind the lock
     m_fly = fly;
-    startPass(old);
+    startPass();
     m_passOfJob = 0;
 }
 
 void Trace::beginPass() {
-    std::vector<std::shared_ptr<TraceSnapshot::Block>> old;
     const std::lock_guard<PriorityMutex> lock(m_mutex);
-    startPass(old);
+    startPass();
     ++m_passOfJob;
 }
 
-/// Called with the lock held; what is to be freed goes to `old`.
-void Trace::startPass(std::vector<std::shared_ptr<TraceSnapshot::Block>>& old) {
+void Trace::clear() {
+    beginPass();
+    takeOld();
+}
+
+/// Called with the lock held.
+void Trace::startPass() {
     // The first block stays when nobody looks at it, so that a short loop allocates nothing.
-    if (m_blocks.size() != 1 || m_blocks.front().use_count() != 1)
-        old.swap(m_blocks);
+    if (m_blocks.size() != 1 || m_blocks.front().use_count() != 1) {
+        if (m_old.empty())
+            m_old.swap(m_blocks);
+        else
+            m_old.insert(m_old.end(), m_blocks.begin(), m_blocks.end());
+        m_blocks.clear();
+    }
     m_size = 0;
     m_dropped = 0;
     ++m_pass;
@@ -48,10 +56,35 @@ void Trace::append(TraceRow row) {
         ++m_dropped;
         return;
     }
-    if (m_size == m_blocks.size() * TraceSnapshot::kBlockRows)
+    if (m_size == m_blocks.size() * TraceSnapshot::kBlockRows) {
+        if (!m_old.empty())
+            m_old.pop_back();
         m_blocks.push_back(std::make_shared<TraceSnapshot::Block>());
+    }
     (*m_blocks[m_size / TraceSnapshot::kBlockRows])[m_size % TraceSnapshot::kBlockRows] = row;
     ++m_size;
+}
+
+Trace::Blocks Trace::takeAll() {
+    Blocks all;
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
+    all.swap(m_blocks);
+    all.insert(all.end(), m_old.begin(), m_old.end());
+    m_old.clear();
+    m_size = 0;
+    return all;
+}
+
+Trace::Blocks Trace::takeOld() {
+    Blocks old;
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
+    old.swap(m_old);
+    return old;
+}
+
+std::size_t Trace::blocks() const {
+    const std::lock_guard<PriorityMutex> lock(m_mutex);
+    return m_blocks.size() + m_old.size();
 }
 
 TraceSnapshot Trace::snapshot() const {

@@ -66,9 +66,13 @@ private:
 /// What the head marked in the last job, one row a vertex; a job that repeats itself keeps the pass in progress, or
 /// the last one, so that a loop of days needs no more memory than one pass. A pass keeps its first kMaxRows rows.
 ///
-/// All calls from any thread. The card's worker is the only one that calls beginPass and append.
+/// All calls from any thread. The card's worker is the only one that calls beginPass and append. To free a full trace
+/// takes tens of milliseconds, for which a stop would have to wait: the worker frees a block of the rows before for
+/// each one that it fills, and leaves the rest to takeOld().
 class Trace {
 public:
+    using Blocks = std::vector<std::shared_ptr<TraceSnapshot::Block>>;
+
     static constexpr std::size_t kMaxRows = 8'000'000;
 
     /// Forgets all rows and starts the first pass of a job. Its places are marked by way of `head`, all passes long;
@@ -77,7 +81,13 @@ public:
     /// Forgets all rows and starts another pass.
     void beginPass();
     void append(TraceRow row);
-    void clear() { beginPass(); }
+    void clear();
+
+    /// Takes out all rows, or those only that are forgotten already, for a caller who has the time to free them.
+    Blocks takeAll();
+    Blocks takeOld();
+    /// Blocks in memory, those included that are still to be freed.
+    std::size_t blocks() const;
 
     /// Rows so far and the pass they belong to.
     TraceSnapshot snapshot() const;
@@ -94,7 +104,8 @@ public:
 
 private:
     mutable PriorityMutex m_mutex; ///< taken by the worker at every row
-    std::vector<std::shared_ptr<TraceSnapshot::Block>> m_blocks;
+    Blocks m_blocks;
+    Blocks m_old; ///< forgotten, but not freed so far
     std::shared_ptr<const HeadMap> m_head;
     FlyMotion m_fly;
     std::size_t m_size = 0;
@@ -102,7 +113,7 @@ private:
     std::uint64_t m_pass = 0;
     std::uint64_t m_passOfJob = 0;
 
-    void startPass(std::vector<std::shared_ptr<TraceSnapshot::Block>>& old);
+    void startPass();
 };
 
 /// The rows as text, marked places: header "time,x,y,laser,pen", then a line a row: ms and mm with a decimal point

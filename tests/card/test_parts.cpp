@@ -193,6 +193,36 @@ TEST(Trace, reader_follows_and_starts_again_with_a_new_pass) {
     EXPECT_EQ(from, 1u);
 }
 
+TEST(Trace, rows_of_a_pass_are_freed_while_the_next_one_grows) {
+    constexpr std::size_t kBlocks = 50;
+    Trace trace;
+    const auto fill = [&trace](std::size_t blocks) {
+        for (std::size_t i = 0; i < blocks * TraceSnapshot::kBlockRows; ++i)
+            trace.append({double(i), {}, 0, false, false});
+    };
+    for (int pass = 0; pass < 3; ++pass) {
+        trace.beginPass();
+        EXPECT_EQ(trace.blocks(), pass == 0 ? 0 : kBlocks) << "not freed in between";
+        EXPECT_EQ(trace.size(), 0u);
+        fill(kBlocks / 2);
+        EXPECT_LE(trace.blocks(), kBlocks);
+        fill(kBlocks / 2);
+        EXPECT_EQ(trace.blocks(), kBlocks);
+    }
+    trace.beginPass();
+    fill(1);
+    trace.beginPass();
+    EXPECT_EQ(trace.blocks(), kBlocks);
+    EXPECT_EQ(trace.takeOld().size(), kBlocks - 1); // the first block of the short pass stays for the next one
+    EXPECT_EQ(trace.blocks(), 1u);
+    fill(2);
+    const TraceSnapshot seen = trace.snapshot();
+    EXPECT_EQ(trace.takeAll().size(), 2u);
+    EXPECT_EQ(trace.blocks(), 0u);
+    EXPECT_EQ(trace.size(), 0u);
+    EXPECT_EQ(seen[5].ms, 5.0);
+}
+
 TEST(Trace, keeps_what_was_commanded_and_how_the_jobs_head_marks_it) {
     SimHeadDistortion doubling;
     doubling.scaleX = 2.0;

@@ -483,6 +483,21 @@ TEST_F(CardRun, result_is_that_of_the_job_whatever_the_card_does_afterwards) {
     EXPECT_EQ(card.run(jobOf({}), false).outcome, Outcome::Refused);
 }
 
+TEST_F(CardRun, rows_of_the_job_before_are_freed_when_the_next_one_has_ended) {
+    card.setSpeed(0);
+    Stroke stroke;
+    for (int i = 0; i < 100'000; ++i)
+        stroke.points.push_back({i * 1e-3, 0});
+    EXPECT_TRUE(card.run(jobOf({stroke}), false));
+    EXPECT_GE(card.trace().blocks(), 24u);
+    EXPECT_FALSE(card.run(jobOf({}), false));
+    EXPECT_GE(card.trace().blocks(), 24u); // nothing was run, so the trace stays
+    EXPECT_EQ(card.trace().size(), 100'000u);
+    EXPECT_TRUE(card.run(jobOf({square(0, 0, 10)}), false));
+    EXPECT_EQ(card.trace().blocks(), 1u);
+    EXPECT_EQ(card.trace().size(), 5u);
+}
+
 TEST(ClosedCard, closing_ends_a_running_job_and_a_paused_one) {
     for (bool paused : {false, true}) {
         CardCore card;
