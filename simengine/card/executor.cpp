@@ -20,6 +20,7 @@ Executor::Executor(const Job& job, const PenTable& pens, const PlanSettings& set
     : m_planner(job, pens, settings, start)
     , m_loop(loop)
     , m_trace(trace)
+    , m_fly(fly.sanitized())
     , m_from(start) {
     m_piece.to = start;
     m_trace.beginJob(std::move(head), fly);
@@ -55,6 +56,8 @@ Executor::Progress Executor::advance(double untilUs, const std::atomic<bool>& at
 bool Executor::fetchPieces() {
     if (m_next < m_count)
         return true;
+    if (m_betweenPasses)
+        m_planner.setPlace(endOfPass());
     m_next = 0;
     m_count = m_planner.fill(m_chunk.data(), m_chunk.size());
     return m_count > 0 || nextPass();
@@ -62,6 +65,7 @@ bool Executor::fetchPieces() {
 
 void Executor::nextPiece() {
     if (m_betweenPasses) {
+        m_from = endOfPass();
         m_betweenPasses = false;
         m_passStartUs = m_pieceStartUs;
         m_trace.beginPass();
@@ -123,6 +127,11 @@ void Executor::stop() {
     m_piece.to = m_from;
     m_hasPiece = false;
     m_finished = true;
+}
+
+/// Where the wait between two passes leaves the head, which follows the product all the while.
+Point Executor::endOfPass() const {
+    return m_fly.commanded(m_from, (m_pieceStartUs - m_passStartUs) / 1000.0);
 }
 
 HeadMotion Executor::motion() const {

@@ -46,8 +46,8 @@ public:
     /// A repeated pass takes at least this long, µs, so that a job of no length cannot keep the card from its clock.
     static constexpr double kMinPassUs = 100.0;
 
-    /// `head` and `fly` are kept with the trace: how the drawn places are marked. They change neither times nor places
-    /// here.
+    /// `head` and `fly` are kept with the trace: how the drawn places are marked. They change no times and places here,
+    /// but that a repeated pass begins where the one before left the head on the fly.
     Executor(const Job& job, const PenTable& pens, const PlanSettings& settings, const LoopSettings& loop, Point start,
              Trace& trace, std::shared_ptr<const HeadMap> head = nullptr, const FlyMotion& fly = {});
 
@@ -74,7 +74,10 @@ public:
     /// Time on the job's clock at which the piece in progress ends.
     double pieceEndUs() const { return m_pieceStartUs + m_piece.us; }
     HeadMotion motion() const;
+    /// Of the drawing.
     Point position() const { return motion().at(m_nowUs); }
+    /// Where the head is, on the fly with the way that it followed.
+    Point commanded() const { return m_fly.commanded(position(), passMs()); }
 
     /// Time on the clock of the pass, which is the trace's, ms.
     double passMs() const { return (m_nowUs - m_passStartUs) / 1000.0; }
@@ -86,6 +89,7 @@ private:
     bool fetchPieces();
     void nextPiece();
     bool nextPass();
+    Point endOfPass() const;
     bool penIsDue() const { return m_haltAtPens && m_next < m_count && duePen() != m_readyPen; }
     void completePiece();
     /// Share of the piece in progress that is done; the piece must last.
@@ -95,6 +99,7 @@ private:
     Planner m_planner;
     const LoopSettings m_loop;
     Trace& m_trace;
+    const FlyMotion m_fly;
     std::array<Piece, 256> m_chunk{}; ///< the list buffer
     std::size_t m_next = 0;
     std::size_t m_count = 0;

@@ -76,7 +76,7 @@ void JobRunner::finish(Executor& executor) {
     m_lastTime = executor.time();
     m_lastTime.passes = executor.passes();
     *m_result = {m_lastOutcome, m_lastTime, m_stopOrders};
-    const Point end = executor.position();
+    const Point end = executor.commanded();
     m_idle = {end, end, Clock::now(), 0.0, m_factor};
     m_activity = Activity::Idle;
     m_hold = false;

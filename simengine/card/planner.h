@@ -56,6 +56,8 @@ public:
 
     /// Starts the walk again for another pass, from the place where the last one ended.
     void restart();
+    /// Where the head stands now, when it was moved on after the last piece.
+    void setPlace(Point at) { m_at = m_beam = at; }
 
     /// Lets fill() return early where an object is about to be repeated; roundsLeft() tells that it did.
     void haltAtRounds() { m_haltAtRounds = true; }

@@ -19,7 +19,7 @@ TraceSnapshot TraceSnapshot::commanded() const {
 void Trace::beginJob(std::shared_ptr<const HeadMap> head, const FlyMotion& fly) {
     const std::lock_guard<PriorityMutex> lock(m_mutex);
     m_head.swap(head); // the old one goes behind the lock
-    m_fly = fly;
+    m_fly = fly.sanitized();
     startPass();
     m_passOfJob = 0;
 }

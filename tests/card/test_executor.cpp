@@ -222,6 +222,25 @@ TEST(Executor, attention_ends_an_advance_after_one_piece) {
     EXPECT_LE(trace.size(), 1u);
 }
 
+TEST(Executor, repeated_pass_on_the_fly_begins_where_the_head_has_followed_to) {
+    LoopSettings loop;
+    loop.loop = true;
+    loop.delayMs = 5;
+    FlyMotion fly;
+    fly.shift = fly.travel = {0.1, 0.0};
+    Trace trace;
+    const Job job = jobOf({polyline({{0, 0}, {10, 0}})});
+    Executor executor(job, plainPens(), {}, loop, {}, trace, nullptr, fly);
+    executor.advance(102'000, kNoAttention);
+    EXPECT_NEAR(executor.commanded().x, 10 + 10.2, 1e-9); // in the wait
+    // The pass took 105 ms, so the head is at 20.5 mm and needs 20.5 ms for the way back.
+    executor.advance(105'000 + 20'500 + 50'000, kNoAttention);
+    ASSERT_EQ(trace.size(), 1u);
+    EXPECT_NEAR(trace.snapshot()[0].ms, 20.5, 1e-9);
+    EXPECT_NEAR(executor.position().x, 5, 1e-9);
+    EXPECT_NEAR(executor.commanded().x, 5 + 0.1 * 70.5, 1e-9);
+}
+
 TEST(Executor, loop_repeats_with_the_delay_between_passes) {
     LoopSettings loop;
     loop.loop = true;
