@@ -125,8 +125,11 @@ void RunTimes::work() {
         QString error;
         const bool saved = file.save(error);
         lock.lock();
-        if (!saved && !m_end)
+        if (!saved && !m_end) {
+            lock.unlock(); // who follows the log may ask for the runs
             MarkLog::Instance()->ShowNote_Error(QStringLiteral("run times: ") + error);
+            lock.lock();
+        }
         m_busy = false;
         m_changed.notify_all();
         m_changed.wait_for(lock, kPace, [this] { return m_end; });
