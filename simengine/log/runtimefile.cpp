@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
@@ -75,11 +76,19 @@ void RunTimeFile::open(const QString& path) {
     }
     if (!lines.isEmpty() && !lines.last().isEmpty())
         m_rewrite = true; // a line behind one without an end would be lost with it
-    for (std::size_t i = 0; i < m_runs.size();) {
-        const std::size_t before = m_runs.size();
-        trim(QString(m_runs[i].document));
-        i = m_runs.size() < before ? 0 : i + 1;
+    keepNewest();
+}
+
+/// Of a whole file at once: a file that has grown for long holds thousands of lines too many.
+void RunTimeFile::keepNewest() {
+    QHash<QString, std::size_t> counts;
+    std::vector<RunTime> kept;
+    for (auto run = m_runs.rbegin(); run != m_runs.rend() && kept.size() < kAll; ++run) {
+        if (++counts[run->document] <= kPerDocument)
+            kept.push_back(std::move(*run));
     }
+    std::reverse(kept.begin(), kept.end());
+    m_runs = std::move(kept);
 }
 
 void RunTimeFile::add(const RunTime& run) {

@@ -39,6 +39,7 @@ public:
     bool isSaved() const { return m_unsaved.isEmpty() && !m_rewrite; }
 
 private:
+    void keepNewest();
     void trim(const QString& document);
 
     QString m_path;

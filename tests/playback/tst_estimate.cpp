@@ -13,6 +13,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QHash>
 #include <QTest>
 #include <thread>
 
@@ -38,6 +39,8 @@ private slots:
     void equal_passes_are_kept_each();
     void edited_document_is_estimated_as_it_was_at_the_start();
     void records_outlive_the_program_and_stay_few();
+    void of_a_grown_file_the_newest_are_kept_data();
+    void of_a_grown_file_the_newest_are_kept();
     void damaged_records_are_passed_over();
 
 private:
@@ -322,6 +325,40 @@ void EstimateTest::records_outlive_the_program_and_stay_few() {
     const auto ofDocument = [&](const RunTime& run) { return run.document == more.document; };
     QCOMPARE(std::size_t(std::count_if(again.runs().begin(), again.runs().end(), ofDocument)),
              RunTimeFile::kPerDocument);
+}
+
+void EstimateTest::of_a_grown_file_the_newest_are_kept_data() {
+    QTest::addColumn<int>("documents");
+    QTest::addColumn<int>("kept");
+    QTest::newRow("of few documents") << 100 << 2000;
+    QTest::newRow("of many documents") << 130 << 2000;
+    QTest::newRow("of one document") << 1 << 20;
+}
+
+/// Runs of each document, one document after the other.
+void EstimateTest::of_a_grown_file_the_newest_are_kept() {
+    QFETCH(int, documents);
+    QFETCH(int, kept);
+    QByteArray bytes;
+    const int each = 3000 / documents;
+    for (int i = 0; i < documents * each; ++i) {
+        RunTime run;
+        run.document = QString::number(i / each);
+        run.when = QDateTime::fromMSecsSinceEpoch(1700000000000 + i, Qt::UTC);
+        bytes += lineOf(run);
+    }
+    QVERIFY(bytes.size() <= 2 * RunTimeFile::kMaxBytes);
+    QVERIFY(m_root->write(QStringLiteral("/ini/times.jsonl"), bytes));
+    RunTimeFile file;
+    file.open(m_root->path(QStringLiteral("ini/times.jsonl")));
+    QCOMPARE(int(file.runs().size()), kept);
+    QHash<QString, int> counts;
+    for (const RunTime& run : file.runs()) {
+        const int count = ++counts[run.document];
+        const int expected = run.document.toInt() * each + each - int(RunTimeFile::kPerDocument) + count - 1;
+        QCOMPARE(run.when.toMSecsSinceEpoch(), 1700000000000 + expected);
+    }
+    QCOMPARE(file.runs().back().document, QString::number(documents - 1));
 }
 
 void EstimateTest::damaged_records_are_passed_over() {
