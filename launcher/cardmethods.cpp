@@ -286,6 +286,8 @@ RpcReply CardMethods::device(QJsonObject const& params) {
 RpcReply CardMethods::flash(QJsonObject const& params) {
     if (!m_machine.isSimulated())
         return noSimulator();
+    if (params.contains(QLatin1String("address")) && !params.contains(QLatin1String("size")))
+        return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"address\" needs a \"size\""));
     QString const file = fileParam(params);
     auto const word = [&params](char const* key) {
         return static_cast<std::uint32_t>(params.value(QLatin1String(key)).toDouble());

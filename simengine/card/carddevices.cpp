@@ -2,6 +2,7 @@
 #include "simengine/card/carddevices.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace sim {
@@ -27,12 +28,16 @@ bool FlashMemory::write(std::uint32_t address, const unsigned char* data, int si
 
 std::vector<unsigned char> FlashMemory::read(std::uint32_t address, std::uint32_t size) const {
     std::vector<unsigned char> bytes(size, 0xFF);
+    const std::uint64_t end = std::uint64_t(address) + size;
     const std::lock_guard<std::mutex> lock(m_mutex);
-    for (unsigned char& byte : bytes) {
-        const auto page = m_pages.find(address / kPage);
-        if (page != m_pages.end())
-            byte = (*page->second)[address % kPage];
-        ++address;
+    for (auto page = m_pages.lower_bound(address / kPage); page != m_pages.end(); ++page) {
+        const std::uint64_t begin = std::uint64_t(page->first) * kPage;
+        if (begin >= end)
+            break;
+        const std::uint64_t from = std::max<std::uint64_t>(begin, address);
+        const std::uint64_t to = std::min(begin + kPage, end);
+        std::copy_n(page->second->begin() + static_cast<std::ptrdiff_t>(from - begin), to - from,
+                    bytes.begin() + static_cast<std::ptrdiff_t>(from - address));
     }
     return bytes;
 }

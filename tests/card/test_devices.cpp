@@ -307,6 +307,32 @@ TEST_F(DeviceTest, stuck_mirror_lacks_its_feedback) {
     EXPECT_EQ(read(0).status & kOrder, 1u << 20 | 1u << 21 | 1u << 23);
 }
 
+TEST_F(DeviceTest, flash_reads_over_its_pages_what_was_written) {
+    FlashMemory flash;
+    std::vector<unsigned char> image(FlashMemory::kSize, 0xFF);
+    const auto write = [&](std::uint32_t address, int size) {
+        std::vector<unsigned char> bytes(static_cast<std::size_t>(size));
+        for (std::size_t i = 0; i < bytes.size(); ++i)
+            image[address + i] = bytes[i] = static_cast<unsigned char>(address / 7 + i * 31);
+        EXPECT_TRUE(flash.write(address, bytes.data(), size));
+    };
+    write(4096 - 3, 7); // over the end of a page
+    write(3 * 4096, 2048);
+    write(FlashMemory::kSize - 2, 2);
+    EXPECT_EQ(flash.read(0, FlashMemory::kSize), image);
+    for (const auto& [address, size] : std::vector<std::pair<std::uint32_t, std::uint32_t>>{{4090, 20},
+                                                                                            {4095, 1},
+                                                                                            {4096, 1},
+                                                                                            {5000, 8000},
+                                                                                            {3 * 4096 + 100, 5},
+                                                                                            {FlashMemory::kSize - 5, 5},
+                                                                                            {9, 0}}) {
+        const auto begin = image.begin() + address;
+        EXPECT_EQ(flash.read(address, size), std::vector<unsigned char>(begin, begin + size)) << address;
+    }
+    EXPECT_EQ(flash.read(0xFFFFFFFFu, 3), std::vector<unsigned char>(3, 0xFF));
+}
+
 TEST_F(DeviceTest, flash_tells_what_was_written) {
     FlashMemory flash;
     const unsigned char bytes[4] = {1, 2, 3, 4};

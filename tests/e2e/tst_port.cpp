@@ -143,6 +143,7 @@ private slots:
         row("head read with a parameter", "head.get", R"({"scaleX":1})");
         row("commanded no switch", "card.trace", R"({"file":"t.csv","commanded":"yes"})");
         row("trace without file", "card.trace", R"({})");
+        row("part of the flash without its size", "card.flash", R"({"file":"f.bin","address":8388608})");
         row("quit with parameter", "app.quit", R"({"now":true})");
     }
     void machine_methods_check_their_parameters() {
