@@ -240,6 +240,42 @@ void firstVector() {
                 first.at(0.5) / 1000, first.at(1) / 1000);
 }
 
+/// A stop in the moment in which the worker takes the job: after a job whose trace has millions of rows, and of a
+/// border preview of as many vertices, whose way its caller finds.
+void stopAtTheBegin() {
+    const Job huge = hugeJob(4000000);
+    Job line;
+    line.strokes.push_back({0, {{0, 0}, {10000, 0}}});
+    for (const MarkKind kind : {MarkKind::Laser, MarkKind::BorderPreview}) {
+        Samples stops;
+        CardCore card;
+        card.open();
+        card.setPens(pens(500));
+        card.setState(RunState::Run);
+        for (int i = 0; i < 10; ++i) {
+            if (kind == MarkKind::Laser) {
+                card.setSpeed(0);
+                card.run(huge, false);
+                card.setSpeed(1);
+            }
+            card.setKind(kind);
+            const std::uint64_t before = card.runner().jobs();
+            auto next =
+                std::async(std::launch::async, [&] { return card.run(kind == MarkKind::Laser ? line : huge, false); });
+            while (card.runner().jobs() == before)
+                std::this_thread::yield();
+            const Clock::time_point begin = Clock::now();
+            card.stop();
+            stops.add(usSince(begin, Clock::now()));
+            next.get();
+        }
+        std::printf("stop at the begin of %s: p50 %.2f ms  max %.2f ms\n",
+                    kind == MarkKind::Laser ? "a line after a trace of 4 000 000 rows"
+                                            : "a border preview of 4 000 000 vertices",
+                    stops.at(0.5) / 1000, stops.at(1) / 1000);
+    }
+}
+
 /// What ramps and wobble cost beside a plain stroke of as many vertices, both as fast as possible.
 void unpacedShaped() {
     const auto run = [](const Job& job, const PenTable& table) {
@@ -308,6 +344,7 @@ int main(int argc, char** argv) {
         pace("mixture, all cores busy", mixedJob(), 5000, 1);
     }
     firstVector();
+    stopAtTheBegin();
     unpaced();
     unpacedShaped();
     return 0;
