@@ -51,6 +51,7 @@ void CardCore::setClosedListener(std::function<void()> listener) {
 
 void CardCore::setSpeed(double factor) {
     m_runner.setSpeed(factor);
+    m_deviceClock.now(); // up to here the devices go by the factor before
     {
         const std::lock_guard<std::mutex> lock(m_waitMutex); // a waiter has either not looked yet or hears the call
     }

@@ -17,11 +17,25 @@ double DeviceClock::steadyMs() {
 
 double DeviceClock::now() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    look();
+    return m_pacedMs + m_leapsMs;
+}
+
+double DeviceClock::pacedMs() const {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    look();
+    return m_pacedMs;
+}
+
+void DeviceClock::look() const {
     const double wall = m_wallMs();
-    const double speed = m_speed();
-    m_simMs += speed > 0.0 ? (wall - m_lastWallMs) * speed : kLeapMs;
+    const double factor = m_speed();
+    const double before = m_factor.value_or(factor);
+    m_pacedMs += (wall - m_lastWallMs) * before;
+    if (before == 0.0 || factor == 0.0)
+        m_leapsMs += kLeapMs;
     m_lastWallMs = wall;
-    return m_simMs;
+    m_factor = factor;
 }
 
 } // namespace sim

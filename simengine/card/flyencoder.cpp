@@ -63,7 +63,7 @@ double FlyEncoder::beltPulses() const {
 void FlyEncoder::setCount(int count) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_base = count;
-    m_since = m_clock.now();
+    m_since = m_clock.pacedMs();
 }
 
 int FlyEncoder::count() const {
@@ -90,8 +90,8 @@ FlyMotion FlyEncoder::motion() const {
 
 /// Takes what was counted so far into the base. A fault that came or went since the last look counts from this one.
 void FlyEncoder::settle() const {
-    const double now = m_clock.now();
-    if (!m_stopped && !m_clock.isUnpaced())
+    const double now = m_clock.pacedMs();
+    if (!m_stopped)
         m_base = wrapped(m_base + rate() * (now - m_since));
     m_since = now;
     m_stopped = m_faults.isOn("encoder_stopped");

@@ -25,7 +25,7 @@ LaserKind configuredKind() {
 
 /// Goes before the card on whose lines it hangs.
 LaserLines& fittedLaser() {
-    static LaserLines laser(simulatedCard().io(), simulatedCard().faults(), [] { return simulatedCard().speed(); });
+    static LaserLines laser(simulatedCard().io(), simulatedCard().faults(), simulatedCard().deviceClock());
     return laser;
 }
 

@@ -2,7 +2,6 @@
 #include "simengine/lasers/laserlines.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace sim {
 
@@ -15,11 +14,10 @@ constexpr std::uint32_t kLine23 = 1u << 23;
 
 } // namespace
 
-LaserLines::LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
-                       std::function<double()> wallMs)
+LaserLines::LaserLines(IoBank& io, const FaultBank& faults, const DeviceClock& clock)
     : m_io(io)
     , m_faults(faults)
-    , m_clock(std::move(speed), std::move(wallMs)) {
+    , m_clock(clock) {
     m_listener = m_io.addOutputListener([this](int bit, bool on, std::uint32_t) { follow(bit, on); });
     m_io.setInputDevice(this);
 }

@@ -6,7 +6,6 @@
 #include "simengine/card/iobank.h"
 
 #include <cstdint>
-#include <functional>
 #include <mutex>
 
 namespace sim {
@@ -29,10 +28,8 @@ public:
     static constexpr double kSnReadyMs = 1500.0;
     static constexpr double kSnEmissionMs = 500.0; ///< not before it is ready
 
-    /// Hangs on the lines of `io` until it goes. `speed` gives simulated seconds a second, 0 without limit; `wallMs`
-    /// the steady clock, ms.
-    LaserLines(IoBank& io, const FaultBank& faults, std::function<double()> speed,
-               std::function<double()> wallMs = &DeviceClock::steadyMs);
+    /// Hangs on the lines of `io` until it goes.
+    LaserLines(IoBank& io, const FaultBank& faults, const DeviceClock& clock);
     ~LaserLines();
     LaserLines(const LaserLines&) = delete;
     LaserLines& operator=(const LaserLines&) = delete;
@@ -58,7 +55,7 @@ private:
 
     IoBank& m_io;
     const FaultBank& m_faults;
-    const DeviceClock m_clock;
+    const DeviceClock& m_clock;
     mutable std::mutex m_mutex; ///< guards all below
     LaserKind m_kind = LaserKind::Silent;
     Enable m_shutter;

@@ -56,12 +56,27 @@ TEST_F(DeviceTest, device_clock_goes_by_the_speed) {
     pass(10);
     EXPECT_EQ(clock.now() - begin, 10.0);
     speed = 4.0;
+    EXPECT_EQ(clock.now() - begin, 10.0);
     pass(10);
     EXPECT_EQ(clock.now() - begin, 50.0);
-    EXPECT_FALSE(clock.isUnpaced());
     speed = 0.0;
-    EXPECT_TRUE(clock.isUnpaced());
     EXPECT_EQ(clock.now() - begin, 50.0 + DeviceClock::kLeapMs);
+    pass(10);
+    EXPECT_EQ(clock.pacedMs() - begin, 50.0);
+    speed = 1.0;
+    EXPECT_GE(clock.now() - begin, 50.0 + 2 * DeviceClock::kLeapMs);
+    pass(10);
+    EXPECT_EQ(clock.pacedMs() - begin, 60.0);
+}
+
+/// A factor that comes later says nothing about the time before it.
+TEST_F(DeviceTest, time_before_a_change_of_the_speed_goes_by_the_speed_of_then) {
+    clock.now();
+    pass(1000);
+    speed = 100.0;
+    EXPECT_EQ(clock.now(), 1000.0);
+    pass(1);
+    EXPECT_EQ(clock.now(), 1100.0);
 }
 
 TEST_F(DeviceTest, encoder_of_the_belt_counts_its_way) {
@@ -142,6 +157,34 @@ TEST_F(DeviceTest, encoder_stands_still_while_time_has_no_limit) {
     speed = 0.0;
     pass(1000);
     EXPECT_EQ(encoder.count(), 0);
+    send(0x4A55, 0, 25000);
+    EXPECT_EQ(splitter.mirror(), 25000); // the mirror is there at once, and the pulses have not gone on by that
+    speed = 1.0;
+    EXPECT_EQ(encoder.count(), 0);
+    pass(7);
+    EXPECT_EQ(encoder.count(), 7);
+}
+
+/// Nobody looks at the encoder before the change.
+TEST(DeviceSpeed, encoder_counts_the_time_before_a_change_of_the_speed_by_the_speed_of_then) {
+    using Clock = std::chrono::steady_clock;
+    const auto ms = [](Clock::time_point from, Clock::time_point to) {
+        return std::chrono::duration<double, std::milli>(to - from).count();
+    };
+    CardCore card;
+    card.setSpeed(1.0);
+    FlySettings settings;
+    settings.innerEnabled = true; // a pulse a millisecond
+    card.encoder().set(settings);
+    const Clock::time_point begin = Clock::now();
+    card.encoder().setCount(0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    const Clock::time_point asked = Clock::now();
+    card.setSpeed(1000.0);
+    const Clock::time_point changed = Clock::now();
+    const int count = card.encoder().count();
+    EXPECT_GE(count, 49);
+    EXPECT_LE(count, ms(begin, changed) + 1000.0 * ms(asked, Clock::now()));
 }
 
 TEST_F(DeviceTest, belt_refuses_what_no_belt_does) {

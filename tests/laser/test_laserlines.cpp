@@ -19,7 +19,8 @@ protected:
     FaultBank faults;
     std::atomic<double> wallMs{1000.0};
     std::atomic<double> speed{1.0};
-    LaserLines laser{io, faults, [this] { return speed.load(); }, [this] { return wallMs.load(); }};
+    DeviceClock clock{[this] { return speed.load(); }, [this] { return wallMs.load(); }};
+    LaserLines laser{io, faults, clock};
 
     void pass(double ms) { wallMs = wallMs + ms; }
 };
@@ -167,7 +168,8 @@ TEST(LaserLines, leaves_no_trace_when_it_goes) {
     IoBank io;
     const FaultBank faults;
     {
-        LaserLines laser(io, faults, [] { return 1.0; });
+        const DeviceClock clock([] { return 1.0; });
+        LaserLines laser(io, faults, clock);
         laser.fit(LaserKind::Sn);
         EXPECT_EQ(io.inputs(), k22 | k23);
     }
