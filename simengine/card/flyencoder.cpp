@@ -15,8 +15,10 @@ constexpr double kLeastPeriodUs = 1.0;
 constexpr double kCounterSize = 4294967296.0;
 constexpr double kCounterLow = -2147483648.0;
 
+/// 0 for figures by which no head can follow.
 double perMs(double pulsesPerMs, double pulsesPerMm) {
-    return pulsesPerMm == 0.0 || !std::isfinite(pulsesPerMm) ? 0.0 : pulsesPerMs / pulsesPerMm;
+    const double mm = pulsesPerMs / pulsesPerMm;
+    return std::isfinite(pulsesPerMm) && std::isfinite(mm) ? mm : 0.0;
 }
 
 } // namespace
@@ -69,7 +71,9 @@ void FlyEncoder::setCount(int count) {
 int FlyEncoder::count() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
     settle();
-    return static_cast<int>(std::floor(wrapped(m_base)));
+    // The upper half of a range beyond 31 bits shows as a count below 0, as a counter of 32 bits does.
+    const auto counter = static_cast<std::uint32_t>(static_cast<std::int64_t>(std::floor(wrapped(m_base))));
+    return static_cast<std::int32_t>(counter);
 }
 
 double FlyEncoder::pulsesPerMs() const {
@@ -102,7 +106,7 @@ double FlyEncoder::rate() const {
         return (m_settings.outerReverse ? -1.0 : 1.0) * m_beltMmPerMs * m_beltPulses;
     if (!m_settings.innerEnabled)
         return 0.0;
-    return (m_settings.innerReverse ? -1.0 : 1.0) * 1000.0 / std::max(m_settings.innerPeriodUs, kLeastPeriodUs);
+    return (m_settings.innerReverse ? -1.0 : 1.0) * 1000.0 / std::max(kLeastPeriodUs, m_settings.innerPeriodUs);
 }
 
 double FlyEncoder::wrapped(double count) const {

@@ -45,6 +45,8 @@ public:
     double beltPulses() const;
 
     void setCount(int count);
+    /// From 0 up to the range, or all that 32 bits with a sign hold; a range of 2^31 pulses and more shows its upper
+    /// part below 0.
     int count() const;
     /// Pulses a millisecond now, with their direction.
     double pulsesPerMs() const;

@@ -132,6 +132,36 @@ TEST_F(DeviceTest, encoder_count_begins_anew_after_its_range) {
     EXPECT_EQ(encoder.count(), 199);
 }
 
+/// The parameters let a range of 3 000 000 mm with 1000 pulses each pass.
+TEST_F(DeviceTest, encoder_count_of_a_range_beyond_31_bits_has_its_32_bits) {
+    FlySettings settings = fly();
+    settings.innerEnabled = true;
+    settings.innerReverse = true;
+    settings.rangeEnabled = true;
+    settings.rangeMm = 3e6;
+    settings.pulsesPerMm = 1000;
+    encoder.set(settings);
+    pass(1);
+    EXPECT_EQ(encoder.count(), static_cast<std::int32_t>(2999999999u));
+    settings.innerReverse = false;
+    encoder.set(settings);
+    pass(1);
+    EXPECT_EQ(encoder.count(), 0);
+}
+
+TEST_F(DeviceTest, encoder_keeps_counting_with_figures_that_are_no_numbers) {
+    FlySettings settings = fly();
+    settings.innerEnabled = true;
+    settings.innerPeriodUs = std::nan("");
+    settings.rangeEnabled = true;
+    settings.rangeMm = std::nan("");
+    settings.pulsesPerMmX = 1e-320;
+    encoder.set(settings);
+    EXPECT_EQ(encoder.motion().shift.x, 0.0);
+    pass(1);
+    EXPECT_EQ(encoder.count(), 1000); // by the shortest period that there is
+}
+
 TEST_F(DeviceTest, encoder_that_stopped_keeps_its_count) {
     FlySettings settings = fly();
     settings.innerEnabled = true;
