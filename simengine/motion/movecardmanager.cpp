@@ -36,10 +36,10 @@ int motorOf(int axis) {
 }
 
 /// The counters go on where the last run of the program has left them, and the carriages stand where they belong to
-/// that.
+/// that. Slots behind the axes in use keep values of earlier machines, and may name the same motors.
 void restorePositions() {
     IniFile const file(tessera::rootPath(QLatin1String(kPositionFile)));
-    for (int axis = 0; axis < kAxisSlots; ++axis) {
+    for (int axis = 0; hasAxis(axis); ++axis) {
         std::optional<double> const stored =
             iniDouble(file.value(QStringLiteral("AxisPos"), QStringLiteral("Axis%1").arg(axis)).value_or(QString()));
         if (stored)
@@ -86,7 +86,7 @@ void MoveCardManager::InitMoveCard() {
         return;
     AxisGroup& axes = simulatedAxes();
     axes.resetAll();
-    for (int axis = 0; axis < kAxisSlots; ++axis)
+    for (int axis = 0; hasAxis(axis); ++axis)
         axes.configure(motorOf(axis), axisConfig(*Class_CardPara::Instance(), axis));
     restoreCarriages();
     restorePositions();

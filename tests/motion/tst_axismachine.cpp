@@ -128,6 +128,24 @@ private slots:
         }
     }
 
+    /// A machine that had four axes once has three: the slot of the fourth still tells a motor and has a position.
+    void slots_behind_the_axes_in_use_act_on_no_motor() {
+        manager().CloseMoveCard();
+        Class_CardPara::Instance()->AxisCount = 3;
+        para(3).MotorNo = 1;
+        para(3).PulseReverse = 1;
+        ProfIniFile(m_root->path("ini/MovePos.ini")).WriteDouble("AxisPos", "Axis0", 7.0);
+        ProfIniFile(m_root->path("ini/MovePos.ini")).WriteDouble("AxisPos", "Axis3", 55.0);
+        simulatedAxes().putAt(0, 60.0);
+        QFile::remove(m_root->path("ini/SimAxes.ini"));
+        manager().InitMoveCard();
+        QCOMPARE(counter(0), 7.0);
+        AxisSample before;
+        QVERIFY(simulatedAxes().sample(0, before));
+        QVERIFY(simulatedAxes().move(0, 8.0, 50.0, 500.0)); // as it was set up at the opening
+        QVERIFY(place(0) > before.place);
+    }
+
     void an_axis_is_given_its_time_to_settle() {
         machine().setSpeed(1.0);
         Class_CardPara::Instance()->DefaultDelay = 150;
