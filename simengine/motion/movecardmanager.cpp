@@ -9,6 +9,8 @@
 #include "simengine/params/inifile.h"
 #include "support/approot.h"
 
+#include <QCoreApplication>
+#include <QThread>
 #include <atomic>
 #include <cmath>
 #include <mutex>
@@ -23,42 +25,60 @@ void record(char const* name, std::vector<JournalValue> args = {}) {
     simulatedCard().journal().add(name, std::move(args));
 }
 
-bool hasAxis(int axis) {
-    return axis >= 0 && axis < qMin(Class_CardPara::Instance()->AxisCount, kAxisSlots);
+bool hasAxis(Class_CardPara const& para, int axis) {
+    return axis >= 0 && axis < qMin(para.AxisCount, kAxisSlots);
 }
 
-AxisPara const& axisPara(int axis) {
-    return Class_CardPara::Instance()->Axis[static_cast<std::size_t>(axis)];
-}
-
-int motorOf(int axis) {
-    return sim::motorOf(*Class_CardPara::Instance(), axis);
+bool onMainThread() {
+    QCoreApplication const* app = QCoreApplication::instance();
+    return !app || QThread::currentThread() == app->thread();
 }
 
 /// The counters go on where the last run of the program has left them, and the carriages stand where they belong to
 /// that. Slots behind the axes in use keep values of earlier machines, and may name the same motors.
-void restorePositions() {
+void restorePositions(Class_CardPara const& para) {
     IniFile const file(tessera::rootPath(QLatin1String(kPositionFile)));
-    for (int axis = 0; hasAxis(axis); ++axis) {
+    for (int axis = 0; hasAxis(para, axis); ++axis) {
         std::optional<double> const stored =
             iniDouble(file.value(QStringLiteral("AxisPos"), QStringLiteral("Axis%1").arg(axis)).value_or(QString()));
         if (stored)
-            restoreCounter(motorOf(axis), *stored);
+            restoreCounter(motorOf(para, axis), *stored);
     }
 }
 
 } // namespace
 
 struct MoveCardManager::Private {
+    using Para = std::shared_ptr<Class_CardPara const>;
+
     std::unique_ptr<IMoveCardBase> card;
     std::atomic<bool> open{false};
 
-    bool usable(int axis) const { return open && hasAxis(axis); }
+    /// The machine's parameters. A dialog writes them on the main thread while axes are driven from others, which
+    /// therefore get those of the last call on the main thread.
+    Para values() {
+        std::lock_guard<std::mutex> const guard(m_lock);
+        if (!m_para || onMainThread())
+            m_para = std::make_shared<Class_CardPara const>(*Class_CardPara::Instance());
+        return m_para;
+    }
+    /// Those for a call that drives this axis; null when it cannot be driven.
+    Para valuesOf(int axis) {
+        if (!open)
+            return nullptr;
+        Para para = values();
+        return hasAxis(*para, axis) ? para : nullptr;
+    }
+
+private:
+    std::mutex m_lock;
+    Para m_para;
 };
 
 MoveCardManager::MoveCardManager()
     : d(std::make_unique<Private>()) {
     simulatedAxes(); // made before the manager and so destroyed after it
+    d->values();
 }
 
 /// At the end of the process, too late for files.
@@ -86,10 +106,11 @@ void MoveCardManager::InitMoveCard() {
         return;
     AxisGroup& axes = simulatedAxes();
     axes.resetAll();
-    for (int axis = 0; hasAxis(axis); ++axis)
-        axes.configure(motorOf(axis), axisConfig(*Class_CardPara::Instance(), axis));
+    Private::Para const para = d->values();
+    for (int axis = 0; hasAxis(*para, axis); ++axis)
+        axes.configure(motorOf(*para, axis), axisConfig(*para, axis));
     restoreCarriages();
-    restorePositions();
+    restorePositions(*para);
     applyAxisFaults();
     d->open = true;
 }
@@ -108,27 +129,29 @@ bool MoveCardManager::IsCardOpened() const {
 }
 
 bool MoveCardManager::IsEnableMoveCard() const {
-    return Class_CardPara::Instance()->EnableMotion;
+    return d->values()->EnableMotion;
 }
 
 bool MoveCardManager::AxisMove2(int axis, double pos, double speed, double acc) {
     record("AxisMove2", journalArgs(axis, pos, speed, acc));
-    if (!d->usable(axis))
+    Private::Para const para = d->valuesOf(axis);
+    if (!para)
         return false;
-    Class_CardPara const& para = *Class_CardPara::Instance();
-    simulatedAxes().configure(motorOf(axis), axisConfig(para, axis));
-    return simulatedAxes().move(motorOf(axis), pos, capped(speed, para.MaxSpeed), capped(acc, para.MaxAcc));
+    int const motor = motorOf(*para, axis);
+    simulatedAxes().configure(motor, axisConfig(*para, axis));
+    return simulatedAxes().move(motor, pos, capped(speed, para->MaxSpeed), capped(acc, para->MaxAcc));
 }
 
 bool MoveCardManager::AxisMove2Jog(int axis, double signedSpeed, double acc) {
     record("AxisMove2Jog", journalArgs(axis, signedSpeed, acc));
-    if (!d->usable(axis))
+    Private::Para const para = d->valuesOf(axis);
+    if (!para)
         return false;
-    Class_CardPara const& para = *Class_CardPara::Instance();
-    double const speed = std::copysign(capped(std::fabs(signedSpeed), para.MaxSpeed), signedSpeed);
-    simulatedAxes().configure(motorOf(axis), axisConfig(para, axis));
-    return simulatedAxes().jog(motorOf(axis), axisPara(axis).JogReverse != 0 ? -speed : speed,
-                               capped(acc, para.MaxAcc));
+    int const motor = motorOf(*para, axis);
+    double const speed = std::copysign(capped(std::fabs(signedSpeed), para->MaxSpeed), signedSpeed);
+    bool const reverse = para->Axis[static_cast<std::size_t>(axis)].JogReverse != 0;
+    simulatedAxes().configure(motor, axisConfig(*para, axis));
+    return simulatedAxes().jog(motor, reverse ? -speed : speed, capped(acc, para->MaxAcc));
 }
 
 bool MoveCardManager::AxisGetAltPos(int axis, double& pos) const {
@@ -137,8 +160,9 @@ bool MoveCardManager::AxisGetAltPos(int axis, double& pos) const {
 }
 
 bool MoveCardManager::AxisGetInfo(int axis, double& pos, int& state) const {
+    Private::Para const para = d->valuesOf(axis);
     AxisSample sample;
-    if (!d->usable(axis) || !simulatedAxes().sample(motorOf(axis), sample))
+    if (!para || !simulatedAxes().sample(motorOf(*para, axis), sample))
         return false;
     pos = sample.position;
     state = sample.state;
@@ -147,25 +171,28 @@ bool MoveCardManager::AxisGetInfo(int axis, double& pos, int& state) const {
 
 bool MoveCardManager::AxisChangeToT(int axis) {
     record("AxisChangeToT", journalArgs(axis));
-    if (!d->usable(axis))
+    Private::Para const para = d->valuesOf(axis);
+    if (!para)
         return false;
+    int const motor = motorOf(*para, axis);
     AxisSample sample;
-    if (simulatedAxes().sample(motorOf(axis), sample) && (sample.state & AxisJogging) != 0)
-        simulatedAxes().stop(motorOf(axis));
+    if (simulatedAxes().sample(motor, sample) && (sample.state & AxisJogging) != 0)
+        simulatedAxes().stop(motor);
     return true;
 }
 
 bool MoveCardManager::SetCurPos(int axis, double pos) {
     record("SetCurPos", journalArgs(axis, pos));
-    if (!d->usable(axis) || !simulatedAxes().setPosition(motorOf(axis), pos))
+    Private::Para const para = d->valuesOf(axis);
+    if (!para || !simulatedAxes().setPosition(motorOf(*para, axis), pos))
         return false;
     storeCarriages();
     return true;
 }
 
 void MoveCardManager::WaiAxisStop(int axis) {
-    if (d->usable(axis))
-        simulatedAxes().wait(motorOf(axis));
+    if (Private::Para const para = d->valuesOf(axis))
+        simulatedAxes().wait(motorOf(*para, axis));
 }
 
 void MoveCardManager::StopAll() {

@@ -6,7 +6,8 @@
 
 #include <memory>
 
-/// Access to the axes, numbered from 0. Every operation may be called from any thread; with the motion card closed it
+/// Access to the axes, numbered from 0. Every operation may be called from any thread; off the main thread it goes by
+/// the parameters that Class_CardPara held at the last operation on the main thread. With the motion card closed it
 /// does nothing, gives false and leaves the values that it should fill as they are. Positions in the axis's unit (mm or
 /// degrees), speeds in unit/s, accelerations in unit/s^2.
 class ENGINE_API MoveCardManager {
@@ -28,7 +29,8 @@ public:
     bool AxisMove2(int axis, double pos, double speed, double acc);
     /// Starts a jog in the direction of the sign of `signedSpeed`; it runs until it is stopped or meets a limit.
     bool AxisMove2Jog(int axis, double signedSpeed, double acc);
-    /// Gives the position counted since homing.
+    /// Gives the position counted since it was last set: by a homing, by SetCurPos, or at the opening of the motion
+    /// card.
     bool AxisGetAltPos(int axis, double& pos) const;
     /// Gives position and state word, which IMoveCardBase decodes.
     bool AxisGetInfo(int axis, double& pos, int& state) const;

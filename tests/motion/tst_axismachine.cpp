@@ -14,6 +14,7 @@
 #include <QElapsedTimer>
 #include <QtTest>
 #include <cmath>
+#include <thread>
 
 using namespace sim;
 
@@ -144,6 +145,20 @@ private slots:
         QVERIFY(simulatedAxes().sample(0, before));
         QVERIFY(simulatedAxes().move(0, 8.0, 50.0, 500.0)); // as it was set up at the opening
         QVERIFY(place(0) > before.place);
+    }
+
+    /// A dialog writes the shared object while steps are driven on the pool.
+    void other_threads_go_by_the_parameters_of_the_last_call_on_the_main_thread() {
+        QCOMPARE(counter(0), 0.0);
+        Class_CardPara::Instance()->AxisCount = 1;
+        para(0).MotorNo = 2;
+        bool second = false;
+        std::thread([&second] { second = manager().AxisMove2(1, 5.0, 50.0, 500.0); }).join();
+        QVERIFY(second);
+        QCOMPARE(place(1), 65.0);
+        QCOMPARE(counter(0), 5.0); // on the main thread the axis is that of motor 2 at once,
+        std::thread([&second] { second = manager().AxisMove2(1, 9.0, 50.0, 500.0); }).join();
+        QVERIFY(!second); // and from then on also elsewhere there is no second axis
     }
 
     void an_axis_is_given_its_time_to_settle() {
