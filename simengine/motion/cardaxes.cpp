@@ -84,7 +84,8 @@ bool runRequest(AxisMoveStruct const& request, Class_CardPara const& para, std::
     int const motor = motorOf(para, request.AxisNo);
     AxisConfig const config = axisConfig(para, request.AxisNo);
     AxisGroup& axes = simulatedAxes();
-    simulatedCard().journal().add("SearchHome", journalArgs(request.AxisNo, request.Home, request.Pos));
+    simulatedCard().journal().add(request.Home ? "SearchHome" : "WaitAxisStop",
+                                  journalArgs(request.AxisNo, request.Home, request.Pos));
     if (request.Home) {
         bool const homed = homeAxis(axes, motor, config, homingPlan(axis), cancelled);
         if (homed)

@@ -5,6 +5,7 @@
 #include "engine/profinifile.h"
 #include "engine/vzmovecard.h"
 #include "engine/waitaxisstop.h"
+#include "simengine/card/cardcore.h"
 #include "simengine/motion/axisstate.h"
 #include "simengine/motion/cardaxes.h"
 #include "simengine/motion/carriagefile.h"
@@ -212,6 +213,9 @@ private slots:
             QVERIFY(manager().SetCurPos(1, 0.0));
             WaitAxisStop dialog(false, {request}, nullptr, nullptr);
             QCOMPARE(dialog.exec(), int(mode == 0 ? QDialog::Accepted : QDialog::Rejected));
+            JournalEntry const call = simulatedCard().journal().since(0).back();
+            QCOMPARE(call.name, std::string("WaitAxisStop"));
+            QVERIFY(call.args == journalArgs(1, 0, 10.0));
         }
     }
 
