@@ -42,10 +42,15 @@ bool isPath(int index) {
 
 } // namespace
 
-BeamSplitter::BeamSplitter(const DeviceClock& clock, const FaultBank& faults, std::function<bool()> emits)
+BeamSplitter::BeamSplitter(const DeviceClock& clock, FaultBank& faults, std::function<bool()> emits)
     : m_clock(clock)
     , m_faults(faults)
-    , m_emits(std::move(emits)) {}
+    , m_emits(std::move(emits))
+    , m_observer(faults.observe([this] { stick(); })) {}
+
+BeamSplitter::~BeamSplitter() {
+    m_faults.forgetObserver(m_observer);
+}
 
 bool BeamSplitter::command(int code, int a, int b, int& out1, int& out2) {
     if (code == kRead) {
@@ -74,9 +79,7 @@ bool BeamSplitter::command(int code, int a, int b, int& out1, int& out2) {
 void BeamSplitter::store(int a, int b) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        const double now = m_clock.now();
-        m_from = place(now);
-        m_since = now;
+        rebase(m_clock.now());
         m_store.delayMs = std::max(a, 0);
         m_store.parameters = static_cast<std::uint32_t>(b);
     }
@@ -99,9 +102,35 @@ void BeamSplitter::move(int place) {
         return;
     const double now = m_clock.now();
     m_from = this->place(now);
-    m_planned = inRange(place);
-    m_to = m_faults.isOn("splitter_stuck") ? static_cast<int>(std::lround(m_from)) : m_planned;
     m_since = now;
+    m_planned = inRange(place);
+    m_to = m_stuck ? m_from : m_planned;
+    m_stuckEnd = now + std::abs(m_planned - m_from) / countsPerMs();
+}
+
+/// A fault was switched: what is stuck from now on stays here, what comes loose goes on from here.
+void BeamSplitter::stick() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const bool stuck = m_faults.isOn("splitter_stuck"); // of two switchings at once the later look is right
+    if (stuck == m_stuck)
+        return;
+    m_stuck = stuck;
+    const double now = m_clock.now();
+    m_stuckEnd = arrival();
+    rebase(now);
+    if (stuck) {
+        m_to = m_from;
+    } else if (m_to != m_planned) {
+        m_since = now;
+        m_to = m_planned;
+    }
+}
+
+/// Lets a mirror that is on its way begin anew from here; one that has arrived did so when it did.
+void BeamSplitter::rebase(double now) {
+    const double end = arrival();
+    m_from = place(now);
+    m_since = std::min(now, end);
 }
 
 bool BeamSplitter::setCardNumber(int number) {
@@ -119,6 +148,7 @@ int BeamSplitter::cardNumber() const {
 
 void BeamSplitter::setStore(const SplitterStore& store) {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    rebase(m_clock.now());
     m_store = store;
     for (int& position : m_store.positions)
         position = inRange(position);
@@ -206,7 +236,7 @@ std::uint32_t BeamSplitter::status(int index, double now, bool emits) const {
         word |= 1u << (kPathOpen + path - 1);
     if (!emits)
         word |= kShutterClosed;
-    if (arrived)
+    if (now >= (m_stuck ? m_stuckEnd : arrival()))
         word |= kAtPlanned;
     if (feedback)
         word |= kFeedbackGood;

@@ -20,8 +20,8 @@ struct SplitterStore {
 
 /// The beam splitter on the card's command channel: a mirror that sends the beam down one of four light paths. It goes
 /// at ten counts a millisecond for each step of its speed, settles, and then its path is in use. Times are those of the
-/// simulated clock. The fault "splitter_link" takes the link away, "splitter_stuck" holds the mirror where it is. All
-/// calls from any thread.
+/// simulated clock. The fault "splitter_link" takes the link away. "splitter_stuck" holds the mirror where it is, also
+/// one that is under way; when it is over the mirror goes to where it was sent last. All calls from any thread.
 class BeamSplitter {
 public:
     static constexpr int kPaths = 4;
@@ -29,7 +29,10 @@ public:
     static constexpr int kCards = 4;    ///< numbers that a card can have; 0 is the main card
 
     /// `emits` tells whether a job with the laser is on the card.
-    BeamSplitter(const DeviceClock& clock, const FaultBank& faults, std::function<bool()> emits);
+    BeamSplitter(const DeviceClock& clock, FaultBank& faults, std::function<bool()> emits);
+    ~BeamSplitter();
+    BeamSplitter(const BeamSplitter&) = delete;
+    BeamSplitter& operator=(const BeamSplitter&) = delete;
 
     /// Answers a command of the card; false for a code that is not the splitter's. A card that is not the main one
     /// takes no settings, places or moves.
@@ -55,6 +58,8 @@ private:
     void store(int a, int b);
     void storePath(int a, int b);
     void move(int place);
+    void stick();
+    void rebase(double now);
     double place(double now) const;
     double arrival() const;
     int pathAt(double now) const;
@@ -63,16 +68,19 @@ private:
     void tell();
 
     const DeviceClock& m_clock;
-    const FaultBank& m_faults;
+    FaultBank& m_faults;
     const std::function<bool()> m_emits;
     mutable std::mutex m_mutex; ///< guards all below
     SplitterStore m_store;
     std::function<void(const SplitterStore&)> m_listener;
     int m_number = 0;
+    bool m_stuck = false;
     double m_from = 10000.0;
-    int m_to = 10000;      ///< where the mirror goes, or stands
-    int m_planned = 10000; ///< where it was sent
-    double m_since = -1.0e9;
+    double m_to = 10000.0;      ///< where the mirror goes, or stands
+    int m_planned = 10000;      ///< where it was sent
+    double m_since = -1.0e9;    ///< at m_from
+    double m_stuckEnd = -1.0e9; ///< when a mirror that is stuck was to be there
+    int m_observer = 0;
 };
 
 } // namespace sim

@@ -27,10 +27,10 @@ public:
     static double steadyMs();
 
 private:
-    const std::function<double()> m_speed;
-    const std::function<double()> m_wallMs;
     void look() const;
 
+    const std::function<double()> m_speed;
+    const std::function<double()> m_wallMs;
     mutable std::mutex m_mutex; ///< guards all below
     mutable double m_pacedMs = 0.0;
     mutable double m_leapsMs = 0.0;

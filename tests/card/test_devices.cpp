@@ -406,6 +406,48 @@ TEST_F(DeviceTest, flash_reads_over_its_pages_what_was_written) {
     EXPECT_EQ(flash.read(0xFFFFFFFFu, 3), std::vector<unsigned char>(3, 0xFF));
 }
 
+TEST_F(DeviceTest, mirror_that_gets_stuck_on_its_way_goes_on_when_it_comes_loose) {
+    send(0x4855, 50, 20); // 200 counts a ms
+    send(0x4A55, 0, 10000);
+    pass(1000);
+    send(0x4A55, 0, 25000);
+    pass(25);
+    faults.set("splitter_stuck", true);
+    pass(25);
+    EXPECT_EQ(splitter.mirror(), 15000);
+    EXPECT_EQ(read(0).status & kOrder & ~(1u << 23), 1u << 20); // not the time yet at which it was to be there
+    pass(25);
+    EXPECT_EQ(splitter.mirror(), 15000);
+    EXPECT_EQ(read(0).status & kOrder & ~(1u << 23), 1u << 20 | 1u << 21);
+    faults.set("job_fails", true); // another fault is none of its business
+    EXPECT_EQ(splitter.mirror(), 15000);
+    faults.set("splitter_stuck", false);
+    EXPECT_EQ(read(0).status & kOrder, 1u << 20);
+    pass(25);
+    EXPECT_EQ(splitter.mirror(), 20000);
+    pass(75);
+    EXPECT_EQ(splitter.mirror(), 25000);
+    EXPECT_EQ(read(0).status & kOrder, kOrder);
+}
+
+TEST_F(DeviceTest, mirror_keeps_its_place_when_its_speed_changes_on_the_way) {
+    send(0x4855, 50, 20); // 200 counts a ms
+    send(0x4A55, 0, 10000);
+    pass(1000);
+    send(0x4A55, 0, 25000);
+    pass(25);
+    SplitterStore slow = splitter.store();
+    slow.parameters = 10;
+    splitter.setStore(slow);
+    EXPECT_EQ(splitter.mirror(), 15000);
+    pass(25);
+    EXPECT_EQ(splitter.mirror(), 17500);
+    pass(1000);
+    EXPECT_EQ(splitter.path(), 2);
+    splitter.setStore({}); // one that stands has settled long since
+    EXPECT_EQ(splitter.path(), 2);
+}
+
 TEST_F(DeviceTest, flash_tells_what_was_written) {
     FlashMemory flash;
     const unsigned char bytes[4] = {1, 2, 3, 4};
