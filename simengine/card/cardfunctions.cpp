@@ -96,7 +96,7 @@ void VZ_TestOssSwitchSpeed() {
 void VZ_SetFlyPara() {
     record("VZ_SetFlyPara");
     if (simulatedCard().isOpen())
-        fitDevices();
+        fitEncoder();
 }
 
 void VZ_SetFlyEncInitPos(int position) {

@@ -116,10 +116,14 @@ const DeviceRow kDeviceRows[] = {
 } // namespace
 
 void fitDevices() {
-    CardCore& card = simulatedCard();
-    card.encoder().set(flySettings());
-    card.splitter().setStore(readStore());
-    card.splitter().setStoreListener(writeStore);
+    fitEncoder();
+    BeamSplitter& splitter = simulatedCard().splitter();
+    splitter.setStore(readStore());
+    splitter.setStoreListener(writeStore);
+}
+
+void fitEncoder() {
+    simulatedCard().encoder().set(flySettings());
 }
 
 bool commandDevice(int code, int a, int b, int& out1, int& out2) {

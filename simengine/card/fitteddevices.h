@@ -12,9 +12,10 @@ namespace sim {
 /// What the card keeps of the beam splitter; it outlasts the program, as the card's own memory does.
 constexpr char kSplitterFile[] = "/ini/SimSplitter.ini";
 
-/// Gives encoder and beam splitter the values that the machine is set up with. When the card opens and when it rereads
-/// its fly marking values.
+/// Gives encoder and beam splitter the values that the machine is set up with. When the card opens.
 void fitDevices();
+/// The encoder alone, when the card rereads its fly marking values.
+void fitEncoder();
 /// A command to the device that the machine has on the card's channel; false when it has none that answers.
 bool commandDevice(int code, int a, int b, int& out1, int& out2);
 /// The splitter's times from path to path, for the log.

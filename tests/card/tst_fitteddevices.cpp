@@ -61,8 +61,10 @@ void tst_FittedDevices::encoder_takes_the_values_of_the_parameters_and_counts() 
     system->FlyMarkSetEnInnerEnc(false);
     QVERIFY(count() > 2000); // not before the card is told
     VZ_SetFlyPara();
+    QCOMPARE(simulatedCard().encoder().pulsesPerMs(), 0.0);
     int const stands = count();
-    QTest::qWait(5);
+    double const before = simulatedCard().deviceClock().pacedMs();
+    QTRY_VERIFY(simulatedCard().deviceClock().pacedMs() > before + 10.0); // 100 pulses of before
     QCOMPARE(count(), stands);
     VZ_SetFlyEncInitPos(0);
 }
@@ -151,6 +153,8 @@ void tst_FittedDevices::splitter_keeps_its_places_over_a_restart() {
     QCOMPARE(simulatedCard().splitter().store().delayMs, 33);
     QCOMPARE(simulatedCard().splitter().store().parameters, 0x00200044u);
     QVERIFY(QFile::remove(tessera::rootPath(QStringLiteral("/ini/SimSplitter.ini"))));
+    VZ_SetFlyPara(); // rereads nothing of the splitter
+    QCOMPARE(simulatedCard().splitter().store().positions[2], 41234);
     m_card->CloseCard();
     m_card->OpenCard();
     QCOMPARE(simulatedCard().splitter().store().positions[2], 40000);
