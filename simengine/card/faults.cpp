@@ -18,6 +18,8 @@ constexpr CardFault kFaults[] = {
     {"outputs_stuck", 0, 0, 0},
     {"laser_no_ready", 0, 0, 0},
     {"laser_no_emission", 0, 0, 0},
+    {"laser_temperature", 0, 0, 0},
+    {"laser_pd", 0, 0, 0},
     {"io_timeout", 0, 0, markinfo::kTimeOut},
     {"data_underrun", 0, 0, markinfo::kUnderrun},
     {"wait_input", 0, 0, markinfo::kWaitInput},

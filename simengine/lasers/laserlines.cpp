@@ -14,7 +14,7 @@ constexpr std::uint32_t kLine23 = 1u << 23;
 
 } // namespace
 
-LaserLines::LaserLines(IoBank& io, const FaultBank& faults, const DeviceClock& clock)
+LaserLines::LaserLines(IoBank& io, FaultBank& faults, const DeviceClock& clock)
     : m_io(io)
     , m_faults(faults)
     , m_clock(clock) {
@@ -42,8 +42,27 @@ LaserKind LaserLines::kind() const {
     return m_kind;
 }
 
+void LaserLines::wireAlarm(const LaserAlarmWiring& wiring) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_alarm = LaserAlarmLines::of(wiring);
+    if (m_resetOutput == wiring.resetOutput)
+        return;
+    m_resetOutput = wiring.resetOutput;
+    m_resetOn = m_io.output(m_resetOutput);
+}
+
 std::uint32_t LaserLines::drivenInputs() const {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    return answers() | alarms();
+}
+
+std::uint32_t LaserLines::alarms() const {
+    if (m_faults.isOn("laser_temperature"))
+        return m_alarm.temperature;
+    return m_faults.isOn("laser_pd") ? m_alarm.photodiode : m_alarm.good;
+}
+
+std::uint32_t LaserLines::answers() const {
     switch (m_kind) {
     case LaserKind::Yls:
         return ylsLines(now());
@@ -56,10 +75,23 @@ std::uint32_t LaserLines::drivenInputs() const {
 }
 
 void LaserLines::follow(int bit, bool on) {
+    if (resets(bit, on)) {
+        m_faults.set("laser_temperature", false);
+        m_faults.set("laser_pd", false);
+    }
     if (bit != kShutterOut && bit != kRemoteStartOut)
         return;
     const std::lock_guard<std::mutex> lock(m_mutex);
     switchTo(bit == kShutterOut ? m_shutter : m_remote, on, now());
+}
+
+bool LaserLines::resets(int bit, bool on) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (bit != m_resetOutput)
+        return false;
+    const bool rises = on && !m_resetOn;
+    m_resetOn = on;
+    return rises;
 }
 
 /// A level that is written again does not begin anew.

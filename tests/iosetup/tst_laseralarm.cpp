@@ -69,6 +69,8 @@ private slots:
     void channels_and_help_show_for_the_custom_type_only();
     void a_custom_alarm_stays_red_until_it_is_cleared();
     void the_coded_type_clears_itself();
+    void faults_of_the_machines_laser_are_told_and_reset_data();
+    void faults_of_the_machines_laser_are_told_and_reset();
     void a_feature_that_is_off_is_not_looked_at();
     void save_takes_all_controls();
     void the_window_is_a_tool_on_top_that_ends_with_closing();
@@ -290,6 +292,40 @@ void LaserAlarmTest::the_coded_type_clears_itself() {
     QTRY_COMPARE(info->toPlainText(), QString());
     QCOMPARE(part<QLabel>(dialog, "labelAlarmState")->text(), QStringLiteral("激光器正常"));
     QVERIFY(!OpenCard::errorOutput());
+}
+
+void LaserAlarmTest::faults_of_the_machines_laser_are_told_and_reset_data() {
+    QTest::addColumn<int>("cardType");
+    QTest::addColumn<bool>("inverted");
+    for (const int type : {int(MarkCardFilber), int(MarkCardYLR)})
+        for (const bool inverted : {false, true})
+            QTest::addRow("card %d, inverted %d", type, int(inverted)) << type << inverted;
+}
+
+/// Supervision, wiring and reset output on one machine, by the file that the front end writes.
+void LaserAlarmTest::faults_of_the_machines_laser_are_told_and_reset() {
+    QFETCH(int, cardType);
+    QFETCH(bool, inverted);
+    MarkingMParam_VZ::Instance()->SetMarkCardType(static_cast<MarkCardType>(cardType));
+    para().m_EnableLaserAlarm = true;
+    para().m_LaserType = 5;
+    para().m_CheckNeg = inverted;
+    para().m_ResetOut = 7;
+    para().SavePara();
+    card.reset();
+    card = std::make_unique<OpenCard>();
+    bool alarm = false;
+    QCOMPARE(para().DetectAlarm(alarm), QString());
+    QVERIFY(!alarm);
+    for (auto const& [fault, text] : {std::pair("laser_temperature", "温度超标"), std::pair("laser_pd", "PD报警")}) {
+        QVERIFY(tessera_sim_control()->setFault(fault, true));
+        QCOMPARE(para().DetectAlarm(alarm), QString::fromUtf8(text));
+        QVERIFY(alarm);
+        para().ResetAlarm();
+        QVERIFY(!tessera_sim_control()->faultIsOn(fault));
+        QCOMPARE(para().DetectAlarm(alarm), QString());
+        QVERIFY(!alarm);
+    }
 }
 
 void LaserAlarmTest::a_feature_that_is_off_is_not_looked_at() {

@@ -166,7 +166,7 @@ TEST_F(LaserLinesTest, enables_that_are_on_count_from_the_fitting) {
 
 TEST(LaserLines, leaves_no_trace_when_it_goes) {
     IoBank io;
-    const FaultBank faults;
+    FaultBank faults;
     {
         const DeviceClock clock([] { return 1.0; });
         LaserLines laser(io, faults, clock);
@@ -175,6 +175,100 @@ TEST(LaserLines, leaves_no_trace_when_it_goes) {
     }
     EXPECT_EQ(io.inputs(), 0u);
     EXPECT_TRUE(io.setOutput(26, true));
+}
+
+namespace {
+
+constexpr std::uint32_t bits(std::initializer_list<int> lines) {
+    std::uint32_t word = 0;
+    for (const int bit : lines)
+        word |= 1u << bit;
+    return word;
+}
+
+LaserAlarmWiring coded(bool fibre, bool level) {
+    LaserAlarmWiring wiring;
+    wiring.used = true;
+    wiring.fibre = fibre;
+    wiring.type = LaserAlarmWiring::kCoded;
+    wiring.codedLevel = level;
+    return wiring;
+}
+
+} // namespace
+
+TEST_F(LaserLinesTest, a_coded_laser_tells_its_fault_on_two_lines) {
+    struct Row {
+        bool fibre;
+        bool level;
+        std::uint32_t good;
+        std::uint32_t hot;
+        std::uint32_t dark;
+    };
+    for (const Row& row :
+         {Row{true, false, bits({22, 23}), 0, bits({22})}, Row{true, true, 0, bits({22, 23}), bits({23})},
+          Row{false, false, bits({27, 3}), 0, bits({27})}, Row{false, true, 0, bits({27, 3}), bits({3})}}) {
+        laser.wireAlarm(coded(row.fibre, row.level));
+        EXPECT_EQ(io.inputs(), row.good);
+        faults.set("laser_pd", true);
+        EXPECT_EQ(io.inputs(), row.dark);
+        faults.set("laser_temperature", true);
+        EXPECT_EQ(io.inputs(), row.hot);
+        faults.clear();
+        EXPECT_EQ(io.inputs(), row.good);
+    }
+}
+
+TEST_F(LaserLinesTest, a_custom_laser_tells_its_faults_by_the_level_of_each_channel) {
+    LaserAlarmWiring wiring;
+    wiring.used = true;
+    wiring.wired = {false, true, true, true}; // inputs 3, 4 and 5
+    wiring.level = {true, true, true, false};
+    laser.wireAlarm(wiring);
+    EXPECT_EQ(io.inputs(), bits({5}));
+    faults.set("laser_temperature", true);
+    EXPECT_EQ(io.inputs(), bits({3, 5}));
+    faults.clear();
+    faults.set("laser_pd", true);
+    EXPECT_EQ(io.inputs(), 0u);
+}
+
+TEST_F(LaserLinesTest, fault_lines_are_those_of_the_wiring_alone) {
+    LaserAlarmWiring wiring = coded(true, false);
+    wiring.used = false;
+    laser.wireAlarm(wiring);
+    EXPECT_EQ(io.inputs(), 0u);
+    wiring.used = true;
+    wiring.type = 3;
+    laser.wireAlarm(wiring);
+    faults.set("laser_pd", true);
+    EXPECT_EQ(io.inputs(), 0u);
+    wiring.type = LaserAlarmWiring::kCustom; // with no channel
+    laser.wireAlarm(wiring);
+    EXPECT_EQ(io.inputs(), 0u);
+}
+
+TEST_F(LaserLinesTest, the_reset_output_clears_the_laser_with_its_rising_edge) {
+    LaserAlarmWiring wiring = coded(false, true);
+    wiring.resetOutput = 7;
+    io.setOutput(7, true);
+    laser.wireAlarm(wiring);
+    faults.set("laser_temperature", true);
+    faults.set("laser_pd", true);
+    io.setOutput(7, true); // no edge
+    io.setOutput(6, true);
+    io.setOutput(7, false);
+    EXPECT_EQ(io.inputs(), bits({27, 3}));
+    io.setOutput(7, true);
+    EXPECT_EQ(io.inputs(), 0u);
+    EXPECT_FALSE(faults.isOn("laser_temperature"));
+    EXPECT_FALSE(faults.isOn("laser_pd"));
+    wiring.resetOutput = -1;
+    laser.wireAlarm(wiring);
+    faults.set("laser_pd", true);
+    io.setOutput(7, false);
+    io.setOutput(7, true);
+    EXPECT_EQ(io.inputs(), bits({3}));
 }
 
 /// The poll, the panel and the program's own thread at once.
