@@ -1274,7 +1274,7 @@
     <message><source>输出卡死</source><translation>Outputs stuck</translation></message>
     <message><source>激光器不就绪</source><translation>Laser not ready</translation></message>
     <message><source>激光器不出光</source><translation>No laser emission</translation></message>
-    <message><source>轴</source><translation>Axis </translation></message>
+    <message><source>电机</source><translation>Motor </translation></message>
     <message><source>驱动报警</source><translation>driver alarm</translation></message>
     <message><source>正限位卡死</source><translation>limit + stuck</translation></message>
     <message><source>负限位卡死</source><translation>limit - stuck</translation></message>

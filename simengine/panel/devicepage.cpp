@@ -26,35 +26,23 @@ QString shown(const SimDevice& device) {
 } // namespace
 
 DevicePage::DevicePage(SimControl& machine, QWidget* parent)
-    : QScrollArea(parent)
+    : GridPage(QStringLiteral("devices"), parent)
     , m_machine(machine)
-    , m_inside(new QWidget(this))
-    , m_grid(new QGridLayout(m_inside))
-    , m_flash(new QPushButton(m_inside)) {
-    setObjectName(QStringLiteral("devices"));
-    m_inside->setObjectName(QStringLiteral("faultsInside"));
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_grid->setContentsMargins(0, 0, 4, 0);
-    m_grid->setSpacing(4);
+    , m_flash(panelButton(QStringLiteral("exportFlash"), inside())) {
     for (const SimDevice& device : m_machine.devices())
         addRow(device);
-    m_flash->setObjectName(QStringLiteral("exportFlash"));
-    m_flash->setMinimumHeight(kHeight);
     connect(m_flash, &QPushButton::clicked, this, &DevicePage::askFlash);
-    m_grid->addWidget(m_flash, m_rows.size(), 0, 1, 2);
-    setWidget(m_inside);
+    grid()->addWidget(m_flash, m_rows.size(), 0, 1, 2);
     refresh();
 }
 
 void DevicePage::addRow(const SimDevice& device) {
     Row row;
     row.name = device.name;
-    row.title = new QLabel(m_inside);
+    row.title = new QLabel(inside());
     QWidget* shows = nullptr;
     if (device.settable) {
-        row.edit = new QDoubleSpinBox(m_inside);
+        row.edit = new QDoubleSpinBox(inside());
         row.edit->setMinimumHeight(kHeight);
         row.edit->setRange(device.low, device.high);
         row.edit->setDecimals(device.high > 1e6 || device.high < 10.0 ? 0 : 1);
@@ -67,13 +55,13 @@ void DevicePage::addRow(const SimDevice& device) {
                 });
         shows = row.edit;
     } else {
-        row.value = new QLabel(m_inside);
+        row.value = new QLabel(inside());
         row.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         shows = row.value;
     }
     shows->setObjectName(QStringLiteral("device_") + QString::fromStdString(device.name));
-    m_grid->addWidget(row.title, m_rows.size(), 0);
-    m_grid->addWidget(shows, m_rows.size(), 1);
+    grid()->addWidget(row.title, m_rows.size(), 0);
+    grid()->addWidget(shows, m_rows.size(), 1);
     m_rows.append(row);
 }
 

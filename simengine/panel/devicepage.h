@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/panel/panelparts.h"
 #include "simengine/simcontrol.h"
 
-#include <QScrollArea>
 #include <QVector>
 
 class QDoubleSpinBox;
-class QGridLayout;
 class QLabel;
 class QPushButton;
 
 namespace sim {
 
 /// The values of what stands beside the card: belt, encoder, beam splitter, flash; and the flash's image as a file.
-class DevicePage : public QScrollArea {
+class DevicePage : public GridPage {
     Q_OBJECT
 public:
     DevicePage(SimControl& machine, QWidget* parent);
@@ -36,8 +35,6 @@ private:
     void askFlash();
 
     SimControl& m_machine;
-    QWidget* m_inside;
-    QGridLayout* m_grid;
     QVector<Row> m_rows;
     QPushButton* m_flash;
 };

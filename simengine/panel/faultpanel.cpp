@@ -2,41 +2,43 @@
 #include "simengine/panel/faultpanel.h"
 
 #include "engine/class_cardpara.h"
+#include "simengine/motion/cardaxes.h"
 #include "simengine/panel/paneltexts.h"
 
 #include <QGridLayout>
 #include <QPushButton>
 #include <algorithm>
+#include <set>
 
 namespace sim {
 
 namespace {
 constexpr int kColumns = 3;
 
-/// Faults of the axes that the machine has.
+/// Numbers of the motors that axes in use drive, from 1.
+std::set<int> motorsInUse() {
+    const Class_CardPara& para = *Class_CardPara::Instance();
+    std::set<int> motors;
+    for (int axis = 0; para.EnableMotion && axis < qMin(para.AxisCount, kAxisSlots); ++axis)
+        motors.insert(motorOf(para, axis) + 1);
+    return motors;
+}
+
 std::vector<std::string> shownNames(std::vector<std::string> names) {
-    const Class_CardPara& axes = *Class_CardPara::Instance();
-    const int count = axes.EnableMotion ? axes.AxisCount : 0;
+    const std::set<int> motors = motorsInUse();
     names.erase(std::remove_if(names.begin(), names.end(),
-                               [count](const std::string& name) { return faultAxis(name) > count; }),
+                               [&motors](const std::string& name) {
+                                   const int motor = faultMotor(name);
+                                   return motor > 0 && motors.count(motor) == 0;
+                               }),
                 names.end());
     return names;
 }
 } // namespace
 
 FaultPanel::FaultPanel(SimControl& machine, QWidget* parent)
-    : QScrollArea(parent)
-    , m_machine(machine)
-    , m_inside(new QWidget(this))
-    , m_grid(new QGridLayout(m_inside)) {
-    setObjectName(QStringLiteral("faults"));
-    m_inside->setObjectName(QStringLiteral("faultsInside"));
-    setWidgetResizable(true);
-    setFrameShape(QFrame::NoFrame);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_grid->setContentsMargins(0, 0, 4, 0);
-    m_grid->setSpacing(4);
-    setWidget(m_inside);
+    : GridPage(QStringLiteral("faults"), parent)
+    , m_machine(machine) {
     refresh();
 }
 
@@ -53,13 +55,11 @@ void FaultPanel::rebuild(const std::vector<std::string>& names) {
     m_buttons.clear();
     m_names = names;
     for (const std::string& name : names) {
-        auto* button = new QPushButton(m_inside);
-        button->setObjectName(QStringLiteral("fault_") + QString::fromStdString(name));
+        QPushButton* button = panelButton(QStringLiteral("fault_") + QString::fromStdString(name), inside());
         button->setCheckable(true);
-        button->setMinimumHeight(40);
         button->setToolTip(QString::fromStdString(name));
         connect(button, &QPushButton::clicked, this, [this, name](bool on) { m_machine.setFault(name, on); });
-        m_grid->addWidget(button, m_buttons.size() / kColumns, m_buttons.size() % kColumns);
+        grid()->addWidget(button, m_buttons.size() / kColumns, m_buttons.size() % kColumns);
         m_buttons.append(button);
     }
     setTexts();

@@ -3,6 +3,7 @@
 
 #include "engine/languagemanager.h"
 #include "simengine/card/headmap.h"
+#include "simengine/panel/panelparts.h"
 
 #include <QDoubleSpinBox>
 #include <QFileDialog>
@@ -50,14 +51,6 @@ const HeadValueRow& limitsOf(const Field& field) {
     return kHeadValueRows[i];
 }
 
-QPushButton* makeButton(const char* name, QWidget* parent) {
-    auto* button = new QPushButton(parent);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(40);
-    button->setAutoDefault(false);
-    return button;
-}
-
 } // namespace
 
 HeadWindow::HeadWindow(SimControl& machine, QWidget* parent)
@@ -103,13 +96,13 @@ QWidget* HeadWindow::makeButtons() {
     auto* box = new QWidget(this);
     auto* row = new QHBoxLayout(box);
     row->setContentsMargins(0, 0, 0, 0);
-    m_ideal = makeButton("idealHead", box);
-    m_measure = makeButton("measureHead", box);
-    m_apply = makeButton("applyHead", box);
+    m_ideal = panelButton(QStringLiteral("idealHead"), box);
+    m_measure = panelButton(QStringLiteral("measureHead"), box);
+    m_apply = panelButton(QStringLiteral("applyHead"), box);
     row->addWidget(m_ideal);
     row->addWidget(m_measure);
     row->addStretch(1);
-    m_close = makeButton("closeHead", box);
+    m_close = panelButton(QStringLiteral("closeHead"), box);
     row->addWidget(m_apply);
     row->addWidget(m_close);
     connect(m_ideal, &QPushButton::clicked, this, [this] { apply({}); });

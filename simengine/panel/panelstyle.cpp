@@ -24,7 +24,7 @@ QString panelStyle() {
 #simulatorPanel QDoubleSpinBox::up-button, #simulatorPanel QDoubleSpinBox::down-button { background: @off; border: none; width: 32px; }
 #simulatorPanel QScrollArea QPushButton { font-size: 13px; padding: 0 4px; }
 #simulatorPanel QScrollArea QPushButton:checked { background: @red; color: white; }
-#simulatorPanel QScrollArea, #faultsInside { background: transparent; }
+#simulatorPanel QScrollArea, #simulatorPanel QWidget[page="true"] { background: transparent; }
 #simulatorPanel QDoubleSpinBox { background: @card; border: 1px solid @edge; border-radius: 6px; padding: 0 6px;
     min-height: 38px; }
 #simulatorPanel QDoubleSpinBox::up-button, #simulatorPanel QDoubleSpinBox::down-button { background: @soft;

@@ -50,7 +50,7 @@ constexpr FaultName kFaultNames[] = {
     {"laser_pd", "PD报警"},
 };
 
-/// Faults of one axis, behind "axis" and its number.
+/// Faults of one motor, behind "axis" and its number.
 constexpr FaultName kAxisFaultNames[] = {
     {"_driver", "驱动报警"},         {"_positive_limit", "正限位卡死"}, {"_negative_limit", "负限位卡死"},
     {"_home_stuck", "原点开关卡死"}, {"_home_dead", "原点开关失效"},    {"_slip", "联轴器打滑"},
@@ -125,10 +125,10 @@ QString faultText(const std::string& name) {
         if (name == fault.name)
             return LanguageManager::GetLanText(fault.key);
     }
-    const int axis = faultAxis(name);
+    const int motor = faultMotor(name);
     for (const FaultName& fault : kAxisFaultNames) {
-        if (axis > 0 && name == "axis" + std::to_string(axis) + fault.name)
-            return LanguageManager::GetLanText("轴") + QString::number(axis) + ' ' +
+        if (motor > 0 && name == "axis" + std::to_string(motor) + fault.name)
+            return LanguageManager::GetLanText("电机") + QString::number(motor) + ' ' +
                    LanguageManager::GetLanText(fault.key);
     }
     return QString::fromStdString(name);
@@ -142,7 +142,7 @@ QString deviceText(const std::string& name) {
     return QString::fromStdString(name);
 }
 
-int faultAxis(const std::string& name) {
+int faultMotor(const std::string& name) {
     constexpr char kPrefix[] = "axis";
     constexpr std::size_t kDigit = sizeof kPrefix - 1;
     const bool named = name.compare(0, kDigit, kPrefix) == 0 && name.size() > kDigit + 1 && name[kDigit + 1] == '_';

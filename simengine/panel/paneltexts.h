@@ -20,8 +20,8 @@ std::array<QStringList, kPanelLines> outputNames(const QVector<IOFuncList>& func
 QString activityText(const SimCardState& state);
 /// What a fault does, translated; a fault that is not known here has its own name.
 QString faultText(const std::string& name);
-/// Number of the axis, 1 to 9, that a fault belongs to; 0 for a fault of something else.
-int faultAxis(const std::string& name);
+/// Number of the motor, 1 to 9, that a fault belongs to; 0 for a fault of something else.
+int faultMotor(const std::string& name);
 /// Name of a device's value, for a person.
 QString deviceText(const std::string& name);
 /// Milliseconds as "12.345 s", below a second as "123.4 ms".

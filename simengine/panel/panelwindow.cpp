@@ -12,6 +12,7 @@
 #include "simengine/panel/headwindow.h"
 #include "simengine/panel/inputswitch.h"
 #include "simengine/panel/lamps.h"
+#include "simengine/panel/panelparts.h"
 #include "simengine/panel/panelstyle.h"
 #include "simengine/panel/traceview.h"
 
@@ -46,13 +47,6 @@ constexpr int kSlowTicks = 1000 / PanelWindow::kPeriod;
 QPointer<PanelWindow>& thePanel() {
     static QPointer<PanelWindow> panel;
     return panel;
-}
-
-QPushButton* makeButton(const char* name, QWidget* parent) {
-    auto* button = new QPushButton(parent);
-    button->setObjectName(QLatin1String(name));
-    button->setMinimumHeight(40);
-    return button;
 }
 
 QWidget* makeCard(QWidget* parent) {
@@ -117,7 +111,7 @@ QWidget* PanelWindow::makeSpeed() {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
     for (const Speed& speed : kSpeeds) {
-        QPushButton* button = makeButton(speed.name, box);
+        QPushButton* button = panelButton(QLatin1String(speed.name), box);
         button->setCheckable(true);
         button->setMinimumWidth(56);
         // A press on the one that is down leaves it down.
@@ -176,12 +170,12 @@ QWidget* PanelWindow::makeTrace() {
     m_trace = new TraceView(m_machine, card);
     inside->addWidget(m_trace, 1);
     auto* row = new QHBoxLayout();
-    m_jumps = makeButton("showJumps", card);
+    m_jumps = panelButton(QStringLiteral("showJumps"), card);
     m_jumps->setCheckable(true);
     m_jumps->setChecked(true);
-    m_clear = makeButton("clearTrace", card);
-    m_export = makeButton("exportTrace", card);
-    m_head = makeButton("showHead", card);
+    m_clear = panelButton(QStringLiteral("clearTrace"), card);
+    m_export = panelButton(QStringLiteral("exportTrace"), card);
+    m_head = panelButton(QStringLiteral("showHead"), card);
     row->addWidget(m_jumps);
     row->addWidget(m_head);
     row->addStretch(1);
@@ -196,8 +190,8 @@ QWidget* PanelWindow::makeTrace() {
     faultColumn->setContentsMargins(10, 6, 6, 6);
     faultColumn->setSpacing(4);
     auto* choice = new QHBoxLayout();
-    m_showFaults = makeButton("showFaults", faults);
-    m_showDevices = makeButton("showDevices", faults);
+    m_showFaults = panelButton(QStringLiteral("showFaults"), faults);
+    m_showDevices = panelButton(QStringLiteral("showDevices"), faults);
     auto* pages = new QStackedWidget(faults);
     m_faults = new FaultPanel(m_machine, pages);
     m_devices = new DevicePage(m_machine, pages);

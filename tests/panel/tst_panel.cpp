@@ -196,7 +196,7 @@ private slots:
     void every_fault_of_the_machine_has_a_button_and_a_name() {
         show();
         for (const std::string& name : machine().faultNames()) {
-            if (faultAxis(name) > 0)
+            if (faultMotor(name) > 0)
                 continue;
             auto* button = find<QPushButton>(QString("fault_") + QString::fromStdString(name));
             QVERIFY2(button, name.c_str());
@@ -206,34 +206,49 @@ private slots:
         QCOMPARE(faultText("unheard_of"), QString("unheard_of"));
     }
 
-    void faults_of_the_axes_in_use_have_buttons() {
+    /// Faults belong to motors: which ones an axis drives is told by its number.
+    void faults_of_the_motors_in_use_have_buttons() {
         Class_CardPara* axes = Class_CardPara::Instance();
+        Class_CardPara const before = *axes;
         axes->EnableMotion = true;
         axes->AxisCount = 2;
+        axes->Axis[0].MotorNo = 5;
+        axes->Axis[1].MotorNo = 2;
+        axes->Axis[2].MotorNo = 7;
         show();
         panel().refresh();
         int buttons = 0;
         for (const std::string& name : machine().faultNames()) {
-            const bool wanted = faultAxis(name) == 1 || faultAxis(name) == 2;
+            const bool wanted = faultMotor(name) == 2 || faultMotor(name) == 5;
             auto* button = find<QPushButton>(QString("fault_") + QString::fromStdString(name));
-            QCOMPARE(button != nullptr, wanted || faultAxis(name) == 0);
+            QCOMPARE(button != nullptr, wanted || faultMotor(name) == 0);
             buttons += wanted ? 1 : 0;
             if (wanted)
                 QVERIFY(faultText(name) != QString::fromStdString(name));
         }
         QCOMPARE(buttons, 12);
-        QCOMPARE(faultText("axis2_home_dead"), QString("轴2 原点开关失效"));
-        find<QPushButton>("fault_axis1_driver")->click();
-        QVERIFY(machine().faultIsOn("axis1_driver"));
+        QCOMPARE(faultText("axis5_home_dead"), QString("电机5 原点开关失效"));
+        find<QPushButton>("fault_axis5_driver")->click();
+        QVERIFY(machine().faultIsOn("axis5_driver"));
         axes->EnableMotion = false;
         std::string error;
         machine().showPanel(false, error);
         show();
-        QVERIFY(!find<QPushButton>("fault_axis1_driver"));
-        axes->AxisCount = 3;
-        QCOMPARE(faultAxis("axis12_driver"), 0);
-        QCOMPARE(faultAxis("axis"), 0);
-        QCOMPARE(faultAxis("axis0_x"), 0);
+        QVERIFY(!find<QPushButton>("fault_axis5_driver"));
+        *axes = before;
+        QCOMPARE(faultMotor("axis12_driver"), 0);
+        QCOMPARE(faultMotor("axis"), 0);
+        QCOMPARE(faultMotor("axis0_x"), 0);
+    }
+
+    void pages_are_found_by_names_of_their_own() {
+        show();
+        QStringList names;
+        for (QWidget const* each : panel().findChildren<QWidget*>())
+            if (each->property("page").toBool())
+                names << each->objectName();
+        names.sort();
+        QCOMPARE(names, QStringList({"devicesInside", "faultsInside"}));
     }
 
     void speed_buttons_set_the_factor() {
