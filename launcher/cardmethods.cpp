@@ -5,7 +5,6 @@
 #include "simengine/simcontrol.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QFileInfo>
 
 namespace tessera {
@@ -71,10 +70,6 @@ RpcReply noSimulator() {
 
 QString fileParam(QJsonObject const& params) {
     return QFileInfo(params.value(QLatin1String("file")).toString()).absoluteFilePath();
-}
-
-std::string nativeName(QString const& file) {
-    return QFile::encodeName(file).toStdString();
 }
 
 RpcReply fileReply(QString const& file, std::string const& error) {
@@ -194,7 +189,7 @@ RpcReply CardMethods::trace(QJsonObject const& params) {
         return noSimulator();
     QString const file = fileParam(params);
     std::string error;
-    m_machine.sim()->writeTrace(nativeName(file), error, params.value(QLatin1String("commanded")).toBool());
+    m_machine.sim()->writeTrace(file.toStdString(), error, params.value(QLatin1String("commanded")).toBool());
     return fileReply(file, error);
 }
 
@@ -293,7 +288,7 @@ RpcReply CardMethods::flash(QJsonObject const& params) {
         return static_cast<std::uint32_t>(params.value(QLatin1String(key)).toDouble());
     };
     std::string error;
-    sim::SimOutcome const outcome = m_machine.sim()->writeFlash(nativeName(file), word("address"), word("size"), error);
+    sim::SimOutcome const outcome = m_machine.sim()->writeFlash(file.toStdString(), word("address"), word("size"), error);
     return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
                                             : refusal(outcome, error);
 }
@@ -303,7 +298,7 @@ RpcReply CardMethods::measureHead(QJsonObject const& params) {
         return noSimulator();
     QString const file = fileParam(params);
     std::string error;
-    sim::SimOutcome const outcome = m_machine.sim()->measureHead(nativeName(file), error);
+    sim::SimOutcome const outcome = m_machine.sim()->measureHead(file.toStdString(), error);
     return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
                                             : refusal(outcome, error);
 }

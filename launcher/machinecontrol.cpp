@@ -3,7 +3,6 @@
 
 #include "simengine/simcontrol.h"
 
-#include <QFile>
 #include <dlfcn.h>
 
 namespace tessera {
@@ -63,7 +62,7 @@ bool MachineControl::writeTrace(QString const& file, QString& error) const {
         return false;
     }
     std::string reason;
-    bool const written = m_sim->writeTrace(QFile::encodeName(file).toStdString(), reason);
+    bool const written = m_sim->writeTrace(file.toStdString(), reason);
     error = QString::fromStdString(reason);
     return written;
 }

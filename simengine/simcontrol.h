@@ -141,7 +141,8 @@ struct SimDevice {
     bool settable = false;
 };
 
-/// All calls from any thread, from the loading of the engine to the end of the process.
+/// All calls from any thread, from the loading of the engine to the end of the process. Texts and names of files are
+/// UTF-8, whatever the locale.
 class SimControl {
 public:
     /// kSimControlVersion of the engine.
