@@ -1274,6 +1274,10 @@
     <message><source>输出卡死</source><translation>Outputs stuck</translation></message>
     <message><source>激光器不就绪</source><translation>Laser not ready</translation></message>
     <message><source>激光器不出光</source><translation>No laser emission</translation></message>
+    <message><source>数值超出范围</source><translation>The value is out of range</translation></message>
+    <message><source>模拟机台没有此部件</source><translation>The machine has no such part</translation></message>
+    <message><source>Flash尚未写入数据</source><translation>Nothing has been written to the flash</translation></message>
+    <message><source>没有可测量的十字或标记点</source><translation>There is neither a cross nor a mark point to be measured</translation></message>
     <message><source>电机</source><translation>Motor </translation></message>
     <message><source>驱动报警</source><translation>driver alarm</translation></message>
     <message><source>正限位卡死</source><translation>limit + stuck</translation></message>

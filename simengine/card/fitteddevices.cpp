@@ -161,7 +161,11 @@ SimOutcome setMachineDevice(std::string const& name, double value, std::string& 
             return SimOutcome::BadValue;
         }
         if (!(value >= row.low && value <= row.high) || !row.set(simulatedCard(), value)) {
-            error = QStringLiteral("\"%1\" goes from %2 to %3").arg(row.name).arg(row.low).arg(row.high).toStdString();
+            error = QStringLiteral("\"%1\" goes from %2 to %3")
+                        .arg(QLatin1String(row.name))
+                        .arg(row.low, 0, 'g', 15)
+                        .arg(row.high, 0, 'g', 15)
+                        .toStdString();
             return SimOutcome::BadValue;
         }
         return SimOutcome::Done;

@@ -62,8 +62,8 @@ QPushButton* BorderBar::makeOutline(const char* name, SimBorderOutline outline) 
 
 void BorderBar::set(const SimBorder& border) {
     std::string error;
-    if (!m_machine.setBorder(border, error))
-        msgBox::show(LanguageManager::GetLanText("边框预览"), QString::fromStdString(error), 1);
+    if (!m_machine.setBorder(border, error)) // the field holds the speed to what is taken
+        msgBox::show(LanguageManager::GetLanText("边框预览"), LanguageManager::GetLanText("保存失败"), 1);
     refresh();
 }
 

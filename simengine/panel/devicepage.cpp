@@ -49,9 +49,10 @@ void DevicePage::addRow(const SimDevice& device) {
         row.edit->setKeyboardTracking(false);
         connect(row.edit, QOverload<double>::of(&QDoubleSpinBox::valueChanged), this,
                 [this, name = device.name](double value) {
-                    std::string error;
-                    if (m_machine.setDevice(name, value, error) != SimOutcome::Done)
-                        msgBox::show(deviceText(name), QString::fromStdString(error), 1);
+                    std::string reason;
+                    const SimOutcome outcome = m_machine.setDevice(name, value, reason);
+                    if (outcome != SimOutcome::Done)
+                        msgBox::show(deviceText(name), outcomeText(outcome, ""), 1);
                 });
         shows = row.edit;
     } else {
@@ -86,9 +87,9 @@ void DevicePage::setTexts() {
 
 bool DevicePage::exportFlash(const QString& file, QString& error) {
     std::string reason;
-    const bool done = m_machine.writeFlash(QFile::encodeName(file).toStdString(), 0, 0, reason) == SimOutcome::Done;
-    error = QString::fromStdString(reason);
-    return done;
+    const SimOutcome outcome = m_machine.writeFlash(file.toStdString(), 0, 0, reason);
+    error = outcomeText(outcome, "Flash尚未写入数据");
+    return outcome == SimOutcome::Done;
 }
 
 void DevicePage::askFlash() {

@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "simengine/card/headmap.h"
 #include "simengine/panel/panelparts.h"
+#include "simengine/panel/paneltexts.h"
 
 #include <QDoubleSpinBox>
 #include <QFileDialog>
@@ -43,6 +44,14 @@ constexpr Field kFields[] = {
     {&SimHeadDistortion::pilotOffsetX, "红光X偏移量", 1.0, " mm", 4, 0.1},
     {&SimHeadDistortion::pilotOffsetY, "红光Y偏移量", 1.0, " mm", 4, 0.1},
 };
+
+const char* keyOf(const HeadValueRow& row) {
+    for (const Field& field : kFields) {
+        if (field.value == row.value)
+            return field.key;
+    }
+    return "";
+}
 
 const HeadValueRow& limitsOf(const Field& field) {
     int i = 0;
@@ -123,15 +132,21 @@ void HeadWindow::setTexts() {
 }
 
 SimHeadDistortion HeadWindow::values() const {
-    SimHeadDistortion head;
-    for (int i = 0; i < m_fields.size(); ++i)
-        head.*kFields[i].value = m_fields[i]->value() / kFields[i].unit;
+    SimHeadDistortion head = m_machines;
+    for (int i = 0; i < m_fields.size(); ++i) {
+        if (m_fields[i]->value() != m_shown[i])
+            head.*kFields[i].value = m_fields[i]->value() / kFields[i].unit;
+    }
     return head;
 }
 
 void HeadWindow::showValues(const SimHeadDistortion& head) {
-    for (int i = 0; i < m_fields.size(); ++i)
+    m_machines = head;
+    m_shown.clear();
+    for (int i = 0; i < m_fields.size(); ++i) {
         m_fields[i]->setValue(head.*kFields[i].value * kFields[i].unit);
+        m_shown.append(m_fields[i]->value());
+    }
 }
 
 void HeadWindow::takeValues() {
@@ -145,9 +160,13 @@ void HeadWindow::takeValues() {
 }
 
 void HeadWindow::apply(const SimHeadDistortion& head) {
-    std::string error;
-    if (m_machine.setHead(head, error) != SimOutcome::Done) {
-        tell(QString::fromStdString(error), true);
+    std::string reason;
+    const SimOutcome outcome = m_machine.setHead(head, reason);
+    if (outcome != SimOutcome::Done) {
+        QString text = outcomeText(outcome, "");
+        if (const HeadValueRow* row = invalidHeadValue(head))
+            text.prepend(LanguageManager::GetLanText(keyOf(*row)) + QStringLiteral(": "));
+        tell(text, true);
         return;
     }
     takeValues();
@@ -155,9 +174,10 @@ void HeadWindow::apply(const SimHeadDistortion& head) {
 }
 
 void HeadWindow::measureInto(const QString& file) {
-    std::string error;
-    const bool done = m_machine.measureHead(file.toStdString(), error) == SimOutcome::Done;
-    tell(done ? file : QString::fromStdString(error), !done);
+    std::string reason;
+    const SimOutcome outcome = m_machine.measureHead(file.toStdString(), reason);
+    const bool done = outcome == SimOutcome::Done;
+    tell(done ? file : outcomeText(outcome, "没有可测量的十字或标记点"), !done);
 }
 
 void HeadWindow::askMeasure() {

@@ -22,7 +22,7 @@ public:
     /// Shows the machine's values; what was typed and not applied is lost.
     void takeValues();
     void setTexts();
-    /// What the fields have now.
+    /// What the fields have now. One that nobody changed stands for the machine's value, which may be finer than shown.
     SimHeadDistortion values() const;
     /// Measures into a file; the result is told in the window.
     void measureInto(const QString& file);
@@ -37,6 +37,8 @@ private:
     SimControl& m_machine;
     QVector<QLabel*> m_names;
     QVector<QDoubleSpinBox*> m_fields;
+    SimHeadDistortion m_machines; ///< values last taken over,
+    QVector<double> m_shown;      ///< and what the fields showed of them
     QLabel* m_table = nullptr;
     QLabel* m_message = nullptr;
     QPushButton* m_apply = nullptr;

@@ -149,6 +149,22 @@ int faultMotor(const std::string& name) {
     return named && name[kDigit] >= '1' && name[kDigit] <= '9' ? name[kDigit] - '0' : 0;
 }
 
+QString outcomeText(SimOutcome outcome, const char* nothing) {
+    switch (outcome) {
+    case SimOutcome::BadValue:
+        return LanguageManager::GetLanText("数值超出范围");
+    case SimOutcome::NoFigures:
+        return LanguageManager::GetLanText(nothing);
+    case SimOutcome::FileError:
+        return LanguageManager::GetLanText("文件写入失败,请检查磁盘空间");
+    case SimOutcome::NotThere:
+        return LanguageManager::GetLanText("模拟机台没有此部件");
+    case SimOutcome::Done:
+        break;
+    }
+    return QString();
+}
+
 QString timeText(double ms) {
     return ms < 1000.0 ? QStringLiteral("%1 ms").arg(ms, 0, 'f', 1)
                        : QStringLiteral("%1 s").arg(ms / 1000.0, 0, 'f', 3);

@@ -24,6 +24,8 @@ QString faultText(const std::string& name);
 int faultMotor(const std::string& name);
 /// Name of a device's value, for a person.
 QString deviceText(const std::string& name);
+/// Why an order to the machine was not done, for a person; `nothing` is the key for NoFigures.
+QString outcomeText(SimOutcome outcome, const char* nothing);
 /// Milliseconds as "12.345 s", below a second as "123.4 ms".
 QString timeText(double ms);
 

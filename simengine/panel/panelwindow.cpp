@@ -331,7 +331,8 @@ void PanelWindow::exportTrace(const QString& file) {
 void PanelWindow::showExported(bool done, const QString& error) {
     m_export->setEnabled(true);
     if (!done)
-        msgBox::show(LanguageManager::GetLanText("导出轨迹"), error, 1);
+        msgBox::show(LanguageManager::GetLanText("导出轨迹"),
+                     LanguageManager::GetLanText("导出失败") + QStringLiteral("\n") + error, 1);
 }
 
 void PanelWindow::askExport() {

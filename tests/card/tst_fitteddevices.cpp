@@ -219,6 +219,7 @@ void tst_FittedDevices::devices_are_named_and_limited() {
             QCOMPARE(control->setDevice(each.name, each.high + 1.0, error), SimOutcome::BadValue);
     }
     QCOMPARE(control->setDevice("encoder", 1.5, error), SimOutcome::BadValue);
+    QCOMPARE(error, std::string("\"encoder\" goes from -2147483647 to 2147483647"));
     QCOMPARE(control->setDevice("splitter_card", 0.5, error), SimOutcome::BadValue);
     QCOMPARE(control->setDevice("anchor", 1, error), SimOutcome::NotThere);
     QCOMPARE(control->setDevice("encoder", -42, error), SimOutcome::Done);
