@@ -6,13 +6,17 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QJsonDocument>
 
 namespace tessera {
 
 namespace {
 
-/// Most calls that one answer lists; the rest comes with the next question.
-constexpr int kMostCalls = 100000;
+/// Size at which an answer takes up no further call: well below what a client may leave unread, so that it can ask on
+/// before it has read. The rest comes with the next question.
+constexpr int kJournalPage = 1024 * 1024;
+/// No call is shorter in an answer.
+constexpr int kShortestCall = 40;
 
 constexpr char const* kStatusNames[] = {"run", "pause", "stop"};
 constexpr char const* kTypeNames[] = {"laser", "red", "border"};
@@ -64,10 +68,6 @@ RpcReply refusal(sim::SimOutcome outcome, std::string const& error) {
     return RpcReply::failure(code, QString::fromStdString(error));
 }
 
-RpcReply noSimulator() {
-    return RpcReply::failure(RpcNoSimulator, QStringLiteral("the engine is not a simulated machine"));
-}
-
 QString fileParam(QJsonObject const& params) {
     return QFileInfo(params.value(QLatin1String("file")).toString()).absoluteFilePath();
 }
@@ -105,9 +105,18 @@ QJsonObject toJson(sim::SimHeadDistortion const& distortion) {
 
 } // namespace
 
-std::array<CardMethods::Row, 13> const& CardMethods::methods() {
+bool CardMethods::call(QString const& method, QJsonValue const& params, RpcReply& reply) {
+    if (m_machine.isSimulated())
+        return RpcMethodTable::call(method, params, reply);
+    if (!methodNames().contains(method))
+        return false;
+    reply = RpcReply::failure(RpcNoSimulator, QStringLiteral("the engine is not a simulated machine"));
+    return true;
+}
+
+std::array<CardMethods::Row, 14> const& CardMethods::methods() {
     static constexpr RpcParameter kFile{"file", RpcType::Text, true};
-    static std::array<Row, 13> const rows{{
+    static std::array<Row, 14> const rows{{
         {"card.state", {}, &CardMethods::state},
         {"card.setInput", {{{"bit", RpcType::Index, true}, {"value", RpcType::Level, true}}}, &CardMethods::setInput},
         {"card.setInputs", {{{"word", RpcType::Word, true}}}, &CardMethods::setInputs},
@@ -115,6 +124,7 @@ std::array<CardMethods::Row, 13> const& CardMethods::methods() {
         {"card.clearJournal", {}, &CardMethods::clearJournal},
         {"card.trace", {{kFile, {"commanded", RpcType::Switch, false}}}, &CardMethods::trace},
         {"card.fault", {{{"name", RpcType::Text, true}, {"on", RpcType::Switch, true}}}, &CardMethods::fault},
+        {"card.faults", {}, &CardMethods::faults},
         {"card.runTimes",
          {{{"document", RpcType::Text, false}, {"limit", RpcType::Count, false}}},
          &CardMethods::runTimes},
@@ -130,15 +140,17 @@ std::array<CardMethods::Row, 13> const& CardMethods::methods() {
 }
 
 RpcReply CardMethods::state(QJsonObject const&) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     sim::SimCardState const state = m_machine.sim()->state();
     return RpcReply::value(QJsonObject{{QStringLiteral("open"), state.open},
                                        {QStringLiteral("activity"), nameOf(kActivityNames, int(state.activity))},
                                        {QStringLiteral("status"), nameOf(kStatusNames, state.status)},
                                        {QStringLiteral("type"), nameOf(kTypeNames, state.type)},
+                                       {QStringLiteral("waitCode"), state.waitCode},
                                        {QStringLiteral("inputs"), double(state.inputs)},
                                        {QStringLiteral("outputs"), double(state.outputs)},
+                                       {QStringLiteral("errorOutput"), state.errorOutput},
+                                       {QStringLiteral("waveNumber"), state.waveNumber},
+                                       {QStringLiteral("encoder"), state.encoder},
                                        {QStringLiteral("x"), state.x},
                                        {QStringLiteral("y"), state.y},
                                        {QStringLiteral("spotX"), state.spotX},
@@ -148,12 +160,12 @@ RpcReply CardMethods::state(QJsonObject const&) {
                                        {QStringLiteral("runTime"), state.runTimeMs},
                                        {QStringLiteral("jobs"), double(state.jobs)},
                                        {QStringLiteral("speed"), state.speed},
+                                       {QStringLiteral("markInfo"), double(state.markInfo)},
+                                       {QStringLiteral("scanState"), double(state.scanState)},
                                        {QStringLiteral("alarms"), double(state.alarmWord)}});
 }
 
 RpcReply CardMethods::setInput(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     int const bit = params.value(QLatin1String("bit")).toInt();
     if (!m_machine.sim()->setInput(bit, params.value(QLatin1String("value")).toBool()))
         return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"bit\" is 0 to 31, not %1").arg(bit));
@@ -161,32 +173,30 @@ RpcReply CardMethods::setInput(QJsonObject const& params) {
 }
 
 RpcReply CardMethods::setInputs(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     m_machine.sim()->setInputs(std::uint32_t(params.value(QLatin1String("word")).toDouble()));
     return RpcReply::value(double(m_machine.sim()->state().inputs));
 }
 
 RpcReply CardMethods::journal(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     double const since = params.value(QLatin1String("since")).toDouble();
     QJsonArray calls;
-    for (sim::SimCall const& call : m_machine.sim()->journal(std::uint64_t(since), kMostCalls))
-        calls.append(toJson(call));
+    int size = 0;
+    for (sim::SimCall const& call : m_machine.sim()->journal(std::uint64_t(since), kJournalPage / kShortestCall)) {
+        QJsonObject const entry = toJson(call);
+        size += QJsonDocument(entry).toJson(QJsonDocument::Compact).size() + 1;
+        if (size > kJournalPage && !calls.isEmpty())
+            break;
+        calls.append(entry);
+    }
     return RpcReply::value(calls);
 }
 
 RpcReply CardMethods::clearJournal(QJsonObject const&) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     m_machine.sim()->clearJournal();
     return RpcReply::value(true);
 }
 
 RpcReply CardMethods::trace(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     QString const file = fileParam(params);
     std::string error;
     m_machine.sim()->writeTrace(file.toStdString(), error, params.value(QLatin1String("commanded")).toBool());
@@ -194,8 +204,6 @@ RpcReply CardMethods::trace(QJsonObject const& params) {
 }
 
 RpcReply CardMethods::fault(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     QString const name = params.value(QLatin1String("name")).toString();
     if (m_machine.sim()->setFault(name.toStdString(), params.value(QLatin1String("on")).toBool()))
         return RpcReply::value(true);
@@ -206,9 +214,14 @@ RpcReply CardMethods::fault(QJsonObject const& params) {
                              QJsonObject{{QStringLiteral("candidates"), names}});
 }
 
+RpcReply CardMethods::faults(QJsonObject const&) {
+    QJsonObject states;
+    for (std::string const& name : m_machine.sim()->faultNames())
+        states.insert(QString::fromStdString(name), m_machine.sim()->faultIsOn(name));
+    return RpcReply::value(states);
+}
+
 RpcReply CardMethods::runTimes(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     constexpr int kUsual = 20;
     std::string const document = params.value(QLatin1String("document")).toString().toStdString();
     auto const limit = std::size_t(params.value(QLatin1String("limit")).toInt(kUsual));
@@ -229,8 +242,6 @@ RpcReply CardMethods::runTimes(QJsonObject const& params) {
 }
 
 RpcReply CardMethods::setHead(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     sim::SimHeadDistortion distortion;
     std::string error;
     if (!m_machine.sim()->head(distortion, error))
@@ -245,8 +256,6 @@ RpcReply CardMethods::setHead(QJsonObject const& params) {
 }
 
 RpcReply CardMethods::getHead(QJsonObject const&) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     sim::SimHeadDistortion distortion;
     std::string error;
     if (!m_machine.sim()->head(distortion, error))
@@ -258,8 +267,6 @@ RpcReply CardMethods::getHead(QJsonObject const&) {
 
 /// All devices, or the one named; with a value that one is set first.
 RpcReply CardMethods::device(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     QString const name = params.value(QLatin1String("name")).toString();
     if (params.contains(QLatin1String("value"))) {
         std::string error;
@@ -279,8 +286,6 @@ RpcReply CardMethods::device(QJsonObject const& params) {
 }
 
 RpcReply CardMethods::flash(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     if (params.contains(QLatin1String("address")) && !params.contains(QLatin1String("size")))
         return RpcReply::failure(RpcInvalidParams, QStringLiteral("\"address\" needs a \"size\""));
     QString const file = fileParam(params);
@@ -288,19 +293,16 @@ RpcReply CardMethods::flash(QJsonObject const& params) {
         return static_cast<std::uint32_t>(params.value(QLatin1String(key)).toDouble());
     };
     std::string error;
-    sim::SimOutcome const outcome = m_machine.sim()->writeFlash(file.toStdString(), word("address"), word("size"), error);
-    return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
-                                            : refusal(outcome, error);
+    sim::SimOutcome const outcome =
+        m_machine.sim()->writeFlash(file.toStdString(), word("address"), word("size"), error);
+    return outcome == sim::SimOutcome::Done ? fileReply(file, {}) : refusal(outcome, error);
 }
 
 RpcReply CardMethods::measureHead(QJsonObject const& params) {
-    if (!m_machine.isSimulated())
-        return noSimulator();
     QString const file = fileParam(params);
     std::string error;
     sim::SimOutcome const outcome = m_machine.sim()->measureHead(file.toStdString(), error);
-    return outcome == sim::SimOutcome::Done ? RpcReply::value(QJsonObject{{QStringLiteral("file"), file}})
-                                            : refusal(outcome, error);
+    return outcome == sim::SimOutcome::Done ? fileReply(file, {}) : refusal(outcome, error);
 }
 
 } // namespace tessera

@@ -15,7 +15,8 @@ class CardMethods : public RpcMethodTable<CardMethods> {
 public:
     explicit CardMethods(MachineControl const& machine)
         : m_machine(machine) {}
-    static std::array<Row, 13> const& methods();
+    static std::array<Row, 14> const& methods();
+    bool call(QString const& method, QJsonValue const& params, RpcReply& reply) override;
 
 private:
     RpcReply state(QJsonObject const& params);
@@ -25,6 +26,7 @@ private:
     RpcReply clearJournal(QJsonObject const& params);
     RpcReply trace(QJsonObject const& params);
     RpcReply fault(QJsonObject const& params);
+    RpcReply faults(QJsonObject const& params);
     RpcReply runTimes(QJsonObject const& params);
     RpcReply device(QJsonObject const& params);
     RpcReply flash(QJsonObject const& params);

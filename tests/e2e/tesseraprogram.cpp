@@ -146,9 +146,15 @@ bool TesseraProgram::waitProperty(QString const& object, QString const& property
 
 QJsonArray TesseraProgram::journal(QStringList const& names) {
     QJsonArray picked;
-    for (QJsonValue const& entry : call(QStringLiteral("card.journal")).toArray()) {
-        if (names.contains(entry.toObject().value("name").toString()))
-            picked.append(entry);
+    double last = 0.0;
+    for (;;) {
+        QJsonArray const page = call(QStringLiteral("card.journal"), {{"since", last}}).toArray();
+        if (page.isEmpty())
+            return picked;
+        last = page.last().toObject().value("seq").toDouble();
+        for (QJsonValue const& entry : page) {
+            if (names.contains(entry.toObject().value("name").toString()))
+                picked.append(entry);
+        }
     }
-    return picked;
 }

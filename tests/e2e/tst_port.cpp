@@ -137,6 +137,10 @@ private slots:
         row("unknown fault", "card.fault", R"({"name":"no such fault","on":true})");
         row("fault without switch", "card.fault", R"({"name":"x"})");
         row("unknown distortion", "head.set", R"({"wobble":1})");
+        row("address of the flash without a size", "card.flash", R"({"file":"f.bin","address":5})");
+        row("device beyond its limits", "card.device", R"({"name":"belt_speed","value":10001})");
+        row("device that is only read", "card.device", R"({"name":"splitter_path","value":1})");
+        row("value of a device as text", "card.device", R"({"name":"belt_speed","value":"fast"})");
         row("distortion text", "head.set", R"({"scaleX":"wide"})");
         row("distortion out of its limits", "head.set", R"({"barrel":0.6})");
         row("mirror that stands still", "head.set", R"({"rotation":1,"scaleY":0})");
@@ -167,6 +171,19 @@ private slots:
         // The document's job has no crosses; the same code as for a machine without a head.
         QCOMPARE(errorOf("head.measure", {{"file", "m.txt"}}), -32006);
         QVERIFY(!m_program->call("head.set", {{"barrel", 0}, {"noise", 0}, {"seed", 0}}).isNull());
+    }
+
+    void faults_and_devices_are_told_by_name() {
+        QVERIFY(m_program->call("card.fault", {{"name", "encoder_stopped"}, {"on", true}}) == QJsonValue(true));
+        QCOMPARE(m_program->call("card.faults").toObject().value("encoder_stopped"), QJsonValue(true));
+        QVERIFY(m_program->call("card.fault", {{"name", "encoder_stopped"}, {"on", false}}) == QJsonValue(true));
+        QCOMPARE(m_program->call("card.faults").toObject().value("encoder_stopped"), QJsonValue(false));
+        QJsonObject const belt{{"belt_speed", 12.5}};
+        QCOMPARE(m_program->call("card.device", {{"name", "belt_speed"}, {"value", 12.5}}).toObject(), belt);
+        QCOMPARE(m_program->call("card.device").toObject().value("belt_speed"), QJsonValue(12.5));
+        m_program->call("card.device", {{"name", "belt_speed"}, {"value", 0}});
+        QCOMPARE(errorOf("card.device", {{"name", "no such device"}}), -32006);
+        QCOMPARE(errorOf("card.flash", {{"file", "f.bin"}}), -32006);
     }
 
     void trace_with_another_ending_is_an_error() {
