@@ -4,7 +4,7 @@
     check_engine_operations.py SOURCE_DIR LIBRARY_DIR TEST_DIR
 
 A plain operation counts as called when a test program refers to its symbol, overload by overload. A virtual one is reached by its
-table, so its name must stand in a call in the tests' sources.
+table, so its name must stand in a call through an object in the tests' sources.
 """
 import os
 import pathlib
@@ -96,7 +96,8 @@ def main(source, libraries, tests):
         used |= {name for _, name in symbols(program, "--undefined-only")}
     text = "\n".join(file.read_text(encoding="utf-8") for file in sorted((pathlib.Path(source) / "tests").rglob("*.[ch]pp")))
     text += "\n".join(file.read_text(encoding="utf-8") for file in sorted((pathlib.Path(source) / "tests").rglob("*.h")))
-    called = set(re.findall(r"(?:->|\.|::)(\w+)\s*\(", text))
+    # "::" would count a test function of the same name
+    called = set(re.findall(r"(?:->|\.)(\w+)\s*\(", text))
 
     problems = ["not in the engine: " + name for name in sorted(plain - {re.sub(r"\(.*", "", s) for s in wanted})]
     problems += ["no test calls " + signature for signature in sorted(wanted) if not wanted[signature] & used]
