@@ -13,7 +13,8 @@ typedef void (*VZMessageFunction)(char const* text, int kind);
 /// Hardware word: the laser type is bit 7 times 4 plus bits 5 and 6 as a number; bits 22 and 23 tell the card variant,
 /// and of variant 1 bit 12 which of its two kinds it is.
 ENGINE_API void VZ_GetHdVer(unsigned int* word);
-/// Gives the card library its message function; `context` is handed back by engines that need it and may be null.
+/// Gives the card library its message function, null for none. `context` may be null and is not handed on: the message
+/// function has no place for it.
 ENGINE_API void VZ_SetFuncMessageDisp(VZMessageFunction function, void* context);
 /// Drives the card's error output, 0 or 1.
 ENGINE_API void VZ_OutputError(int on);
@@ -29,8 +30,7 @@ ENGINE_API void VZ_SetFlyEncInitPos(int position);
 ENGINE_API void VZ_GetEncPos(int* position);
 /// Writes 1 to 2048 bytes of firmware at an address; 0 on success. Blocks until they are written.
 ENGINE_API int VZ_FlashWriteAddr(unsigned int address, unsigned char const* data, int size);
-/// Restarts the card after a firmware update, or resets its flash. Ends a running job and blocks until the card is
-/// back.
+/// Restarts the card after a firmware update; it erases nothing. Ends a running job and blocks until the card is back.
 ENGINE_API void VZ_ResetCardFlash();
 /// The card rereads its parameter file, and with it the high-precision correction table when the file switches it on;
 /// `path` is in Latin-1.

@@ -74,7 +74,8 @@ public:
     /// Queues one polyline of `count` points for pen `layer`, 0 to 19, into the open direct job; without one it opens
     /// one. The points are copied.
     void AddList(DOT3* points, int count, int layer);
-    /// Queues one point with a dwell time in ms for pen `layer` of `layers` likewise.
+    /// Queues one point with a dwell time in ms for pen `layer`, 0 to 19, likewise; below 0 the pen's own. The pens are
+    /// those downloaded, `layers` is not looked at.
     void AddMarkPoint(LayerParamEx const& layers, int layer, DOT3 point, double dwell);
     /// Moves the mirrors without laser to (x, y) mm at `speed` mm/s. `mode` is 0.
     void MoveMirrorPos(double x, double y, double speed, int mode);

@@ -7,7 +7,7 @@
 enum MarkType {
     MarkTypeLaser = 0,        ///< normal marking with the laser
     MarkTypeRedPreview = 1,   ///< the pilot beam traces the job, no laser
-    MarkTypeBorderPreview = 2 ///< the pilot beam traces the bounding rectangle of the job
+    MarkTypeBorderPreview = 2 ///< the pilot beam goes round the job, on an outline of the engine's choice
 };
 
 /// Run state that a job on the card obeys.

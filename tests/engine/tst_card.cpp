@@ -4,45 +4,22 @@
 #include "engine/layerdata.h"
 #include "engine/markcardinstance.h"
 #include "engine/vzmarkcard.h"
+#include "tests/engine/strokejob.h"
 #include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
-#include <atomic>
 #include <cmath>
 #include <limits>
 #include <thread>
 
 namespace {
 
+using tests::StrokeJob;
+
 constexpr unsigned int kRunningBit = 1U << 0;
 constexpr unsigned int kSucceededBit = 1U << 8;
-
-/// A job of one straight stroke on a thread of its own, as a run does it.
-class StrokeJob {
-public:
-    /// `length` in mm at `speed` mm/s.
-    StrokeJob(IMarkCardBase& card, double length, double speed)
-        : m_thread([this, &card, length, speed] {
-            LayerParamEx layers;
-            LayerData* pen = nullptr;
-            layers.GetLayerData(0, pen);
-            pen->MarkSpeed = speed;
-            DOT3 points[2] = {{-length / 2, 0, 0}, {length / 2, 0, 0}};
-            card.DownLayerPara(&layers, kLayerCount);
-            card.BeginList(1);
-            card.AddList(points, 2, 0);
-            card.EndList();
-            m_ended = true;
-        }) {}
-    ~StrokeJob() { m_thread.join(); }
-    bool hasEnded() const { return m_ended; }
-
-private:
-    std::atomic<bool> m_ended{false};
-    std::thread m_thread;
-};
 
 } // namespace
 

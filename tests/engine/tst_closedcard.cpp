@@ -29,7 +29,7 @@ QVector<Operation> operations() {
         {"SetMarkType", [](IMarkCardBase& card) { card.SetMarkType(MarkTypeRedPreview); }},
         {"SetMarkStaus", [](IMarkCardBase& card) { card.SetMarkStaus(MarkStatusRun); }},
         {"GetMarkStatus", [](IMarkCardBase& card) { QCOMPARE(card.GetMarkStatus(), MarkStatusStop); }},
-        {"IsMarkStop", [](IMarkCardBase& card) { card.IsMarkStop(); }},
+        {"IsMarkStop", [](IMarkCardBase& card) { QVERIFY(card.IsMarkStop()); }},
         {"DownLayerPara", [](IMarkCardBase& card) { card.DownLayerPara(&layers, kLayerCount); }},
         {"BeginList", [](IMarkCardBase& card) { card.BeginList(1); }},
         {"AddList", [](IMarkCardBase& card) { card.AddList(points, 2, 0); }},
@@ -47,11 +47,11 @@ QVector<Operation> operations() {
              QCOMPARE(word, 0U);
          }},
         {"ClearAlarm", [](IMarkCardBase& card) { card.ClearAlarm(); }},
-        {"GetMarkInfo", [](IMarkCardBase& card) { card.GetMarkInfo(); }},
-        {"GetScanState", [](IMarkCardBase& card) { card.GetScanState(); }},
-        {"GetWaitInfo", [](IMarkCardBase& card) { card.GetWaitInfo(); }},
+        {"GetMarkInfo", [](IMarkCardBase& card) { QCOMPARE(card.GetMarkInfo(), 0U); }},
+        {"GetScanState", [](IMarkCardBase& card) { QCOMPARE(card.GetScanState(), 0U); }},
+        {"GetWaitInfo", [](IMarkCardBase& card) { QCOMPARE(card.GetWaitInfo(), QString()); }},
         {"GetCardVersion", [](IMarkCardBase& card) { QCOMPARE(card.GetCardVersion(), QString()); }},
-        {"HasMotion", [](IMarkCardBase& card) { card.HasMotion(); }},
+        {"HasMotion", [](IMarkCardBase& card) { QVERIFY(!card.HasMotion()); }},
         {"GetStabtadrCalibParam", [](IMarkCardBase& card) { QVERIFY(card.GetStabtadrCalibParam()); }},
         {"SetCalibrationParam", [](IMarkCardBase& card) { card.SetCalibrationParam(); }},
         {"CardCommand",
@@ -74,6 +74,15 @@ QVector<Operation> operations() {
              VZ_GetEncPos(&position);
              QCOMPARE(position, 0);
          }},
+        {"ResetCardFlash", [](IMarkCardBase& card) { card.ResetCardFlash(); }},
+        {"SetAlarmTime",
+         [](IMarkCardBase& card) {
+             int const before = card.GetAlarmTime();
+             card.SetAlarmTime(before + 1);
+             QCOMPARE(card.GetAlarmTime(), before);
+         }},
+        {"VZ_ResetCardFlash", [](IMarkCardBase&) { VZ_ResetCardFlash(); }},
+        {"VZ_SetCardParaFile", [](IMarkCardBase&) { VZ_SetCardParaFile("/nowhere/VZMarkPara.cfg"); }},
         {"VZ_OutputError", [](IMarkCardBase&) { VZ_OutputError(1); }},
         {"VZ_OutputWaveNo", [](IMarkCardBase&) { VZ_OutputWaveNo(5); }},
         {"VZ_TestOssSwitchSpeed", [](IMarkCardBase&) { VZ_TestOssSwitchSpeed(); }},
@@ -150,6 +159,25 @@ private slots:
         QVERIFY(!card->IsCardOpend());
         operations().at(index).run(*card);
         QCOMPARE(card->GetOutput(), 0U);
+    }
+
+    void what_was_asked_of_a_closed_card_is_not_there_when_it_opens() {
+        auto* card = new VZMarkCard;
+        MarkCardInstance::SetMarkCardInstance(card);
+        card->OpenCard();
+        card->SetOutputBit(3, 0);
+        VZ_SetFlyEncInitPos(42);
+        card->CloseCard();
+        for (Operation const& operation : operations())
+            operation.run(*card);
+        card->OpenCard();
+        QCOMPARE(card->GetOutputBit(3), 0);
+        QCOMPARE(card->GetMarkStatus(), MarkStatusStop);
+        QCOMPARE(card->GetMarkInfo() & 1U, 0U);
+        int position = 0;
+        VZ_GetEncPos(&position);
+        QVERIFY(position != 100);
+        card->CloseCard();
     }
 
     void closing_twice_is_harmless() {
