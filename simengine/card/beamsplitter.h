@@ -28,7 +28,7 @@ public:
     static constexpr int kLast = 65535; ///< the mirror's farthest place
     static constexpr int kCards = 4;    ///< numbers that a card can have; 0 is the main card
 
-    /// `emits` tells whether a job with the laser is on the card.
+    /// `emits` tells whether a job with the laser is marking.
     BeamSplitter(const DeviceClock& clock, FaultBank& faults, std::function<bool()> emits);
     ~BeamSplitter();
     BeamSplitter(const BeamSplitter&) = delete;

@@ -12,11 +12,16 @@ namespace sim {
 CardCore::CardCore()
     : m_deviceClock([this] { return speed(); })
     , m_encoder(m_deviceClock, m_faults)
-    , m_splitter(m_deviceClock, m_faults,
-                 [this] { return kind() == MarkKind::Laser && m_runner.head().activity == Activity::Running; })
+    , m_splitter(m_deviceClock, m_faults, [this] { return emits(); })
     , m_runner(m_trace) {}
 
 CardCore::~CardCore() = default;
+
+/// The kind set now is that of the next job.
+bool CardCore::emits() const {
+    const HeadState state = m_runner.head();
+    return state.activity == Activity::Running && state.kind == MarkKind::Laser;
+}
 
 bool CardCore::open() {
     if (isOpen())

@@ -144,6 +144,7 @@ public:
     const Trace& trace() const { return m_trace; }
 
 private:
+    bool emits() const;
     RunResult runNow(Job job, bool loop, bool direct, const JobRunner::Ticket& ticket, PenService penService);
     void openList();
     PlanSettings planSettings() const;

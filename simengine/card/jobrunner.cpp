@@ -309,6 +309,8 @@ HeadState JobRunner::head() const {
         head.passMs = (m_motionUs - m_passStartUs) / 1000.0;
         return head;
     }
+    if (m_job)
+        head.kind = m_job->kind;
     double us = m_motionUs;
     if (m_activity == Activity::Running && !m_clock.isUnpaced())
         us = std::clamp(m_clock.simAt(Clock::now()), us, std::max(us, m_motion.endUs));

@@ -64,6 +64,7 @@ struct HeadState {
     int pen = 0;
     double passMs = 0.0; ///< time on the clock of the pass
     Activity activity = Activity::Idle;
+    MarkKind kind = MarkKind::Laser; ///< of the job on the card
 };
 
 /// When the card last obeyed a stop or a pause.

@@ -195,6 +195,32 @@ TEST_F(DeviceTest, encoder_stands_still_while_time_has_no_limit) {
     EXPECT_EQ(encoder.count(), 7);
 }
 
+TEST_F(CardTest, splitter_shows_the_shutter_by_the_kind_of_the_job_on_the_card) {
+    constexpr std::uint32_t kShutterClosed = 1u << 20;
+    const auto status = [this] {
+        int first = 0;
+        int second = 0;
+        EXPECT_TRUE(card.splitter().command(0x4955, 0, 0, first, second));
+        return static_cast<std::uint32_t>(first);
+    };
+    card.setSpeed(1.0);
+    for (const MarkKind marks : {MarkKind::Laser, MarkKind::RedPreview}) {
+        const MarkKind next = marks == MarkKind::Laser ? MarkKind::RedPreview : MarkKind::Laser;
+        card.setState(RunState::Run);
+        card.setKind(marks);
+        auto run = std::async(std::launch::async, [this] { card.run(jobOf({square(0, 0, 1000)}), false); });
+        ASSERT_TRUE(waitFor([this] { return card.head().activity == Activity::Running; }));
+        card.setKind(next); // for the next job
+        EXPECT_EQ((status() & kShutterClosed) != 0, marks != MarkKind::Laser);
+        card.pause();
+        EXPECT_TRUE(status() & kShutterClosed);
+        card.restart();
+        card.stop();
+        run.get();
+        EXPECT_TRUE(status() & kShutterClosed);
+    }
+}
+
 /// Nobody looks at the encoder before the change.
 TEST(DeviceSpeed, encoder_counts_the_time_before_a_change_of_the_speed_by_the_speed_of_then) {
     using Clock = std::chrono::steady_clock;
