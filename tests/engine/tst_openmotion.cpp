@@ -9,7 +9,6 @@
 #include "tests/support/waitfor.h"
 
 #include <QElapsedTimer>
-#include <QPushButton>
 #include <QTimer>
 #include <QtTest>
 #include <atomic>
