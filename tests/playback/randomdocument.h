@@ -9,8 +9,8 @@
 #include <cmath>
 #include <random>
 
-/// Documents as nobody would draw them: drawn objects, groups and stroke texts of every kind, pens with random times. Outline texts, codes,
-/// pictures and what tool modules make are left out.
+/// Documents as nobody would draw them: drawn objects, groups and stroke texts of every kind, pens with random times.
+/// Outline texts, codes, pictures and what tool modules make are left out.
 namespace playback {
 
 class RandomDocument {
