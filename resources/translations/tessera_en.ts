@@ -1224,7 +1224,10 @@
     <message><source>变换无效,图元不导入</source><translation>the transform is not usable, the element is not imported</translation></message>
     <message><source>渐变只取第一种颜色</source><translation>of a gradient the first colour counts</translation></message>
     <message><source>不支持此样式规则</source><translation>this style rule is not applied</translation></message>
-    <message><source>剪切路径中不支持文字</source><translation>texts are not applied in a clip</translation></message>
+    <message><source>剪切路径中不支持此图元</source><translation>such elements are not applied in a clip</translation></message>
+    <message><source>用于其他语言或其他程序</source><translation>it is meant for another language or another program</translation></message>
+    <message><source>文字过长</source><translation>the text is too long</translation></message>
+    <message><source>图元的属性过多</source><translation>an element has too many attributes</translation></message>
     <message><source>文件未指定单位,按毫米计算</source><translation>the file names no unit, millimetres are assumed</translation></message>
     <message><source>已隐藏,或所在图层已关闭或冻结</source><translation>it is hidden, or its layer is off or frozen</translation></message>
     <message><source>字体由单线字体代替</source><translation>its font is replaced by a single-line font</translation></message>

@@ -62,6 +62,9 @@ enum class Note {
     Gradient,
     StyleRule,
     NotInClip,
+    OtherReader,
+    LongText,
+    ManyAttributes,
     // DXF
     NoUnit,
     Hidden,

@@ -18,12 +18,21 @@ constexpr double kTolerance = 0.0005;
 constexpr qint64 kMostReached = 10'000'000;
 constexpr qint64 kMostCrossings = 200'000;
 
+/// Memory of one point while a cut is made: itself, as the clipping library has it, and its edge, in vectors that grow.
+constexpr qint64 kBytesOfPoint = 160;
+
 /// Units of the clipping library to the millimetre: a tenth of a nanometre on a field of a metre.
 constexpr double kUnits = 1.0e7;
 
-std::vector<FlatLine> flat(const PathShape& path) {
+/// The outline as polylines; none when it would be of more points than the import may hold.
+std::vector<FlatLine> flat(const PathShape& path, ImportBudget& budget) {
     std::vector<FlatLine> lines;
-    flattenShape(Shape(path), QTransform(), lines, kTolerance);
+    const Shape shape(path);
+    const qint64 points = flattenedPointCount(shape, QTransform(), kTolerance);
+    if (budget.memory(points * kBytesOfPoint) && budget.step(points))
+        flattenShape(shape, QTransform(), lines, kTolerance);
+    // all of it is gone when the cut is made
+    budget.memory(-points * kBytesOfPoint);
     return lines;
 }
 
@@ -117,7 +126,7 @@ bool affordable(const ClipperLib::Paths& closed, const ClipperLib::Paths& open, 
 
 ClipperLib::Paths areaOf(const ClipArea& area, ImportBudget& budget) {
     ClipperLib::Paths paths;
-    for (const FlatLine& line : flat(area.path))
+    for (const FlatLine& line : flat(area.path, budget))
         paths.push_back(toUnits(line.points));
     ClipperLib::Paths clean;
     if (!affordable(paths, {}, {}, budget))
@@ -161,7 +170,7 @@ bool segmentInside(const QPointF& a, const QPointF& d, const QRectF& rect, doubl
 
 PathShape clippedToRect(const PathShape& path, const QRectF& rect, ImportBudget& budget) {
     PathShape clipped;
-    for (const FlatLine& line : flat(path)) {
+    for (const FlatLine& line : flat(path, budget)) {
         if (!budget.points(line.points.size()))
             break;
         bool open = false;
@@ -186,7 +195,7 @@ PathShape clippedToRect(const PathShape& path, const QRectF& rect, ImportBudget&
 PathShape clippedToAreas(const PathShape& path, const std::vector<ClipArea>& areas, bool filled, ImportBudget& budget) {
     ClipperLib::Paths closed;
     ClipperLib::Paths open;
-    for (const FlatLine& line : flat(path))
+    for (const FlatLine& line : flat(path, budget))
         (filled ? closed : open).push_back(toUnits(line.points));
     for (const ClipArea& area : areas) {
         const ClipperLib::Paths clip = areaOf(area, budget);
@@ -228,6 +237,10 @@ ClipArea unitedAreas(const std::vector<ClipArea>& areas, ImportBudget& budget) {
     for (const ClipperLib::Path& piece : all)
         append(united.path, piece, true);
     return united;
+}
+
+bool isWithin(const Box& box, double limit) {
+    return box.isValid() && box.minX > -limit && box.maxX < limit && box.minY > -limit && box.maxY < limit;
 }
 
 bool liesWithin(const Box& box, const ClipArea& area) {

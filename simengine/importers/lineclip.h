@@ -8,8 +8,8 @@
 
 namespace sim {
 
-/// The part of an outline inside a rectangle, as polylines; curves within 0.5 micrometre. Coordinates up to 10^6:
-/// larger curves make more points than memory has.
+/// The part of an outline inside a rectangle, as polylines; curves within 0.5 micrometre. Empty, and the budget spent,
+/// for curves that make more points than an import may hold.
 PathShape clippedToRect(const PathShape& path, const QRectF& rect, ImportBudget& budget);
 
 /// Outlines that cut others: an area by the rule that it is filled with.
@@ -25,6 +25,9 @@ PathShape clippedToAreas(const PathShape& path, const std::vector<ClipArea>& are
 
 /// All areas together, to be filled odd-even.
 ClipArea unitedAreas(const std::vector<ClipArea>& areas, ImportBudget& budget);
+
+/// A box lies between -`limit` and `limit` mm in both directions; false for one that is not finite.
+bool isWithin(const Box& box, double limit);
 
 /// A box lies wholly inside an area that is an upright rectangle; false whenever that is not plain to see.
 bool liesWithin(const Box& box, const ClipArea& area);

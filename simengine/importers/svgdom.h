@@ -2,16 +2,21 @@
 #pragma once
 
 #include "simengine/document/shape.h"
+#include "simengine/importers/importnotes.h"
 #include "simengine/importers/svglength.h"
 
 #include <QHash>
 #include <QString>
 #include <array>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <vector>
 
 namespace sim {
+
+/// Is called with what is not obeyed: its kind as the file has it, and why.
+using SvgTell = std::function<void(const QString& kind, Note note)>;
 
 /// Elements that are drawn, or needed by what is drawn.
 enum class SvgElement : quint8 {
@@ -59,6 +64,7 @@ enum class SvgProperty : quint8 {
     FontWeight,
     FontStyle,
     TextAnchor,
+    Transform,
     Count
 };
 
@@ -67,6 +73,9 @@ struct SvgSetting {
     bool important = false;
     QString value;
 };
+
+/// Declarations that many elements may share; null for none.
+using SvgSettings = std::shared_ptr<const std::vector<SvgSetting>>;
 
 /// Places that lengths of an element have in SvgNode::lengths.
 enum SvgLengthPlace { SvgX, SvgY, SvgWidth, SvgHeight, SvgRx, SvgRy, SvgLengthCount };
@@ -80,7 +89,7 @@ struct SvgDetail {
     QString reference;     ///< id of the element that is shown here or whose stops count
     QByteArray text;       ///< a text as XML of its own
     bool ownUnits = false; ///< of a clip: parts of the clipped element's box
-    bool refused = false;  ///< within a switch: asks for what is not there
+    bool refused = false;  ///< for another language or for programs that know more
     bool lineCap = false;
 };
 
@@ -96,7 +105,7 @@ struct SvgNode {
     QString id;
     QString classes;
     std::vector<SvgSetting> settings; ///< attributes of the element
-    QString style;                    ///< its own style
+    SvgSettings style;                ///< its own style
     std::unique_ptr<QTransform> transform;
     std::unique_ptr<PathShape> path;
     std::unique_ptr<SvgDetail> detail;

@@ -4,6 +4,7 @@
 #include "simengine/importers/importfile.h"
 #include "simengine/importers/svgparser.h"
 #include "simengine/importers/svgrender.h"
+#include "simengine/importers/svgxml.h"
 
 namespace sim {
 
@@ -14,6 +15,8 @@ ImportResult importSvg(const QString& path, const ImportOptions& options) {
 ImportResult importSvgData(const QByteArray& bytes, const ImportOptions& options) {
     if (bytes.size() > kMostSvgBytes)
         return failedImport(noteText(Note::FileTooLarge));
+    if (!areSvgTagsBounded(bytes))
+        return failedImport(noteText(Note::ManyAttributes));
     ImportResult result;
     ImportBudget budget(options.mostSeconds);
     SvgTree tree;

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/svgnumbers.h"
 
+#include "simengine/importers/svglength.h"
+
 #include <QVector>
+#include <algorithm>
 #include <cmath>
 
 namespace sim {
@@ -95,47 +98,104 @@ std::optional<bool> SvgNumbers::flag() {
     return c == '1';
 }
 
+namespace {
+
+/// Units that a style may have behind a number: pixels and degrees count as one each.
+struct TransformUnit {
+    const char* name;
+    double factor;
+};
+
+constexpr TransformUnit kTransformUnits[] = {
+    {"", 1.0},
+    {"px", 1.0},
+    {"in", kSvgPixelsPerInch},
+    {"cm", 10.0 * kSvgPixelsPerInch / kMmPerInch},
+    {"mm", kSvgPixelsPerInch / kMmPerInch},
+    {"pt", kSvgPixelsPerInch / 72.0},
+    {"pc", kSvgPixelsPerInch / 6.0},
+    {"deg", 1.0},
+    {"grad", 0.9},
+    {"turn", 360.0},
+    {"rad", 180.0 / M_PI},
+};
+
+/// The letters that come next.
+QString takeWord(SvgNumbers& in) {
+    QString word;
+    for (ushort c = in.peek(); (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); c = in.peek()) {
+        word += QChar(c);
+        in.skip();
+    }
+    return word;
+}
+
+/// Up to seven numbers with their units; nothing when a unit is unknown.
+std::optional<QVector<double>> takeNumbers(SvgNumbers& in) {
+    QVector<double> numbers;
+    while (numbers.size() < 7) {
+        const auto number = in.number();
+        if (!number)
+            break;
+        const QString name = takeWord(in);
+        const auto unit = std::find_if(std::begin(kTransformUnits), std::end(kTransformUnits),
+                                       [&](const TransformUnit& u) { return name == QLatin1String(u.name); });
+        if (unit == std::end(kTransformUnits))
+            return std::nullopt;
+        numbers.append(*number * unit->factor);
+    }
+    return numbers;
+}
+
+/// One transform of a list; nothing when there is none of that name and number of arguments.
+std::optional<QTransform> namedTransform(const QString& name, const QVector<double>& v) {
+    const int n = v.size();
+    const auto is = [&](const char* known, int least, int most) {
+        return n >= least && n <= most && name == QLatin1String(known);
+    };
+    if (is("matrix", 6, 6))
+        return QTransform(v[0], v[1], v[2], v[3], v[4], v[5]);
+    if (is("translate", 1, 2))
+        return QTransform::fromTranslate(v[0], n > 1 ? v[1] : 0.0);
+    if (is("translateX", 1, 1))
+        return QTransform::fromTranslate(v[0], 0.0);
+    if (is("translateY", 1, 1))
+        return QTransform::fromTranslate(0.0, v[0]);
+    if (is("scale", 1, 2))
+        return QTransform::fromScale(v[0], n > 1 ? v[1] : v[0]);
+    if (is("scaleX", 1, 1))
+        return QTransform::fromScale(v[0], 1.0);
+    if (is("scaleY", 1, 1))
+        return QTransform::fromScale(1.0, v[0]);
+    if (is("rotate", 1, 1))
+        return QTransform().rotate(v[0]);
+    if (is("rotate", 3, 3))
+        return QTransform().translate(v[1], v[2]).rotate(v[0]).translate(-v[1], -v[2]);
+    if (is("skewX", 1, 1))
+        return QTransform(1, 0, std::tan(v[0] * M_PI / 180.0), 1, 0, 0);
+    if (is("skewY", 1, 1))
+        return QTransform(1, std::tan(v[0] * M_PI / 180.0), 0, 1, 0, 0);
+    return std::nullopt;
+}
+
+} // namespace
+
 std::optional<QTransform> parseSvgTransform(const QStringRef& text) {
     QTransform all;
     SvgNumbers in(text);
-    while (const ushort first = in.peek()) {
-        QString name;
-        for (ushort c = first; (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); c = in.peek()) {
-            name += QChar(c);
-            in.skip();
-        }
+    while (in.peek() != 0) {
+        const QString name = takeWord(in);
         if (in.peek() != '(')
             return std::nullopt;
         in.skip();
-        QVector<double> v;
-        while (v.size() < 7) {
-            const auto number = in.number();
-            if (!number)
-                break;
-            v.append(*number);
-        }
-        if (in.peek() != ')')
+        const auto numbers = takeNumbers(in);
+        if (!numbers || in.peek() != ')')
             return std::nullopt;
         in.skip();
-        const int n = v.size();
-        QTransform t;
-        if (name == QLatin1String("matrix") && n == 6)
-            t = QTransform(v[0], v[1], v[2], v[3], v[4], v[5]);
-        else if (name == QLatin1String("translate") && (n == 1 || n == 2))
-            t = QTransform::fromTranslate(v[0], n > 1 ? v[1] : 0.0);
-        else if (name == QLatin1String("scale") && (n == 1 || n == 2))
-            t = QTransform::fromScale(v[0], n > 1 ? v[1] : v[0]);
-        else if (name == QLatin1String("rotate") && n == 1)
-            t.rotate(v[0]);
-        else if (name == QLatin1String("rotate") && n == 3)
-            t.translate(v[1], v[2]).rotate(v[0]).translate(-v[1], -v[2]);
-        else if (name == QLatin1String("skewX") && n == 1)
-            t = QTransform(1, 0, std::tan(v[0] * M_PI / 180.0), 1, 0, 0);
-        else if (name == QLatin1String("skewY") && n == 1)
-            t = QTransform(1, std::tan(v[0] * M_PI / 180.0), 0, 1, 0, 0);
-        else
+        const auto transform = namedTransform(name, *numbers);
+        if (!transform)
             return std::nullopt;
-        all = t * all;
+        all = *transform * all;
     }
     for (double m : {all.m11(), all.m12(), all.m21(), all.m22(), all.dx(), all.dy()}) {
         if (!std::isfinite(m) || std::abs(m) > 1e12)

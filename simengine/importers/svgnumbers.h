@@ -28,7 +28,8 @@ private:
     const QChar* m_end;
 };
 
-/// The list of a transform attribute, applied from the last to the first. Nothing when it is wrong or not finite.
+/// The list of a transform, as an attribute or a style has it, applied from the last to the first. Nothing when it is
+/// wrong or not finite.
 std::optional<QTransform> parseSvgTransform(const QStringRef& text);
 
 } // namespace sim

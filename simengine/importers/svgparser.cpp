@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/svgparser.h"
 
+#include "engine/languagemanager.h"
 #include "simengine/importers/svgnumbers.h"
 #include "simengine/importers/svgpath.h"
 #include "simengine/importers/svgstyle.h"
 #include "simengine/importers/svgtext.h"
+#include "simengine/importers/svgxml.h"
 
 #include <cmath>
 
@@ -17,6 +19,10 @@ constexpr QSizeF kDefaultViewport(300.0, 150.0);
 
 /// Strings that are kept once; a hostile file must not fill them without end.
 constexpr int kMostStrings = 20000;
+
+/// Letters of a value that is looked at again wherever its element is drawn, and of a style sheet.
+constexpr int kLongestValue = 4096;
+constexpr int kLongestSheet = 16 << 20;
 
 struct ElementRule {
     const char* name;
@@ -102,6 +108,20 @@ std::optional<QRectF> parseViewBox(const QStringRef& text) {
     return in.atEnd() && usable(box) ? std::optional<QRectF>(box) : std::nullopt;
 }
 
+/// "en-GB, de": one of the languages is the operator's.
+bool isOperatorsLanguage(const QStringRef& languages) {
+    const QString own = LanguageManager::GetCurrentLan().left(2);
+    for (int at = 0; at < languages.size();) {
+        int end = languages.indexOf(QLatin1Char(','), at);
+        end = end < 0 ? languages.size() : end;
+        const QStringRef one = languages.mid(at, end - at).trimmed();
+        if (one.startsWith(own, Qt::CaseInsensitive) && (one.size() == 2 || one[2] == QLatin1Char('-')))
+            return true;
+        at = end + 1;
+    }
+    return false;
+}
+
 } // namespace
 
 QTransform viewBoxTransform(const QRectF& viewBox, const QSizeF& viewport, const QString& preserve) {
@@ -142,7 +162,11 @@ bool SvgParser::run(QString& error) {
             break;
         case QXmlStreamReader::Characters:
             if (m_inStyle)
-                m_tree.styleSheet += m_in.text();
+                readSheet();
+            break;
+        case QXmlStreamReader::ProcessingInstruction:
+            if (m_in.processingInstructionTarget() == QLatin1String("xml-stylesheet"))
+                skip(QStringLiteral("xml-stylesheet"), Note::StyleRule);
             break;
         default:
             break;
@@ -178,6 +202,29 @@ QString SvgParser::interned(const QStringRef& text) {
     if (m_strings.size() < kMostStrings)
         m_strings.insert(plain, plain);
     return plain;
+}
+
+/// Styles are read once, however often the element is drawn.
+SvgSettings SvgParser::styleOf(const QStringRef& text) {
+    const QString plain = text.size() <= kLongestValue ? text.toString() : QString();
+    const auto known = m_styles.constFind(plain);
+    if (!plain.isEmpty() && known != m_styles.constEnd())
+        return *known;
+    const SvgTell tell = [this](const QString& kind, Note note) { m_result.convert(kind, noteText(note)); };
+    const auto settings = std::make_shared<const std::vector<SvgSetting>>(parseSvgStyle(text, tell));
+    m_bytes += 100 + 2 * plain.size();
+    for (const SvgSetting& setting : *settings)
+        m_bytes += qint64(sizeof(SvgSetting)) + 30 + 2 * setting.value.size();
+    if (!plain.isEmpty() && m_styles.size() < kMostStrings)
+        m_styles.insert(plain, settings);
+    return settings;
+}
+
+void SvgParser::readSheet() {
+    if (m_tree.styleSheet.size() + m_in.text().size() <= kLongestSheet)
+        m_tree.styleSheet += m_in.text();
+    else
+        skip(QStringLiteral("style"), Note::StyleRule);
 }
 
 SvgDetail& SvgParser::detail(SvgNode& node) {
@@ -230,7 +277,7 @@ void SvgParser::startElement() {
     const int colon = qualified.indexOf(QLatin1Char(':'));
     if (qualified.left(std::max(0, colon)) != m_prefix || m_inStyle) {
         // the private data of drawing programs
-        m_in.skipCurrentElement();
+        skipSvgElement(m_in, m_budget);
         return;
     }
     startChild(localName());
@@ -269,7 +316,10 @@ bool SvgParser::readRoot() {
 
 void SvgParser::startChild(const QString& name) {
     if (name == QLatin1String("style")) {
+        const QStringRef media = m_in.attributes().value(QLatin1String("media"));
         m_inStyle = true;
+        if (!media.isEmpty() && media != QLatin1String("all") && media != QLatin1String("screen"))
+            skip(name, Note::StyleRule);
         return;
     }
     for (const ElementRule& rule : kElements) {
@@ -298,11 +348,14 @@ void SvgParser::startChild(const QString& name) {
     const bool choice = m_tree.nodes[size_t(m_open.back())].element == SvgElement::Switch;
     if (told && !choice)
         skip(name, note);
-    m_in.skipCurrentElement();
+    skipSvgElement(m_in, m_budget);
 }
 
 void SvgParser::readAttributes(SvgNode& node) {
-    for (const QXmlStreamAttribute& attribute : m_in.attributes()) {
+    const QXmlStreamAttributes attributes = m_in.attributes();
+    // the reader compared each with all before it
+    m_budget.step(qint64(attributes.size()) * attributes.size() / 50);
+    for (const QXmlStreamAttribute& attribute : attributes) {
         const QStringRef full = attribute.qualifiedName();
         const int colon = full.indexOf(QLatin1Char(':'));
         const QStringRef name = full.mid(colon + 1);
@@ -318,7 +371,7 @@ void SvgParser::readAttributes(SvgNode& node) {
         } else if (name == QLatin1String("class")) {
             node.classes = interned(value);
         } else if (name == QLatin1String("style")) {
-            node.style = interned(value);
+            node.style = styleOf(value);
         } else if (name == QLatin1String("transform") || name == QLatin1String("gradientTransform")) {
             const auto transform = parseSvgTransform(value);
             node.badTransform = !transform;
@@ -326,23 +379,47 @@ void SvgParser::readAttributes(SvgNode& node) {
                 node.transform = std::make_unique<QTransform>(*transform);
                 m_bytes += sizeof(QTransform) + 16;
             }
-        } else if (name == QLatin1String("href")) {
-            if (value.startsWith(QLatin1Char('#')))
-                detail(node).reference = value.mid(1).toString();
-        } else if (name == QLatin1String("viewBox") && node.element != SvgElement::Path) {
-            detail(node).viewBox = parseViewBox(value);
-            detail(node).badViewBox =
-                !node.detail->viewBox || node.detail->viewBox->width() <= 0 || node.detail->viewBox->height() <= 0;
-        } else if (name == QLatin1String("preserveAspectRatio")) {
-            detail(node).preserve = value.toString();
-        } else if (name == QLatin1String("clipPathUnits")) {
-            detail(node).ownUnits = value == QLatin1String("objectBoundingBox");
-        } else if (name == QLatin1String("requiredExtensions")) {
-            detail(node).refused = !value.trimmed().isEmpty();
-        } else if (const auto property = svgProperty(name.toString())) {
-            node.settings.push_back({*property, false, interned(value.trimmed())});
-            m_bytes += sizeof(SvgSetting) + 8;
+        } else if (!readDetail(node, name, value)) {
+            readStyle(node, name, value);
         }
+    }
+}
+
+/// What few elements have; false for any other attribute.
+bool SvgParser::readDetail(SvgNode& node, const QStringRef& name, const QStringRef& value) {
+    if (name == QLatin1String("href")) {
+        if (value.startsWith(QLatin1Char('#')))
+            detail(node).reference = value.mid(1, kLongestValue).toString();
+    } else if (name == QLatin1String("viewBox") && node.element != SvgElement::Path) {
+        detail(node).viewBox = parseViewBox(value);
+        detail(node).badViewBox =
+            !node.detail->viewBox || node.detail->viewBox->width() <= 0 || node.detail->viewBox->height() <= 0;
+    } else if (name == QLatin1String("preserveAspectRatio")) {
+        detail(node).preserve = value.left(kLongestValue).toString();
+    } else if (name == QLatin1String("clipPathUnits")) {
+        detail(node).ownUnits = value == QLatin1String("objectBoundingBox");
+    } else if (name == QLatin1String("requiredExtensions")) {
+        detail(node).refused |= !value.trimmed().isEmpty();
+    } else if (name == QLatin1String("systemLanguage")) {
+        detail(node).refused |= !isOperatorsLanguage(value);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+/// An attribute that could stand in a style as well.
+void SvgParser::readStyle(SvgNode& node, const QStringRef& name, const QStringRef& value) {
+    const auto property = svgProperty(name);
+    if (property && value.size() <= kLongestValue) {
+        node.settings.push_back({*property, false, interned(value.trimmed())});
+        m_bytes += sizeof(SvgSetting) + 8;
+    } else if (property) {
+        m_result.convert(name.toString(), noteText(Note::StyleRule));
+    } else if (name.contains(QLatin1Char('-'))) {
+        // without a dash it is the element's own: a width is no style here
+        tellSvgProperty(name, value,
+                        [this](const QString& kind, Note note) { m_result.convert(kind, noteText(note)); });
     }
 }
 
@@ -382,10 +459,13 @@ void SvgParser::readText(SvgNode& node) {
     QByteArray xml;
     QXmlStreamWriter out(&xml);
     const auto tell = [this](const QString& kind, Note note) { skip(kind, note); };
-    if (!SvgTextCopy(m_in, out, m_tree.viewBox.size(), m_budget, tell).run())
+    SvgTextCopy copy(m_in, out, m_tree.viewBox.size(), m_budget, tell);
+    if (!copy.run())
         m_budget.fail(Note::TooDeep);
-    // the copy carries the transform of the text
-    node.transform.reset();
+    if (copy.isTooLong()) {
+        skip(QStringLiteral("text"), Note::LongText);
+        xml.clear();
+    }
     m_bytes += xml.size();
     detail(node).text = xml;
 }

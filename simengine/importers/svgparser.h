@@ -30,6 +30,10 @@ private:
     SvgDetail& detail(SvgNode& node);
     QString localName() const;
     QString interned(const QStringRef& text);
+    SvgSettings styleOf(const QStringRef& text);
+    void readStyle(SvgNode& node, const QStringRef& name, const QStringRef& value);
+    bool readDetail(SvgNode& node, const QStringRef& name, const QStringRef& value);
+    void readSheet();
     void skip(const QString& kind, Note note);
 
     /// Bytes that the tree may take.
@@ -43,6 +47,7 @@ private:
     QString m_error;
     std::vector<int> m_open;
     QHash<QString, QString> m_strings;
+    QHash<QString, SvgSettings> m_styles;
     qint64 m_bytes = 0;
     bool m_inStyle = false;
 };

@@ -243,6 +243,22 @@ bool parseSvgPoints(const QStringRef& data, bool closed, PathShape& path, Import
     return good;
 }
 
+PathShape closedContours(const PathShape& path) {
+    PathShape closed;
+    closed.points = path.points;
+    closed.verbs.reserve(path.verbs.size() + 1);
+    int points = 0;
+    for (int i = 0; i < path.verbs.size(); ++i) {
+        const PathVerb verb = path.verbs[i];
+        points = verb == PathVerb::Move ? 1 : points + (verb == PathVerb::Cubic ? 3 : 1);
+        closed.verbs.append(verb);
+        const bool last = i + 1 == path.verbs.size() || path.verbs[i + 1] == PathVerb::Move;
+        if (last && verb != PathVerb::Close && points > 2)
+            closed.verbs.append(PathVerb::Close);
+    }
+    return closed;
+}
+
 PathShape tidiedPath(const PathShape& path) {
     PathShape out;
     out.points.reserve(path.points.size());

@@ -15,6 +15,9 @@ bool parseSvgPath(const QStringRef& data, PathShape& path, ImportBudget& budget)
 /// The same for a list of points.
 bool parseSvgPoints(const QStringRef& data, bool closed, PathShape& path, ImportBudget& budget);
 
+/// Closes each contour that has an area, however its line goes.
+PathShape closedContours(const PathShape& path);
+
 /// Closes contours that end where they began and drops those that draw nothing.
 PathShape tidiedPath(const PathShape& path);
 

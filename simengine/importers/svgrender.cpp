@@ -3,6 +3,8 @@
 
 #include "simengine/document/limits.h"
 #include "simengine/importers/curves.h"
+#include "simengine/importers/svgnumbers.h"
+#include "simengine/importers/svgpath.h"
 
 #include <cmath>
 
@@ -10,20 +12,9 @@ namespace sim {
 
 namespace {
 
-QPolygonF boxPolygon(const QTransform& t, const QRectF& rect) {
-    return t.map(QPolygonF(QVector<QPointF>{rect.topLeft(), rect.topRight(), rect.bottomRight(), rect.bottomLeft()}));
-}
-
-PathShape polygonPath(const QPolygonF& points) {
-    PathShape path;
-    for (const QPointF& p : points) {
-        if (path.points.isEmpty())
-            path.moveTo(p);
-        else
-            path.lineTo(p);
-    }
-    path.close();
-    return path;
+/// Makes the ellipse in the box of a circle of radius 1 about the origin.
+QTransform ellipseTransform(const QRectF& box) {
+    return QTransform(box.width() / 2, 0, 0, box.height() / 2, box.center().x(), box.center().y());
 }
 
 QSizeF diagonal(const QSizeF& viewport) {
@@ -69,12 +60,15 @@ void SvgRender::convert(const char* kind, Note note) {
 }
 
 void SvgRender::run() {
+    Context page;
+    page.toPage = m_tree.toPage * QTransform::fromScale(1.0, -1.0);
+    page.viewport = m_tree.viewBox.size();
     Context context;
-    context.toPage = m_tree.toPage * QTransform::fromScale(1.0, -1.0);
-    context.viewport = m_tree.viewBox.size();
-    context.style = m_sheet.styleOf(m_tree, 0, SvgStyle());
-    if (context.style.displayed && context.style.opaque && m_tree.nodes[0].firstChild >= 0)
+    if (begin(0, page, context))
         drawChildren(0, context);
+    const SvgNode& root = m_tree.nodes[0];
+    if (root.transform || root.badTransform || !context.style.transform.isNull())
+        convert("transform", Note::StyleRule);
     if (m_invisible > 0)
         m_result.skip(QStringLiteral("path"), noteText(Note::NoLineNoArea), m_invisible);
     if (m_areas > 0)
@@ -115,8 +109,7 @@ void SvgRender::draw(int node, const Context& around) {
         m_budget.fail(Note::TooDeep);
         return;
     }
-    const SvgNode& self = m_tree.nodes[size_t(node)];
-    switch (self.element) {
+    switch (m_tree.nodes[size_t(node)].element) {
     case SvgElement::Defs:
     case SvgElement::Symbol:
     case SvgElement::ClipPath:
@@ -128,35 +121,57 @@ void SvgRender::draw(int node, const Context& around) {
     default:
         break;
     }
-    Context context = around;
+    Context context;
+    if (begin(node, around, context))
+        drawElement(node, context);
+}
+
+/// The transform that an element has of its own; nothing when it is wrong. That of a style goes before the attribute.
+std::optional<QTransform> SvgRender::transformOf(int node, const SvgStyle& style) const {
+    const SvgNode& self = m_tree.nodes[size_t(node)];
+    // whether it turns the root about its middle or its corner, programs do not agree
+    if (node == 0)
+        return QTransform();
+    const QString& own = style.transform;
+    if (!own.isNull()) {
+        const bool none = own == QLatin1String("none") || own == QLatin1String("initial");
+        return none ? QTransform() : parseSvgTransform(QStringRef(&own));
+    }
+    if (self.badTransform)
+        return std::nullopt;
+    return self.transform ? *self.transform : QTransform();
+}
+
+/// What an element's own style makes of what is around it. False when nothing of the element is drawn.
+bool SvgRender::begin(int node, const Context& around, Context& context) {
+    const SvgNode& self = m_tree.nodes[size_t(node)];
+    context = around;
     context.depth = around.depth + 1;
     context.style = m_sheet.styleOf(m_tree, node, around.style);
-    if (!context.style.displayed) {
-        skip(self.name, Note::Hidden);
-        return;
+    if (!context.style.displayed || (self.detail && self.detail->refused)) {
+        skip(self.name, context.style.displayed ? Note::OtherReader : Note::Hidden);
+        return false;
     }
     context.opaque = around.opaque && context.style.opaque;
-    if (self.badTransform) {
+    const auto transform = transformOf(node, context.style);
+    if (!transform) {
         skip(self.name, Note::BadTransform);
-        return;
+        return false;
     }
-    if (self.transform)
-        context.toPage = *self.transform * around.toPage;
-    if (!context.style.mask.isEmpty())
+    context.toPage = *transform * around.toPage;
+    if (context.style.masked)
         skip("mask", Note::Masks);
-    if (!context.style.filter.isEmpty())
+    if (context.style.filtered)
         skip("filter", Note::Effects);
-    if (!applyClip(node, context))
-        return;
+    return applyClip(node, context);
+}
+
+void SvgRender::drawElement(int node, const Context& context) {
     Outline outline;
-    switch (self.element) {
-    case SvgElement::Svg: {
-        const QSizeF size(length(node, SvgWidth, context.viewport, context.viewport.width()),
-                          length(node, SvgHeight, context.viewport, context.viewport.height()));
-        drawInner(node, context, size,
-                  {length(node, SvgX, context.viewport, 0.0), length(node, SvgY, context.viewport, 0.0)});
+    switch (m_tree.nodes[size_t(node)].element) {
+    case SvgElement::Svg:
+        drawSvg(node, context);
         break;
-    }
     case SvgElement::Use:
         drawUse(node, context);
         break;
@@ -176,6 +191,14 @@ void SvgRender::draw(int node, const Context& around) {
     }
 }
 
+void SvgRender::drawSvg(int node, const Context& context) {
+    const QSizeF& port = context.viewport;
+    // what refers to it may give it another size
+    const QSizeF size(context.givenWidth.value_or(length(node, SvgWidth, port, port.width())),
+                      context.givenHeight.value_or(length(node, SvgHeight, port, port.height())));
+    drawInner(node, context, size, {length(node, SvgX, port, 0.0), length(node, SvgY, port, 0.0)});
+}
+
 /// A drawing within the drawing, or a symbol: a place of its own, units of its own, cut at its edge.
 void SvgRender::drawInner(int node, Context context, const QSizeF& size, const QPointF& place) {
     const SvgNode& self = m_tree.nodes[size_t(node)];
@@ -185,13 +208,11 @@ void SvgRender::drawInner(int node, Context context, const QSizeF& size, const Q
         return;
     }
     context.toPage = QTransform::fromTranslate(place.x(), place.y()) * context.toPage;
-    if (!context.style.overflow) {
-        auto clips = std::make_shared<std::vector<ClipArea>>();
-        if (context.clips)
-            *clips = *context.clips;
-        clips->push_back({polygonPath(boxPolygon(context.toPage, QRectF(QPointF(), size))), false});
-        context.clips = clips;
+    if (!context.style.overflow && !cutAtEdge(size, context)) {
+        skip(self.name, Note::OutOfRange);
+        return;
     }
+    context.givenWidth = context.givenHeight = std::nullopt;
     context.viewport = size;
     if (detail && detail->viewBox) {
         context.toPage = viewBoxTransform(*detail->viewBox, size, detail->preserve) * context.toPage;
@@ -217,26 +238,32 @@ void SvgRender::drawUse(int node, const Context& context) {
                    context.toPage;
     const SvgElement element = m_tree.nodes[size_t(target)].element;
     if (element == SvgElement::Symbol) {
-        // what the use does not give, the symbol does
-        inner.style = m_sheet.styleOf(m_tree, target, context.style);
-        const bool boxed = m_tree.nodes[size_t(target)].detail && m_tree.nodes[size_t(target)].detail->viewBox;
-        const QSizeF own(length(target, SvgWidth, context.viewport, context.viewport.width()),
-                         length(target, SvgHeight, context.viewport, context.viewport.height()));
-        const QSizeF size(length(node, SvgWidth, context.viewport, own.width()),
-                          length(node, SvgHeight, context.viewport, own.height()));
-        const bool sized = boxed || size != context.viewport;
-        if (m_tree.nodes[size_t(target)].transform)
-            inner.toPage = *m_tree.nodes[size_t(target)].transform * inner.toPage;
-        // a symbol without a box of its own is as large as what is in it
-        inner.style.overflow = inner.style.overflow || !sized;
-        if (inner.style.displayed)
-            drawInner(target, inner, size, QPointF());
+        drawSymbol(target, node, inner);
     } else if (m_tree.nodes[size_t(target)].active) {
         m_budget.fail(Note::RefersToItself);
     } else {
+        const bool sized = element == SvgElement::Svg && self.detail;
+        if (sized && self.detail->lengths[SvgWidth])
+            inner.givenWidth = length(node, SvgWidth, context.viewport, 0.0);
+        if (sized && self.detail->lengths[SvgHeight])
+            inner.givenHeight = length(node, SvgHeight, context.viewport, 0.0);
         draw(target, inner);
     }
     m_tree.nodes[size_t(node)].active = false;
+}
+
+/// What the reference does not give, the symbol does.
+void SvgRender::drawSymbol(int node, int use, const Context& context) {
+    Context inner;
+    if (!begin(node, context, inner))
+        return;
+    const QSizeF& port = context.viewport;
+    const bool boxed = m_tree.nodes[size_t(node)].detail && m_tree.nodes[size_t(node)].detail->viewBox;
+    const QSizeF own(length(node, SvgWidth, port, port.width()), length(node, SvgHeight, port, port.height()));
+    const QSizeF size(length(use, SvgWidth, port, own.width()), length(use, SvgHeight, port, own.height()));
+    // a symbol without a box of its own is as large as what is in it
+    inner.style.overflow = inner.style.overflow || (!boxed && size == port);
+    drawInner(node, inner, size, QPointF());
 }
 
 /// The first child that asks for nothing unknown.
@@ -251,6 +278,14 @@ void SvgRender::drawSwitch(int node, const Context& context) {
             return;
         }
     }
+}
+
+PathShape SvgRender::mappedPath(const Outline& outline, const QTransform& toPage) {
+    if (outline.kind == Outline::Rect)
+        return mapPath(shapeToPath(RectShape{outline.rect}), toPage);
+    if (outline.kind == Outline::Ellipse)
+        return mapPath(shapeToPath(CircleShape{{0.0, 0.0}, 1.0}), ellipseTransform(outline.rect) * toPage);
+    return mapPath(outline.path, toPage);
 }
 
 bool SvgRender::outlineOf(int node, const Context& context, Outline& outline) const {
@@ -363,36 +398,18 @@ void SvgRender::paint(const char* name, const Context& context, const Outline& o
     if (outline.kind == Outline::Rect) {
         m_builder.add(RectShape{r}, context.toPage, pen, kind);
     } else if (outline.kind == Outline::Ellipse) {
-        CircleShape circle;
-        circle.radius = 1.0;
-        const QPointF center = r.center();
-        m_builder.add(circle, QTransform(r.width() / 2, 0, 0, r.height() / 2, center.x(), center.y()) * context.toPage,
-                      pen, kind);
+        m_builder.add(CircleShape{{0.0, 0.0}, 1.0}, ellipseTransform(r) * context.toPage, pen, kind);
     } else {
-        PathShape path = mapPath(outline.path, context.toPage);
+        const PathShape path = mapPath(outline.path, context.toPage);
         // only filled: the area reaches back to where it began
-        if (!stroke.isValid() && path.verbs.last() != PathVerb::Close && path.contourCount() == 1)
-            path.close();
-        m_builder.addPath(path, pen, kind);
+        m_builder.addPath(stroke.isValid() ? path : closedContours(path), pen, kind);
     }
 }
 
 void SvgRender::paintClipped(const char* name, const Context& context, const Outline& outline, bool filled, int pen) {
-    PathShape path = outline.path;
-    if (outline.kind == Outline::Rect)
-        path = polygonPath(QPolygonF(QVector<QPointF>{outline.rect.topLeft(), outline.rect.topRight(),
-                                                      outline.rect.bottomRight(), outline.rect.bottomLeft()}));
-    if (outline.kind == Outline::Ellipse)
-        path = shapeToPath(CircleShape{{0.0, 0.0}, 1.0});
-    if (outline.kind == Outline::Ellipse)
-        path = mapPath(path, QTransform(outline.rect.width() / 2, 0, 0, outline.rect.height() / 2,
-                                        outline.rect.center().x(), outline.rect.center().y()));
-    path = mapPath(path, context.toPage);
+    const PathShape path = mappedPath(outline, context.toPage);
     const Box box = shapeBounds(Shape(path), QTransform());
-    const double limit = kMaxCoordinate;
-    const bool inReach =
-        box.isValid() && box.minX > -limit && box.maxX < limit && box.minY > -limit && box.maxY < limit;
-    if (!inReach) {
+    if (!isWithin(box, kMaxCoordinate)) {
         skip(name, Note::OutOfRange);
         return;
     }

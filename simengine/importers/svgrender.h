@@ -3,7 +3,7 @@
 
 #include "simengine/importers/drawingbuilder.h"
 #include "simengine/importers/lineclip.h"
-#include "simengine/importers/svgstyle.h"
+#include "simengine/importers/svgstylesheet.h"
 
 #include <QSet>
 
@@ -24,7 +24,10 @@ private:
         QSizeF viewport;   ///< user units, for percentages
         SvgStyle style;
         std::shared_ptr<const std::vector<ClipArea>> clips; ///< mm; null for none
+        std::optional<double> givenWidth;                   ///< by a reference to the drawing that comes next
+        std::optional<double> givenHeight;
         bool opaque = true;
+        bool measuring = false; ///< only the extent is wanted
         int depth = 0;
     };
     /// One outline, in user units.
@@ -37,6 +40,11 @@ private:
     };
 
     void draw(int node, const Context& around);
+    void drawElement(int node, const Context& context);
+    void drawSvg(int node, const Context& context);
+    void drawSymbol(int node, int use, const Context& context);
+    bool begin(int node, const Context& around, Context& context);
+    std::optional<QTransform> transformOf(int node, const SvgStyle& style) const;
     void drawChildren(int node, const Context& context);
     void drawInner(int node, Context context, const QSizeF& size, const QPointF& place);
     void drawUse(int node, const Context& context);
@@ -46,11 +54,17 @@ private:
     void paint(const char* name, const Context& context, const Outline& outline, const QColor& stroke,
                const QColor& fill);
     void paintClipped(const char* name, const Context& context, const Outline& outline, bool filled, int pen);
+    static PathShape mappedPath(const Outline& outline, const QTransform& toPage);
     bool outlineOf(int node, const Context& context, Outline& outline) const;
     QColor colorOf(const SvgPaint& paint);
     QColor serverColor(const QString& id, const QColor& otherwise);
+    int clipNode(const QString& id);
     bool applyClip(int node, Context& context);
+    bool cutAtEdge(const QSizeF& size, Context& context) const;
     void collect(int node, const Context& around, std::vector<ClipArea>& areas);
+    void collectChildren(int node, const Context& context, std::vector<ClipArea>& areas);
+    void collectUse(int node, const Context& context, std::vector<ClipArea>& areas);
+    void collectShape(int node, const Context& context, std::vector<ClipArea>& areas);
     ClipArea clipArea(int clip, const Context& context, const QTransform& toPage);
     Box boxOf(int node, const Context& context);
     bool enter(int node);

@@ -1,21 +1,102 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/document/limits.h"
 #include "simengine/importers/svgrender.h"
 
-#include "simengine/document/limits.h"
+#include <cmath>
 
 namespace sim {
 
-/// Adds the clip of an element to those around it. False when nothing of the element can be seen.
-bool SvgRender::applyClip(int node, Context& context) {
-    const QString id = context.style.clip;
-    if (id.isEmpty())
-        return true;
+namespace {
+
+/// Clips reach so far, mm; of larger ones the part that drawings can reach is left.
+constexpr double kReach = 10.0 * kMaxCoordinate;
+
+/// The part of a convex polygon on one side: sign * x, or y, up to kReach.
+QVector<QPointF> cutPolygon(const QVector<QPointF>& points, bool across, double sign) {
+    const auto beyond = [&](const QPointF& p) { return sign * (across ? p.x() : p.y()) - kReach; };
+    QVector<QPointF> cut;
+    for (int i = 0; i < points.size(); ++i) {
+        const QPointF& a = points[(i + points.size() - 1) % points.size()];
+        const QPointF& b = points[i];
+        const double fromA = beyond(a);
+        const double fromB = beyond(b);
+        if ((fromA > 0.0) != (fromB > 0.0))
+            cut.append(a + (b - a) * (fromA / (fromA - fromB)));
+        if (fromB <= 0.0)
+            cut.append(b);
+    }
+    return cut;
+}
+
+PathShape polygonPath(const QVector<QPointF>& points) {
+    PathShape path;
+    for (const QPointF& p : points) {
+        if (path.points.isEmpty())
+            path.moveTo(p);
+        else
+            path.lineTo(p);
+    }
+    if (!path.points.isEmpty())
+        path.close();
+    return path;
+}
+
+std::shared_ptr<const std::vector<ClipArea>> withClip(const std::shared_ptr<const std::vector<ClipArea>>& clips,
+                                                      ClipArea clip) {
+    auto all = clips ? std::make_shared<std::vector<ClipArea>>(*clips) : std::make_shared<std::vector<ClipArea>>();
+    all->push_back(std::move(clip));
+    return all;
+}
+
+} // namespace
+
+/// Adds the edge of a drawing within the drawing to the clips. False when it is too far away to be reckoned with.
+bool SvgRender::cutAtEdge(const QSizeF& size, Context& context) const {
+    const QTransform& t = context.toPage;
+    QVector<QPointF> edge{t.map(QPointF(0.0, 0.0)), t.map(QPointF(size.width(), 0.0)),
+                          t.map(QPointF(size.width(), size.height())), t.map(QPointF(0.0, size.height()))};
+    Box box;
+    for (const QPointF& p : edge) {
+        constexpr double kMost = 1e100;
+        if (!(std::abs(p.x()) < kMost) || !(std::abs(p.y()) < kMost))
+            return false;
+        box.add(p.x(), p.y());
+    }
+    if (!isWithin(box, kReach)) {
+        for (const bool across : {true, false}) {
+            for (const double sign : {1.0, -1.0})
+                edge = cutPolygon(edge, across, sign);
+        }
+    }
+    context.clips = withClip(context.clips, {polygonPath(edge), false});
+    return true;
+}
+
+/// The clip of that id; -1, and told, when there is none that can be used.
+int SvgRender::clipNode(const QString& id) {
     const auto found = m_tree.ids.constFind(id);
     if (found == m_tree.ids.constEnd() || m_tree.nodes[size_t(*found)].element != SvgElement::ClipPath) {
         skip("clip-path", Note::BadReference);
-        return true;
+        return -1;
     }
-    const SvgNode& clip = m_tree.nodes[size_t(*found)];
+    if (!transformOf(*found, m_sheet.styleOf(m_tree, *found, SvgStyle()))) {
+        skip("clipPath", Note::BadTransform);
+        return -1;
+    }
+    return *found;
+}
+
+/// Adds the clip of an element to those around it. False when nothing of the element can be seen.
+bool SvgRender::applyClip(int node, Context& context) {
+    // in which units the root's clip lies, programs do not agree
+    const bool unclear = node == 0 && !context.style.clip.isEmpty() &&
+                         m_tree.toPage != QTransform::fromScale(kMmPerSvgPixel, kMmPerSvgPixel);
+    if (context.style.clipShape || unclear)
+        convert("clip-path", Note::StyleRule);
+    const int found = context.style.clip.isEmpty() || unclear ? -1 : clipNode(context.style.clip);
+    if (found < 0)
+        return true;
+    const SvgNode& clip = m_tree.nodes[size_t(found)];
     QTransform toPage = context.toPage;
     if (clip.detail && clip.detail->ownUnits) {
         const Box box = boxOf(node, context);
@@ -25,11 +106,7 @@ bool SvgRender::applyClip(int node, Context& context) {
         }
         toPage = QTransform(box.width(), 0, 0, box.height(), box.minX, box.minY) * toPage;
     }
-    auto clips = std::make_shared<std::vector<ClipArea>>();
-    if (context.clips)
-        *clips = *context.clips;
-    clips->push_back(clipArea(*found, context, toPage));
-    context.clips = clips;
+    context.clips = withClip(context.clips, clipArea(found, context, toPage));
     return m_budget.ok();
 }
 
@@ -41,16 +118,15 @@ ClipArea SvgRender::clipArea(int clip, const Context& context, const QTransform&
     ++inner.depth;
     inner.clips.reset();
     inner.style = m_sheet.styleOf(m_tree, clip, SvgStyle());
-    inner.toPage = m_tree.nodes[size_t(clip)].transform ? *m_tree.nodes[size_t(clip)].transform * toPage : toPage;
+    inner.toPage = transformOf(clip, inner.style).value_or(QTransform()) * toPage;
     std::vector<ClipArea> areas;
     for (int child = m_tree.nodes[size_t(clip)].firstChild; child >= 0 && m_budget.elements();
          child = m_tree.nodes[size_t(child)].next)
         collect(child, inner, areas);
     ClipArea area = unitedAreas(areas, m_budget);
-    const auto found = m_tree.ids.constFind(inner.style.clip);
-    if (!inner.style.clip.isEmpty() && found != m_tree.ids.constEnd() &&
-        m_tree.nodes[size_t(*found)].element == SvgElement::ClipPath && m_budget.ok()) {
-        const ClipArea own = clipArea(*found, context, toPage);
+    const int found = inner.style.clip.isEmpty() ? -1 : clipNode(inner.style.clip);
+    if (found >= 0 && m_budget.ok()) {
+        const ClipArea own = clipArea(found, context, toPage);
         area.path = clippedToAreas(area.path, {own}, true, m_budget);
         area.evenOdd = true;
     }
@@ -65,62 +141,76 @@ void SvgRender::collect(int node, const Context& around, std::vector<ClipArea>& 
         return;
     }
     const SvgNode& self = m_tree.nodes[size_t(node)];
-    if (!m_budget.elements() || self.badTransform)
+    if (!m_budget.elements())
         return;
     Context context = around;
     ++context.depth;
     context.style = m_sheet.styleOf(m_tree, node, around.style);
     if (!context.style.displayed || !context.style.visible)
         return;
-    if (self.transform)
-        context.toPage = *self.transform * around.toPage;
-    Outline outline;
-    switch (self.element) {
-    case SvgElement::Use: {
-        const auto found = self.detail ? m_tree.ids.constFind(self.detail->reference) : m_tree.ids.constEnd();
-        if (found == m_tree.ids.constEnd() || !enter(node))
-            return;
-        context.toPage = QTransform::fromTranslate(length(node, SvgX, context.viewport, 0.0),
-                                                   length(node, SvgY, context.viewport, 0.0)) *
-                         context.toPage;
-        collect(*found, context, areas);
-        m_tree.nodes[size_t(node)].active = false;
+    const auto transform = transformOf(node, context.style);
+    if (!transform) {
+        skip(self.name, Note::BadTransform);
         return;
     }
+    context.toPage = *transform * around.toPage;
+    if (!context.measuring && (!context.style.clip.isEmpty() || context.style.clipShape))
+        skip("clip-path", Note::NotInClip);
+    switch (self.element) {
+    case SvgElement::Use:
+        collectUse(node, context, areas);
+        return;
     case SvgElement::Group:
-    case SvgElement::Svg:
-        if (!enter(node))
-            return;
-        for (int child = self.firstChild; child >= 0 && m_budget.ok(); child = m_tree.nodes[size_t(child)].next)
-            collect(child, context, areas);
-        m_tree.nodes[size_t(node)].active = false;
+        collectChildren(node, context, areas);
         return;
     case SvgElement::Path:
     case SvgElement::Rect:
     case SvgElement::Ellipse:
-        break;
+        collectShape(node, context, areas);
+        return;
     case SvgElement::Text:
-        skip("clipPath", Note::NotInClip);
+    case SvgElement::Svg:
+    case SvgElement::Symbol:
+    case SvgElement::Switch:
+        skip(self.name, Note::NotInClip);
         return;
     default:
         return;
     }
+}
+
+void SvgRender::collectChildren(int node, const Context& context, std::vector<ClipArea>& areas) {
+    if (!enter(node))
+        return;
+    for (int child = m_tree.nodes[size_t(node)].firstChild; child >= 0 && m_budget.ok();
+         child = m_tree.nodes[size_t(child)].next)
+        collect(child, context, areas);
+    m_tree.nodes[size_t(node)].active = false;
+}
+
+void SvgRender::collectUse(int node, const Context& context, std::vector<ClipArea>& areas) {
+    const SvgNode& self = m_tree.nodes[size_t(node)];
+    const auto found = self.detail ? m_tree.ids.constFind(self.detail->reference) : m_tree.ids.constEnd();
+    if (found == m_tree.ids.constEnd()) {
+        skip("use", Note::BadReference);
+        return;
+    }
+    if (!enter(node))
+        return;
+    Context inner = context;
+    inner.toPage = QTransform::fromTranslate(length(node, SvgX, context.viewport, 0.0),
+                                             length(node, SvgY, context.viewport, 0.0)) *
+                   context.toPage;
+    collect(*found, inner, areas);
+    m_tree.nodes[size_t(node)].active = false;
+}
+
+void SvgRender::collectShape(int node, const Context& context, std::vector<ClipArea>& areas) {
+    Outline outline;
     if (!outlineOf(node, context, outline))
         return;
-    ClipArea area;
-    area.evenOdd = context.style.clipEvenOdd;
-    if (outline.kind == Outline::Path)
-        area.path = mapPath(outline.path, context.toPage);
-    else if (outline.kind == Outline::Rect)
-        area.path = mapPath(shapeToPath(RectShape{outline.rect}), context.toPage);
-    else
-        area.path = mapPath(shapeToPath(CircleShape{{0.0, 0.0}, 1.0}),
-                            QTransform(outline.rect.width() / 2, 0, 0, outline.rect.height() / 2,
-                                       outline.rect.center().x(), outline.rect.center().y()) *
-                                context.toPage);
-    const Box box = shapeBounds(Shape(area.path), QTransform());
-    const double limit = 10.0 * kMaxCoordinate;
-    if (!box.isValid() || !(box.minX > -limit && box.maxX < limit && box.minY > -limit && box.maxY < limit))
+    ClipArea area{mappedPath(outline, context.toPage), context.style.clipEvenOdd};
+    if (!isWithin(shapeBounds(Shape(area.path), QTransform()), kReach))
         skip("clipPath", Note::OutOfRange);
     else if (m_budget.points(area.path.points.size()))
         areas.push_back(std::move(area));
@@ -130,9 +220,9 @@ void SvgRender::collect(int node, const Context& around, std::vector<ClipArea>& 
 Box SvgRender::boxOf(int node, const Context& context) {
     Context own = context;
     own.clips.reset();
+    own.measuring = true;
     // the element's own transform is part of the units that the box is wanted in
-    const SvgNode& self = m_tree.nodes[size_t(node)];
-    own.toPage = self.transform ? self.transform->inverted() : QTransform();
+    own.toPage = transformOf(node, context.style).value_or(QTransform()).inverted();
     std::vector<ClipArea> areas;
     collect(node, own, areas);
     Box box;

@@ -11,47 +11,24 @@ namespace sim {
 
 namespace {
 
-/// Rules of a style sheet at most.
-constexpr size_t kMostRules = 20000;
-
-struct PropertyName {
-    const char* name;
-    SvgProperty property;
-};
-
-constexpr PropertyName kNames[] = {
-    {"fill", SvgProperty::Fill},
-    {"stroke", SvgProperty::Stroke},
-    {"color", SvgProperty::Color},
-    {"fill-opacity", SvgProperty::FillOpacity},
-    {"stroke-opacity", SvgProperty::StrokeOpacity},
-    {"stroke-width", SvgProperty::StrokeWidth},
-    {"stroke-dasharray", SvgProperty::StrokeDash},
-    {"fill-rule", SvgProperty::FillRule},
-    {"clip-rule", SvgProperty::ClipRule},
-    {"visibility", SvgProperty::Visibility},
-    {"display", SvgProperty::Display},
-    {"opacity", SvgProperty::Opacity},
-    {"clip-path", SvgProperty::ClipPath},
-    {"mask", SvgProperty::Mask},
-    {"filter", SvgProperty::Filter},
-    {"marker-start", SvgProperty::MarkerStart},
-    {"marker-mid", SvgProperty::MarkerMid},
-    {"marker-end", SvgProperty::MarkerEnd},
-    {"marker", SvgProperty::MarkerEnd},
-    {"overflow", SvgProperty::Overflow},
-    {"stop-color", SvgProperty::StopColor},
-    {"font-family", SvgProperty::FontFamily},
-    {"font-size", SvgProperty::FontSize},
-    {"font-weight", SvgProperty::FontWeight},
-    {"font-style", SvgProperty::FontStyle},
-    {"text-anchor", SvgProperty::TextAnchor},
-};
-
 /// The id in "url(#id)".
 QString idOf(const QString& value) {
     static const QRegularExpression form(QStringLiteral("^url\\(\\s*['\"]?#([^'\")]*)['\"]?\\s*\\)"));
     return form.match(value).captured(1);
+}
+
+bool is(const QString& value, const char* word) {
+    return value == QLatin1String(word);
+}
+
+/// Names something, "none" being nothing.
+bool isSet(const QString& value) {
+    return !value.isEmpty() && !is(value, "none") && !is(value, "inherit") && !is(value, "initial");
+}
+
+bool hasDashes(const QString& value) {
+    return isSet(value) && std::any_of(value.begin(), value.end(),
+                                       [](QChar c) { return c >= QLatin1Char('1') && c <= QLatin1Char('9'); });
 }
 
 double opacityOf(const QString& value) {
@@ -84,103 +61,181 @@ SvgPaint paintOf(const QString& value, const SvgStyle& style, const SvgPaint& pa
     return paint;
 }
 
-void apply(SvgStyle& style, const SvgStyle& parent, const SvgSetting& setting) {
-    const QString& value = setting.value;
-    const auto is = [&](const char* word) { return value == QLatin1String(word); };
-    switch (setting.property) {
-    case SvgProperty::Color:
-        style.color = is("inherit") ? parent.color : parseSvgColor(value).value_or(style.color);
-        break;
-    case SvgProperty::Fill:
-        style.fill = paintOf(value, style, parent.fill);
-        break;
-    case SvgProperty::Stroke:
-        style.stroke = paintOf(value, style, parent.stroke);
-        break;
-    case SvgProperty::FillOpacity:
-        style.fillVisible = opacityOf(value) > 0.0;
-        break;
-    case SvgProperty::StrokeOpacity:
-        style.strokeVisible = opacityOf(value) > 0.0;
-        break;
-    case SvgProperty::StrokeWidth: {
-        const auto width = parseSvgLength(value);
-        style.lineWidth = !width || width->number > 0.0;
-        break;
-    }
-    case SvgProperty::StrokeDash:
-        style.dashed = !is("none") && !is("inherit") && value.contains(QRegularExpression(QStringLiteral("[1-9]")));
-        break;
-    case SvgProperty::FillRule:
-        style.evenOdd = is("evenodd");
-        break;
-    case SvgProperty::ClipRule:
-        style.clipEvenOdd = is("evenodd");
-        break;
-    case SvgProperty::Visibility:
-        style.visible = is("inherit") ? parent.visible : !is("hidden") && !is("collapse");
-        break;
-    case SvgProperty::Display:
-        style.displayed = !is("none");
-        break;
-    case SvgProperty::Opacity:
-        style.opaque = opacityOf(value) > 0.0;
-        break;
-    case SvgProperty::ClipPath:
-        style.clip = idOf(value);
-        break;
-    case SvgProperty::Mask:
-        style.mask = idOf(value);
-        break;
-    case SvgProperty::Filter:
-        style.filter = idOf(value);
-        break;
-    case SvgProperty::MarkerStart:
-    case SvgProperty::MarkerMid:
-    case SvgProperty::MarkerEnd:
-        style.markers = value.startsWith(QLatin1String("url(")) || (style.markers && !is("none"));
-        break;
-    case SvgProperty::Overflow:
-        style.overflow = is("visible") || is("auto");
-        break;
-    case SvgProperty::StopColor:
-        style.stopColor = is("currentColor") ? style.color : parseSvgColor(value).value_or(style.stopColor);
-        break;
-    default:
-        if (setting.property >= SvgProperty::FontFamily && setting.property < SvgProperty::Count && !is("inherit"))
-            style.font[size_t(setting.property) - size_t(SvgProperty::FontFamily)] = value;
-        break;
-    }
+using Apply = void (*)(SvgStyle& style, const SvgStyle& parent, const QString& value);
+
+void applyMarker(SvgStyle& style, const SvgStyle&, const QString& value) {
+    style.markers = value.startsWith(QLatin1String("url(")) || (style.markers && !is(value, "none"));
 }
+
+template<SvgProperty property>
+void applyFont(SvgStyle& style, const SvgStyle&, const QString& value) {
+    if (!is(value, "inherit"))
+        style.font[size_t(property) - size_t(SvgProperty::FontFamily)] = value;
+}
+
+struct PropertyRule {
+    QLatin1String name;
+    SvgProperty property;
+    Apply apply;
+};
+
+const PropertyRule kProperties[] = {
+    {QLatin1String("fill"), SvgProperty::Fill,
+     [](SvgStyle& s, const SvgStyle& p, const QString& v) { s.fill = paintOf(v, s, p.fill); }},
+    {QLatin1String("stroke"), SvgProperty::Stroke,
+     [](SvgStyle& s, const SvgStyle& p, const QString& v) { s.stroke = paintOf(v, s, p.stroke); }},
+    {QLatin1String("color"), SvgProperty::Color,
+     [](SvgStyle& s, const SvgStyle& p, const QString& v) {
+         s.color = is(v, "inherit") ? p.color : parseSvgColor(v).value_or(s.color);
+     }},
+    {QLatin1String("fill-opacity"), SvgProperty::FillOpacity,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.fillVisible = opacityOf(v) > 0.0; }},
+    {QLatin1String("stroke-opacity"), SvgProperty::StrokeOpacity,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.strokeVisible = opacityOf(v) > 0.0; }},
+    {QLatin1String("stroke-width"), SvgProperty::StrokeWidth,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) {
+         const auto width = parseSvgLength(v);
+         s.lineWidth = !width || width->number > 0.0;
+     }},
+    {QLatin1String("stroke-dasharray"), SvgProperty::StrokeDash,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.dashed = hasDashes(v); }},
+    {QLatin1String("fill-rule"), SvgProperty::FillRule,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.evenOdd = is(v, "evenodd"); }},
+    {QLatin1String("clip-rule"), SvgProperty::ClipRule,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.clipEvenOdd = is(v, "evenodd"); }},
+    {QLatin1String("visibility"), SvgProperty::Visibility,
+     [](SvgStyle& s, const SvgStyle& p, const QString& v) {
+         s.visible = is(v, "inherit") ? p.visible : !is(v, "hidden") && !is(v, "collapse");
+     }},
+    {QLatin1String("display"), SvgProperty::Display,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.displayed = !is(v, "none"); }},
+    {QLatin1String("opacity"), SvgProperty::Opacity,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.opaque = opacityOf(v) > 0.0; }},
+    {QLatin1String("clip-path"), SvgProperty::ClipPath,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) {
+         s.clip = idOf(v);
+         s.clipShape = s.clip.isEmpty() && isSet(v);
+     }},
+    {QLatin1String("mask"), SvgProperty::Mask,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.masked = isSet(v); }},
+    {QLatin1String("filter"), SvgProperty::Filter,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.filtered = isSet(v); }},
+    {QLatin1String("marker-start"), SvgProperty::MarkerStart, applyMarker},
+    {QLatin1String("marker-mid"), SvgProperty::MarkerMid, applyMarker},
+    {QLatin1String("marker-end"), SvgProperty::MarkerEnd, applyMarker},
+    {QLatin1String("marker"), SvgProperty::MarkerEnd, applyMarker},
+    {QLatin1String("overflow"), SvgProperty::Overflow,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.overflow = is(v, "visible") || is(v, "auto"); }},
+    {QLatin1String("stop-color"), SvgProperty::StopColor,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) {
+         s.stopColor = is(v, "currentColor") ? s.color : parseSvgColor(v).value_or(s.stopColor);
+     }},
+    {QLatin1String("font-family"), SvgProperty::FontFamily, applyFont<SvgProperty::FontFamily>},
+    {QLatin1String("font-size"), SvgProperty::FontSize, applyFont<SvgProperty::FontSize>},
+    {QLatin1String("font-weight"), SvgProperty::FontWeight, applyFont<SvgProperty::FontWeight>},
+    {QLatin1String("font-style"), SvgProperty::FontStyle, applyFont<SvgProperty::FontStyle>},
+    {QLatin1String("text-anchor"), SvgProperty::TextAnchor, applyFont<SvgProperty::TextAnchor>},
+    {QLatin1String("transform"), SvgProperty::Transform,
+     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.transform = v; }},
+};
+
+/// Properties that change what is drawn and are not obeyed.
+const QLatin1String kTold[] = {
+    QLatin1String("all"),
+    QLatin1String("alignment-baseline"),
+    QLatin1String("baseline-shift"),
+    QLatin1String("clip"),
+    QLatin1String("dominant-baseline"),
+    QLatin1String("font"),
+    QLatin1String("font-size-adjust"),
+    QLatin1String("font-stretch"),
+    QLatin1String("font-variant"),
+    QLatin1String("glyph-orientation-vertical"),
+    QLatin1String("inline-size"),
+    QLatin1String("letter-spacing"),
+    QLatin1String("mask-image"),
+    QLatin1String("offset-path"),
+    QLatin1String("rotate"),
+    QLatin1String("scale"),
+    QLatin1String("shape-inside"),
+    QLatin1String("text-decoration"),
+    QLatin1String("text-decoration-line"),
+    QLatin1String("text-transform"),
+    QLatin1String("transform-box"),
+    QLatin1String("transform-origin"),
+    QLatin1String("translate"),
+    QLatin1String("word-spacing"),
+    QLatin1String("writing-mode"),
+    QLatin1String("zoom"),
+};
+
+/// Attributes of shapes that newer drawings may have in a style instead, where they are not obeyed.
+const QLatin1String kGeometry[] = {
+    QLatin1String("cx"), QLatin1String("cy"), QLatin1String("d"),     QLatin1String("height"), QLatin1String("r"),
+    QLatin1String("rx"), QLatin1String("ry"), QLatin1String("width"), QLatin1String("x"),      QLatin1String("y"),
+};
+
+/// Values that leave all as it is.
+const QLatin1String kPlainValues[] = {
+    QLatin1String("0"),          QLatin1String("0px"),           QLatin1String("0em"),      QLatin1String("1"),
+    QLatin1String("auto"),       QLatin1String("baseline"),      QLatin1String("initial"),  QLatin1String("inherit"),
+    QLatin1String("lr"),         QLatin1String("lr-tb"),         QLatin1String("none"),     QLatin1String("normal"),
+    QLatin1String("alphabetic"), QLatin1String("unset"),         QLatin1String("view-box"), QLatin1String("0 0"),
+    QLatin1String("0px 0px"),    QLatin1String("horizontal-tb"),
+};
+
+/// Declarations of one style, and letters of a value, at most.
+constexpr size_t kMostDeclarations = 200;
+constexpr int kLongestValue = 4096;
 
 } // namespace
 
-std::optional<SvgProperty> svgProperty(const QString& name) {
-    static const QHash<QString, SvgProperty> known = [] {
-        QHash<QString, SvgProperty> all;
-        for (const PropertyName& entry : kNames)
-            all.insert(QString::fromLatin1(entry.name), entry.property);
-        return all;
-    }();
-    const auto found = known.constFind(name);
-    return found == known.constEnd() ? std::nullopt : std::optional<SvgProperty>(*found);
+std::optional<SvgProperty> svgProperty(const QStringRef& name) {
+    for (const PropertyRule& rule : kProperties) {
+        if (name == rule.name)
+            return rule.property;
+    }
+    return std::nullopt;
 }
 
-std::vector<SvgSetting> parseSvgStyle(const QString& style) {
+void tellSvgProperty(const QStringRef& name, const QStringRef& value, const SvgTell& tell) {
+    const auto isOneOf = [](const QStringRef& text, const auto& words) {
+        return std::find(std::begin(words), std::end(words), text) != std::end(words);
+    };
+    if ((isOneOf(name, kTold) && !isOneOf(value, kPlainValues)) ||
+        (isOneOf(name, kGeometry) && value != QLatin1String("auto")))
+        tell(name.toString(), Note::StyleRule);
+}
+
+std::vector<SvgSetting> parseSvgStyle(const QStringRef& style, const SvgTell& tell) {
     std::vector<SvgSetting> settings;
-    for (const QStringRef& part : style.splitRef(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+    for (int at = 0; at < style.size();) {
+        int end = style.indexOf(QLatin1Char(';'), at);
+        end = end < 0 ? style.size() : end;
+        const QStringRef part = style.mid(at, end - at);
+        at = end + 1;
         const int colon = part.indexOf(QLatin1Char(':'));
         if (colon < 0)
             continue;
-        const auto property = svgProperty(part.left(colon).trimmed().toString());
-        if (!property)
+        const QStringRef name = part.left(colon).trimmed();
+        QStringRef value = part.mid(colon + 1).trimmed();
+        const auto property = svgProperty(name);
+        if (!property) {
+            tellSvgProperty(name, value, tell);
             continue;
-        QString value = part.mid(colon + 1).trimmed().toString();
+        }
+        if (settings.size() >= kMostDeclarations) {
+            tell(QStringLiteral("style"), Note::StyleRule);
+            break;
+        }
         const int mark = value.indexOf(QLatin1Char('!'));
         const bool important = mark >= 0 && value.indexOf(QLatin1String("important"), mark) > 0;
         if (mark >= 0)
             value = value.left(mark).trimmed();
-        settings.push_back({*property, important, value});
+        if (value.size() <= kLongestValue)
+            settings.push_back({*property, important, value.toString()});
+        else
+            tell(name.toString(), Note::StyleRule);
     }
     return settings;
 }
@@ -221,159 +276,26 @@ std::optional<QColor> parseSvgColor(const QString& text) {
     return color.isValid() ? std::optional<QColor>(color) : std::nullopt;
 }
 
-SvgStyleSheet::SvgStyleSheet(const QString& text, ImportResult& result, ImportBudget& budget)
-    : m_budget(budget) {
-    QString plain = text;
-    plain.remove(QRegularExpression(QStringLiteral("/\\*.*?\\*/"), QRegularExpression::DotMatchesEverythingOption));
-    plain.remove(QLatin1String("<!--")).remove(QLatin1String("-->"));
-    for (int at = 0; at < plain.size() && m_budget.step();) {
-        const int open = plain.indexOf(QLatin1Char('{'), at);
-        if (open < 0)
-            break;
-        const QString selectors = plain.mid(at, open - at).trimmed();
-        if (selectors.contains(QLatin1Char('@'))) {
-            // "@media {...{...}...}", "@import x;" before a rule
-            result.skip(QStringLiteral("style"), noteText(Note::StyleRule));
-            const int semicolon = plain.indexOf(QLatin1Char(';'), at);
-            if (semicolon >= 0 && semicolon < open) {
-                at = semicolon + 1;
-                continue;
-            }
-            int depth = 0;
-            for (at = open; at < plain.size(); ++at) {
-                depth += plain[at] == QLatin1Char('{') ? 1 : plain[at] == QLatin1Char('}') ? -1 : 0;
-                if (depth == 0)
-                    break;
-            }
-            ++at;
-            continue;
-        }
-        int close = plain.indexOf(QLatin1Char('}'), open);
-        if (close < 0)
-            close = plain.size();
-        parseRule(selectors, plain.mid(open + 1, close - open - 1), result);
-        at = close + 1;
-    }
-    std::stable_sort(m_rules.begin(), m_rules.end(), [](const Rule& a, const Rule& b) { return a.weight < b.weight; });
-}
-
-void SvgStyleSheet::parseRule(const QString& selectors, const QString& body, ImportResult& result) {
-    const std::vector<SvgSetting> settings = parseSvgStyle(body);
-    for (const QString& selector : selectors.split(QLatin1Char(','))) {
-        Rule rule;
-        if (!parseSelector(selector.simplified(), rule) || m_rules.size() >= kMostRules) {
-            result.skip(QStringLiteral("style"), noteText(Note::StyleRule));
-            continue;
-        }
-        rule.settings = settings;
-        if (!settings.empty())
-            m_rules.push_back(std::move(rule));
-    }
-}
-
-/// "g > rect.a#b .c": elements, classes and ids, with blanks and ">" between them.
-bool SvgStyleSheet::parseSelector(QString selector, Rule& rule) const {
-    selector.replace(QLatin1Char('>'), QLatin1String(" > "));
-    bool child = false;
-    for (const QString& word : selector.split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
-        if (word == QLatin1String(">")) {
-            child = true;
-            continue;
-        }
-        static const QRegularExpression form(
-            QStringLiteral("^(\\*|[A-Za-z][\\w-]*)?((?:[.#][\\w\\x{80}-\\x{ffff}-]+)*)$"));
-        const QRegularExpressionMatch match = form.match(word);
-        if (!match.hasMatch())
-            return false;
-        Compound part;
-        part.element = match.captured(1) == QLatin1String("*") ? QString() : match.captured(1);
-        rule.weight += part.element.isEmpty() ? 0 : 1;
-        static const QRegularExpression piece(QStringLiteral("([.#])([^.#]+)"));
-        for (auto it = piece.globalMatch(match.captured(2)); it.hasNext();) {
-            const QRegularExpressionMatch one = it.next();
-            if (one.captured(1) == QLatin1String(".")) {
-                part.classes << one.captured(2);
-                rule.weight += 1000;
-            } else {
-                part.id = one.captured(2);
-                rule.weight += 1000000;
-            }
-        }
-        if (!rule.parts.empty())
-            rule.parts.front().child = child;
-        child = false;
-        rule.parts.insert(rule.parts.begin(), part);
-        if (rule.parts.size() > 50)
-            return false;
-    }
-    return !rule.parts.empty();
-}
-
-bool SvgStyleSheet::matches(const SvgNode& node, const Compound& part) {
-    if (!part.element.isEmpty() && part.element != QLatin1String(node.name))
-        return false;
-    if (!part.id.isEmpty() && part.id != node.id)
-        return false;
-    for (const QString& name : part.classes) {
-        int at = node.classes.indexOf(name);
-        const auto whole = [&] {
-            const int end = at + name.size();
-            return (at == 0 || node.classes[at - 1].isSpace()) &&
-                   (end == node.classes.size() || node.classes[end].isSpace());
-        };
-        while (at >= 0 && !whole())
-            at = node.classes.indexOf(name, at + 1);
-        if (at < 0)
-            return false;
-    }
-    return true;
-}
-
-bool SvgStyleSheet::matches(const SvgTree& tree, int node, const Rule& rule) const {
-    if (!matches(tree.nodes[size_t(node)], rule.parts.front()))
-        return false;
-    int above = tree.nodes[size_t(node)].parent;
-    for (size_t i = 1; i < rule.parts.size(); ++i) {
-        const bool direct = rule.parts[i].child;
-        while (above >= 0 && !matches(tree.nodes[size_t(above)], rule.parts[i]) && !direct)
-            above = tree.nodes[size_t(above)].parent;
-        if (above < 0 || !matches(tree.nodes[size_t(above)], rule.parts[i]))
-            return false;
-        above = tree.nodes[size_t(above)].parent;
-    }
-    return true;
-}
-
-SvgStyle SvgStyleSheet::styleOf(const SvgTree& tree, int node, const SvgStyle& parent) const {
-    const SvgNode& self = tree.nodes[size_t(node)];
+SvgStyle styleFrom(const std::vector<const SvgSetting*>& settings, const SvgStyle& parent) {
+    static const std::array<Apply, size_t(SvgProperty::Count)> applies = [] {
+        std::array<Apply, size_t(SvgProperty::Count)> all{};
+        for (const PropertyRule& rule : kProperties)
+            all[size_t(rule.property)] = rule.apply;
+        return all;
+    }();
     const SvgStyle initial;
     SvgStyle style = parent;
     style.displayed = style.opaque = true;
-    style.overflow = false;
+    style.overflow = style.clipShape = style.masked = style.filtered = false;
     style.clip.clear();
-    style.mask.clear();
-    style.filter.clear();
+    style.transform = QString();
     style.stopColor = initial.stopColor;
-    std::vector<const SvgSetting*> all;
-    for (const SvgSetting& setting : self.settings)
-        all.push_back(&setting);
-    for (const Rule& rule : m_rules) {
-        if (!m_budget.step())
-            break;
-        if (matches(tree, node, rule)) {
-            for (const SvgSetting& setting : rule.settings)
-                all.push_back(&setting);
-        }
-    }
-    const std::vector<SvgSetting> own = self.style.isEmpty() ? std::vector<SvgSetting>() : parseSvgStyle(self.style);
-    for (const SvgSetting& setting : own)
-        all.push_back(&setting);
     // the colour that others refer to comes first; what is important comes last
     for (const bool important : {false, true}) {
         for (const bool color : {true, false}) {
-            for (const SvgSetting* setting : all) {
+            for (const SvgSetting* setting : settings) {
                 if (setting->important == important && (setting->property == SvgProperty::Color) == color)
-                    apply(style, parent, *setting);
+                    applies[size_t(setting->property)](style, parent, setting->value);
             }
         }
     }

@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "simengine/importers/importbudget.h"
-#include "simengine/importers/importresult.h"
 #include "simengine/importers/svgdom.h"
+
+#include <QColor>
 
 namespace sim {
 
-/// The property of an attribute or a declaration; nothing for one that changes nothing here.
-std::optional<SvgProperty> svgProperty(const QString& name);
+/// The property of an attribute or a declaration; nothing for one that is not obeyed.
+std::optional<SvgProperty> svgProperty(const QStringRef& name);
 
-/// The declarations of a style, "fill:none; stroke:red !important".
-std::vector<SvgSetting> parseSvgStyle(const QString& style);
+/// Tells a property that changes what is drawn, but is not obeyed, unless the value leaves all as it is.
+void tellSvgProperty(const QStringRef& name, const QStringRef& value, const SvgTell& tell);
+
+/// The declarations of a style, "fill:none; stroke:red !important". What is not obeyed of it is told.
+std::vector<SvgSetting> parseSvgStyle(const QStringRef& style, const SvgTell& tell);
 
 /// How an area or a line is painted.
 struct SvgPaint {
@@ -38,44 +41,18 @@ struct SvgStyle {
 
     // not inherited
     bool displayed = true;
-    bool overflow = false; ///< an inner drawing is not cut at its edge
-    QString clip;
-    QString mask;
-    QString filter;
+    bool overflow = false;  ///< an inner drawing is not cut at its edge
+    QString clip;           ///< id of the clip
+    bool clipShape = false; ///< the clip is none of the drawing's
+    bool masked = false;
+    bool filtered = false;
     bool opaque = true; ///< opacity above 0
+    QString transform;  ///< null for that of the attribute
     QColor stopColor = QColor(Qt::black);
 };
 
-/// The rules of a drawing's style sheet.
-class SvgStyleSheet {
-public:
-    /// What is not understood is told in the result.
-    SvgStyleSheet(const QString& text, ImportResult& result, ImportBudget& budget);
-
-    /// The style of a node whose parent has the given one.
-    SvgStyle styleOf(const SvgTree& tree, int node, const SvgStyle& parent) const;
-
-private:
-    struct Compound {
-        QString element; ///< empty for any
-        QString id;
-        QStringList classes;
-        bool child = false; ///< must be the parent, not just above
-    };
-    struct Rule {
-        std::vector<Compound> parts; ///< from the element upwards
-        int weight = 0;
-        std::vector<SvgSetting> settings;
-    };
-
-    void parseRule(const QString& selectors, const QString& body, ImportResult& result);
-    bool parseSelector(QString selector, Rule& rule) const;
-    bool matches(const SvgTree& tree, int node, const Rule& rule) const;
-    static bool matches(const SvgNode& node, const Compound& part);
-
-    ImportBudget& m_budget;
-    std::vector<Rule> m_rules; ///< the weightiest last
-};
+/// The style that settings make within another one, the weightiest last.
+SvgStyle styleFrom(const std::vector<const SvgSetting*>& settings, const SvgStyle& parent);
 
 /// "#abc", "rgb(1,2,3)", names; nothing for anything else.
 std::optional<QColor> parseSvgColor(const QString& text);

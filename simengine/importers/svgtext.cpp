@@ -2,8 +2,11 @@
 #include "simengine/importers/svgtext.h"
 
 #include "simengine/importers/svglength.h"
+#include "simengine/importers/svgstyle.h"
+#include "simengine/importers/svgxml.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <optional>
 
 namespace sim {
@@ -32,9 +35,10 @@ std::optional<QString> pixels(const QString& size) {
 
 /// The first of a list of lengths in pixels.
 std::optional<double> firstLength(const QXmlStreamAttributes& attributes, const char* name, double viewport) {
-    const QString list = attributes.value(QLatin1String(name)).toString().simplified();
-    static const QRegularExpression separator(QStringLiteral("[\\s,]+"));
-    const auto length = parseSvgLength(list.split(separator).first());
+    const QStringRef list = attributes.value(QLatin1String(name)).trimmed();
+    const auto parts = [](QChar c) { return c.isSpace() || c == QLatin1Char(','); };
+    const auto length =
+        parseSvgLength(QString(list.begin(), int(std::find_if(list.begin(), list.end(), parts) - list.begin())));
     if (!length)
         return std::nullopt;
     return length->pixels(viewport);
@@ -72,6 +76,11 @@ QString withPixelFontSize(const QString& attribute, const QString& value, bool* 
 }
 
 bool SvgTextCopy::run() {
+    count(m_in.attributes());
+    if (isTooLong()) {
+        skipSvgElement(m_in, m_budget);
+        return true;
+    }
     m_place = QPointF();
     place(m_in.attributes());
     open(QStringLiteral("g"), Span::Text);
@@ -94,6 +103,13 @@ bool SvgTextCopy::run() {
     return true;
 }
 
+void SvgTextCopy::count(const QXmlStreamAttributes& attributes) {
+    constexpr int kTag = 20;
+    m_bytes += kTag;
+    for (const QXmlStreamAttribute& attribute : attributes)
+        m_bytes += attribute.qualifiedName().size() + attribute.value().size();
+}
+
 QString SvgTextCopy::localName() const {
     const QString name = m_in.qualifiedName().toString();
     return name.mid(name.indexOf(QLatin1Char(':')) + 1);
@@ -102,6 +118,11 @@ QString SvgTextCopy::localName() const {
 bool SvgTextCopy::start() {
     if (int(m_spans.size()) > ImportBudget::kMostDepth || !m_budget.elements())
         return false;
+    count(m_in.attributes());
+    if (isTooLong()) {
+        skipSvgElement(m_in, m_budget);
+        return true;
+    }
     const QString name = localName();
     if (name == QLatin1String("tspan") || name == QLatin1String("a")) {
         startSpan();
@@ -109,7 +130,7 @@ bool SvgTextCopy::start() {
     }
     if (name != QLatin1String("title") && name != QLatin1String("desc"))
         m_tell(name, Note::NotInText);
-    m_in.skipCurrentElement();
+    skipSvgElement(m_in, m_budget);
     return true;
 }
 
@@ -152,8 +173,14 @@ void SvgTextCopy::open(const QString& element, Span span) {
     bool relative = false;
     for (const QXmlStreamAttribute& attribute : m_in.attributes()) {
         const QString name = attribute.qualifiedName().toString();
-        if (name.contains(QLatin1Char(':')) || name == QLatin1String("href") || isPlacing(name))
+        if (name.contains(QLatin1Char(':')) || name == QLatin1String("href") || isPlacing(name) ||
+            (span == Span::Text && name == QLatin1String("transform")))
             continue;
+        // those of the text itself are told by who reads it
+        if (span != Span::Text && name == QLatin1String("style"))
+            parseSvgStyle(attribute.value(), m_tell);
+        else if (span != Span::Text && name.contains(QLatin1Char('-')))
+            tellSvgProperty(QStringRef(&name), attribute.value(), m_tell);
         bool parts = false;
         const QString value = withPixelFontSize(name, attribute.value().toString(), &parts);
         relative = relative || parts;
@@ -181,6 +208,9 @@ void SvgTextCopy::closeLine() {
 }
 
 void SvgTextCopy::characters() {
+    m_letters += m_in.text().size();
+    if (isTooLong())
+        return;
     const QString text = m_in.text().toString();
     const bool blank = text.trimmed().isEmpty();
     if (blank && !m_lineOpen)

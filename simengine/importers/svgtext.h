@@ -2,12 +2,12 @@
 #pragma once
 
 #include "simengine/importers/importbudget.h"
+#include "simengine/importers/svgdom.h"
 
 #include <QPointF>
 #include <QSizeF>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
-#include <functional>
 
 namespace sim {
 
@@ -16,12 +16,12 @@ namespace sim {
 QString withPixelFontSize(const QString& attribute, const QString& value, bool* relative);
 
 /// Copies a text element so that the renderer puts each line where it belongs: it knows the place of a text, but not of
-/// a span within it. The text becomes a group, each placed span a group with a text of its own.
+/// a span within it. The text becomes a group, each placed span a group with a text of its own. The text's own
+/// transform is left out: who draws the copy applies it.
 class SvgTextCopy {
 public:
     /// `tell` is called with what is left out.
-    SvgTextCopy(QXmlStreamReader& in, QXmlStreamWriter& out, const QSizeF& viewport, ImportBudget& budget,
-                std::function<void(const QString& kind, Note note)> tell)
+    SvgTextCopy(QXmlStreamReader& in, QXmlStreamWriter& out, const QSizeF& viewport, ImportBudget& budget, SvgTell tell)
         : m_in(in)
         , m_out(out)
         , m_viewport(viewport)
@@ -30,8 +30,13 @@ public:
 
     /// Copies the element at whose start the reader stands, up to its end. False when spans are nested too deeply.
     bool run();
+    /// It has more letters or longer attributes than can be laid out in time; the copy is not whole then.
+    bool isTooLong() const { return m_letters > kMostLetters || m_bytes > kMostBytes; }
 
 private:
+    static constexpr qint64 kMostLetters = 10000;
+    static constexpr qint64 kMostBytes = 256 << 10;
+
     enum class Span { Text, Placed, Inline };
 
     bool start();
@@ -40,6 +45,7 @@ private:
     void characters();
     void openLine();
     void closeLine();
+    void count(const QXmlStreamAttributes& attributes);
     void place(const QXmlStreamAttributes& attributes);
     void open(const QString& element, Span span);
     QString localName() const;
@@ -48,9 +54,11 @@ private:
     QXmlStreamWriter& m_out;
     QSizeF m_viewport;
     ImportBudget& m_budget;
-    std::function<void(const QString&, Note)> m_tell;
+    SvgTell m_tell;
     std::vector<Span> m_spans;
     QPointF m_place; ///< of the next line, pixels
+    qint64 m_letters = 0;
+    qint64 m_bytes = 0; ///< of tags
     bool m_lineOpen = false;
     bool m_placeKnown = true; ///< false behind a placed span: nobody knows where it ended
 };

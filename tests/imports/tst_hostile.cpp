@@ -170,6 +170,75 @@ void HostileTest::file_ends_within_its_bounds_data() {
             body += "<k" + QByteArray::number(i) + "/>";
         return svg(body);
     });
+    row("declarations times selectors", "svg", false, [] {
+        return svg("<style>" + QByteArray("a,").repeated(19999) + "a{" + QByteArray("fill:red;").repeated(100000) +
+                   "}</style><rect width='9' height='9'/>");
+    });
+    row("selectors without end", "svg", false,
+        [] { return svg("<style>" + QByteArray(15000000, ',') + "{fill:red}</style><rect width='9' height='9'/>"); });
+    row("comments that are not closed", "svg", false,
+        [] { return svg("<style>" + QByteArray("/* ").repeated(5000000) + "</style><rect width='9' height='9'/>"); });
+    row("at-rules without end", "svg", false, [] {
+        return svg("<style>" + QByteArray("@a;").repeated(5000000) + "a{}</style><rect width='9' height='9'/>");
+    });
+    row("a sheet without end", "svg", false, [] {
+        return svg("<style>" + QByteArray("a{fill:red}").repeated(5500000) + "</style><rect width='9' height='9'/>");
+    });
+    row("class names without end", "svg", true, [] {
+        QByteArray sheet;
+        for (int i = 0; i < 20000; ++i)
+            sheet += ".c" + QByteArray::number(i) + "{fill:red}";
+        return svg("<style>" + sheet + "</style><rect width='9' height='9' class='" +
+                   QByteArray("c c").repeated(7000000) + "'/>");
+    });
+    row("one style for many references", "svg", false, [] {
+        return svg("<defs><rect id='r' width='9' height='9' style='" + QByteArray("fill:red;").repeated(3500000) +
+                   "'/></defs>" + QByteArray("<use href='#r'/>").repeated(20000));
+    });
+    row("a text without end", "svg", false,
+        [] { return svg("<text x='1' y='9'>" + QByteArray(20000000, 'A') + "</text>"); });
+    row("spans without end", "svg", false,
+        [] { return svg("<text x='1' y='9'>" + QByteArray("<tspan x='1' y='9'/>").repeated(1500000) + "</text>"); });
+    row("places of letters without end", "svg", false,
+        [] { return svg("<text y='9' x='" + QByteArray("1 ").repeated(25000000) + "'>A</text>"); });
+    row("a long text again and again", "svg", true, [] {
+        return svg("<defs><text id='t' x='1' y='9'>" + QByteArray("The quick brown fox ").repeated(400) +
+                   "</text></defs>" + QByteArray("<use href='#t'/>").repeated(5000));
+    });
+    row("edge far beyond the field", "svg", false, [] {
+        return svg("<g transform='scale(2e11)'><svg width='10' height='10'><path d='M-1-1L5 5' stroke='red'/></svg></g>"
+                   "<svg width='3e12' height='9'><path d='M-1 5H50' stroke='red'/></svg>");
+    });
+    row("a clip of curves as large as the field", "svg", true, [] {
+        return svg("<clipPath id='c'><path d='M-90000 0" +
+                   QByteArray("C90000 90000-90000 90000 90000 0S-90000-90000-90000 0").repeated(3000) +
+                   "'/></clipPath><path d='M0 0H9' stroke='red' clip-path='url(#c)'/>");
+    });
+    row("curves as large as the field that are cut", "svg", true, [] {
+        return svg("<svg width='50' height='50'><path stroke='red' d='M-90000 0" +
+                   QByteArray("C90000 90000-90000 90000 90000 0S-90000-90000-90000 0").repeated(3000) + "'/></svg>");
+    });
+    row("deep data of no use", "svg", true, [] { return svg("<metadata>" + QByteArray("<a>").repeated(20000000)); });
+    row("deep data in a text", "svg", true,
+        [] { return svg("<text x='1' y='9'><k>" + QByteArray("<a>").repeated(20000000)); });
+    row("attributes without end", "svg", true, [] {
+        QByteArray body = "<g";
+        for (int i = 0; i < 3000000; ++i)
+            body += " a" + QByteArray::number(i) + "=''";
+        return svg(body + "/>");
+    });
+    row("many elements of many attributes", "svg", true, [] {
+        QByteArray body = "<g";
+        for (int i = 0; i < 990; ++i)
+            body += " a" + QByteArray::number(i) + "=''";
+        return svg((body + "/>").repeated(6000));
+    });
+    row("attributes by the document type", "svg", true, [] {
+        QByteArray list = "<!DOCTYPE svg [<!ATTLIST g";
+        for (int i = 0; i < 2000000; ++i)
+            list += " a" + QByteArray::number(i) + " CDATA '1'";
+        return list + ">]>" + svg(QByteArray("<g/>").repeated(1000));
+    });
     row("bytes", "svg", true, [] { return QByteArray(50000000, '\x9f'); });
     row("utf-16 without its mark", "svg", true, [] {
         const QString text = QString::fromLatin1(svg("<rect width='9' height='9'/>"));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "engine/languagemanager.h"
 #include "importfixture.h"
 #include "simengine/importers/svgimport.h"
 
@@ -46,12 +47,23 @@ private slots:
     void paints_choose_colours();
     void transforms_data();
     void transforms();
+    void transforms_of_styles_data();
+    void transforms_of_styles();
     void arcs_keep_within_a_micrometre();
     void numbers_are_read_exactly_data();
     void numbers_are_read_exactly();
     void what_is_changed_or_left_out_is_told_data();
     void what_is_changed_or_left_out_is_told();
     void only_the_first_fitting_choice_is_drawn();
+    void choice_by_language();
+    void tags_of_more_attributes_than_are_read_are_refused();
+    void document_types_are_passed_over();
+    void references_give_inner_drawings_their_size();
+    void areas_of_several_open_contours_can_be_hatched();
+    void the_roots_own_style_counts();
+    void symbols_own_style_counts();
+    void texts_are_cut_where_they_are_moved_to();
+    void edges_far_beyond_the_field_leave_what_is_within();
     void groups_in_use_hand_on_their_style();
 };
 
@@ -261,12 +273,45 @@ void SvgTest::transforms_data() {
     row("skewY(45)", "0 -30 10 0");
     row("matrix(1 0 0 1 3 4)", "3 -24 13 -4");
     row("  translate( 1e1 , -.5 ) , scale(1)", "10 -19.5 20 0.5");
+    row("", "0 -20 10 0");
 }
 
 void SvgTest::transforms() {
     QFETCH(QByteArray, transform);
     const ImportResult result = read("<line x2='10' y2='20' stroke='red' transform='" + transform + "'/>");
     QTEST(boxText(boundsOf(result)), "box");
+    // in a style it goes before the attribute
+    const ImportResult styled =
+        read("<line x2='10' y2='20' stroke='red' transform='scale(9)' style='transform:" + transform + "'/>");
+    if (!transform.isEmpty())
+        QTEST(boxText(boundsOf(styled)), "box");
+}
+
+void SvgTest::transforms_of_styles_data() {
+    QTest::addColumn<QByteArray>("transform");
+    QTest::addColumn<QString>("box");
+    const auto row = [](const char* transform, const char* box) {
+        QTest::newRow(transform) << QByteArray(transform) << QString(box);
+    };
+    // of a line from 0,0 to 10,20 that is as large as that by its attribute
+    row("none", "0 -20 10 0");
+    row("translate(5px, 6px)", "5 -26 15 -6");
+    row("translateX(5px)", "5 -20 15 0");
+    row("translateY(1in)", "0 -116 10 -96");
+    row("scaleX(2) scaleY(3)", "0 -60 20 0");
+    row("rotate(90deg)", "-20 -10 0 0");
+    row("rotate(0.25turn)", "-20 -10 0 0");
+    row("rotate(100grad)", "-20 -10 0 0");
+    row("skewX(45deg)", "0 -20 30 0");
+}
+
+void SvgTest::transforms_of_styles() {
+    QFETCH(QByteArray, transform);
+    const ImportResult result = read("<style>.t{transform:" + transform +
+                                     "}</style><line class='t' x2='10' y2='20' stroke='red' transform='scale(9)'/>");
+    QVERIFY2(result.ok(), qPrintable(result.error));
+    QTEST(boxText(boundsOf(result)), "box");
+    QVERIFY(result.skipped.isEmpty());
 }
 
 /// The outline of an elliptic arc against its own equation.
@@ -336,6 +381,32 @@ void SvgTest::what_is_changed_or_left_out_is_told_data() {
     row("<path d='M0 0H5' stroke='red' marker-end='url(#m)'/>", "marker", Note::LineEnds, false);
     row("<rect width='9' height='9'/>", "fill", Note::AreaAsOutline, false);
     row("<pattern id='p'/><rect width='9' height='9' fill='url(#p)'/>", "pattern", Note::Patterns, false);
+    row("<rect width='9' height='9' style='transform:turn(3)'/>", "rect", Note::BadTransform, true);
+    row("<g style='transform-origin:5px 5px'/>", "transform-origin", Note::StyleRule, false);
+    row("<style>path{letter-spacing:2px}</style>", "letter-spacing", Note::StyleRule, false);
+    row("<circle r='9' style='r:5'/>", "r", Note::StyleRule, false);
+    row("<text x='1' y='9' letter-spacing='3'>A</text>", "letter-spacing", Note::StyleRule, false);
+    row("<text x='1' y='9'><tspan style='word-spacing:3px'>A</tspan></text>", "word-spacing", Note::StyleRule, true);
+    row("<rect width='9' height='9' style='clip-path:circle(2px)'/>", "clip-path", Note::StyleRule, false);
+    row("<rect width='9' height='9' style='filter:blur(2px)'/>", "filter", Note::Effects, true);
+    row("<style media='print'>a{fill:red}</style>", "style", Note::StyleRule, true);
+    row("<rect width='9' height='9' requiredExtensions='x'/>", "rect", Note::OtherReader, true);
+    row("<clipPath id='c' transform='turn(1)'><rect width='1' height='1'/></clipPath><rect width='9' height='9' "
+        "clip-path='url(#c)'/>",
+        "clipPath", Note::BadTransform, true);
+    row("<symbol id='s'><rect width='9' height='9'/></symbol><clipPath id='c'><use href='#s'/></clipPath><rect "
+        "width='9' height='9' clip-path='url(#c)'/>",
+        "symbol", Note::NotInClip, true);
+    row("<clipPath id='c'><text x='1' y='9'>A</text></clipPath><rect width='9' height='9' clip-path='url(#c)'/>",
+        "text", Note::NotInClip, true);
+    row("<clipPath id='c'><use href='#none'/></clipPath><rect width='9' height='9' clip-path='url(#c)'/>", "use",
+        Note::BadReference, true);
+    row("<clipPath id='c'><rect transform='turn(1)' width='9' height='9'/></clipPath><rect width='9' height='9' "
+        "clip-path='url(#c)'/>",
+        "rect", Note::BadTransform, true);
+    row("<clipPath id='c'><rect width='9' height='9' clip-path='url(#d)'/></clipPath><rect width='9' height='9' "
+        "clip-path='url(#c)'/>",
+        "clip-path", Note::NotInClip, true);
     row("<linearGradient id='l'><stop stop-color='red'/></linearGradient><rect width='9' height='9' fill='url(#l)'/>",
         "linearGradient", Note::Gradient, false);
 }
@@ -357,6 +428,122 @@ void SvgTest::only_the_first_fitting_choice_is_drawn() {
     QCOMPARE(classes(result), QStringList{"MarkToolCircle"});
     QCOMPARE(boundsOf(result).width(), 8.0);
     QVERIFY(result.skipped.isEmpty());
+}
+
+void SvgTest::tags_of_more_attributes_than_are_read_are_refused() {
+    const auto with = [](int attributes) {
+        QByteArray body = "<!-- it's --><![CDATA[ <a ' ]]><?a ' ?><g";
+        for (int i = 0; i < attributes; ++i)
+            body += " a" + QByteArray::number(i) + "='=>'";
+        return "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'>" + body + "/></svg>";
+    };
+    QVERIFY2(importSvgData(with(1000)).ok(), qPrintable(importSvgData(with(1000)).error));
+    QCOMPARE(importSvgData(with(1001)).error, noteText(Note::ManyAttributes));
+    const auto wide = [](const QByteArray& text) {
+        const QString letters = QChar(0xfeff) + QString::fromLatin1(text);
+        return QByteArray(reinterpret_cast<const char*>(letters.utf16()), 2 * letters.size());
+    };
+    QVERIFY2(importSvgData(wide(with(1000))).ok(), qPrintable(importSvgData(wide(with(1000))).error));
+    QCOMPARE(importSvgData(wide(with(1001))).error, noteText(Note::ManyAttributes));
+}
+
+void SvgTest::document_types_are_passed_over() {
+    const auto with = [](const QByteArray& type, const QByteArray& rest) {
+        return importSvgData("<!DOCTYPE svg [" + type + "]><svg width='9' height='9'><!--" + rest +
+                             "--><rect width='9' height='&nine;'/></svg>");
+    };
+    const QByteArray entity = "<!ENTITY nine '9'>";
+    QVERIFY(with("<!-- don't > -->" + entity, QByteArray(200000, 'x')).ok());
+    QVERIFY(with(entity + "<!ATTLIST g a CDATA '1'><!--" + QByteArray(200000, 'x') + "-->", "").ok());
+    QCOMPARE(with(entity + "<!ENTITY a '" + QByteArray(200000, 'x') + "'>", "").error, noteText(Note::ManyAttributes));
+}
+
+void SvgTest::choice_by_language() {
+    const QByteArray choices = "<switch><rect systemLanguage='fr, x-none' width='1' height='1'/><rect "
+                               "systemLanguage='de, " +
+                               LanguageManager::GetCurrentLan().left(2).toLatin1() +
+                               "-XY' width='2' height='2'/><rect width='3' height='3'/></switch>";
+    const ImportResult result = read(choices);
+    QCOMPARE(boundsOf(result).width(), 2.0);
+    QVERIFY(result.skipped.isEmpty());
+}
+
+void SvgTest::references_give_inner_drawings_their_size() {
+    const QByteArray inner = "<defs><svg id='s' width='10' height='10' viewBox='0 0 10 10'><rect x='1' y='1' width='8' "
+                             "height='8' stroke='red'/><svg width='5' height='5'/></svg></defs>";
+    QCOMPARE(boxText(boundsOf(read(inner + "<use href='#s'/>"))), QString("1 -9 9 -1"));
+    QCOMPARE(boxText(boundsOf(read(inner + "<use href='#s' width='20' height='20'/>"))), QString("2 -18 18 -2"));
+    QCOMPARE(boxText(boundsOf(read(inner + "<use href='#s' width='50%' height='100'/>"))), QString("5 -70 45 -30"));
+}
+
+void SvgTest::areas_of_several_open_contours_can_be_hatched() {
+    const ImportResult result = read("<path d='M0 0H5V5M10 10H15V15M20 20H25' fill='red'/>");
+    QCOMPARE(result.objects.size(), size_t(1));
+    const auto& path = std::get<PathShape>(result.objects[0]->shape());
+    using V = PathVerb;
+    QCOMPARE(path.verbs, (QVector<PathVerb>{V::Move, V::Line, V::Line, V::Close, V::Move, V::Line, V::Line, V::Close,
+                                            V::Move, V::Line}));
+    // a line is drawn as it is
+    const ImportResult line = read("<path d='M0 0H5V5M10 10H15V15' fill='red' stroke='blue'/>");
+    QVERIFY(!std::get<PathShape>(line.objects[0]->shape()).verbs.contains(V::Close));
+}
+
+void SvgTest::the_roots_own_style_counts() {
+    const auto with = [](const QByteArray& attributes, const QByteArray& size) {
+        return importSvgData("<svg xmlns='http://www.w3.org/2000/svg' " + size + " " + attributes +
+                             "><clipPath id='c'><rect width='5' height='50'/></clipPath><path d='M0 0H20' "
+                             "stroke='red'/></svg>");
+    };
+    const QByteArray pixels = "width='96' height='96'";
+    QCOMPARE(count(with("mask='url(#m)'", pixels).skipped, "mask", Note::Masks), 1);
+    QCOMPARE(count(with("filter='url(#m)'", pixels).skipped, "filter", Note::Effects), 1);
+    QCOMPARE(count(with("opacity='0'", pixels).skipped, "path", Note::NoLineNoArea), 1);
+    QCOMPARE(count(with("display='none'", pixels).skipped, "svg", Note::Hidden), 1);
+    QCOMPARE(count(with("transform='scale(2)'", pixels).converted, "transform", Note::StyleRule), 1);
+    const ImportResult cut = with("clip-path='url(#c)'", pixels);
+    QCOMPARE(count(cut.converted, "path", Note::Clipped), 1);
+    QVERIFY(std::abs(lengthOfAll(cut) - 5 * 25.4 / 96) < 1e-3);
+    const ImportResult scaled = with("clip-path='url(#c)'", "width='100mm' height='100mm' viewBox='0 0 10 10'");
+    QCOMPARE(count(scaled.converted, "clip-path", Note::StyleRule), 1);
+}
+
+void SvgTest::symbols_own_style_counts() {
+    const auto with = [](const QByteArray& attributes) {
+        return read("<clipPath id='c'><rect width='5' height='50'/></clipPath><symbol id='s' " + attributes +
+                    "><path d='M0 1H20' stroke='red'/></symbol><use href='#s'/>");
+    };
+    QVERIFY(std::abs(lengthOfAll(with("clip-path='url(#c)'")) - 5.0) < 1e-3);
+    QCOMPARE(count(with("mask='url(#m)'").skipped, "mask", Note::Masks), 1);
+    QCOMPARE(count(with("opacity='0'").skipped, "path", Note::NoLineNoArea), 1);
+    QCOMPARE(count(with("display='none'").skipped, "symbol", Note::Hidden), 1);
+    QCOMPARE(count(with("transform='turn(9)'").skipped, "symbol", Note::BadTransform), 1);
+}
+
+/// The clip lies in the units of the text, which its transform moves.
+void SvgTest::texts_are_cut_where_they_are_moved_to() {
+    const QByteArray clip = "<clipPath id='c'><rect width='40' height='40'/></clipPath>";
+    const ImportResult moved = read(clip + "<text y='9' font-size='9' transform='translate(50 40)' "
+                                           "clip-path='url(#c)'>H</text>");
+    QCOMPARE(moved.objects.size(), size_t(1));
+    QVERIFY(boundsOf(moved).minX > 49.0 && boundsOf(moved).maxY < -39.0);
+    QVERIFY(moved.skipped.isEmpty());
+    const Box plain = boundsOf(read("<text y='9' font-size='9'>H</text>"));
+    const Box styled = boundsOf(read("<text y='9' font-size='9' style='transform:translate(50px,40px)'>H</text>"));
+    QVERIFY(std::abs(styled.minX - plain.minX - 50.0) < 1e-6 && std::abs(styled.minY - plain.minY + 40.0) < 1e-6);
+}
+
+void SvgTest::edges_far_beyond_the_field_leave_what_is_within() {
+    const ImportResult result =
+        read("<svg width='3e12' height='9'><path d='M-5 5H50' stroke='red'/><path d='M1 8V20' stroke='red'/></svg>");
+    QVERIFY2(result.ok(), qPrintable(result.error));
+    QCOMPARE(boxText(boundsOf(result)), QString("0 -9 50 -5"));
+    const ImportResult lost = read("<g transform='scale(1e12)'><g transform='scale(1e12)'><g transform='scale(1e12)'>"
+                                   "<g transform='scale(1e12)'><g transform='scale(1e12)'><g transform='scale(1e12)'>"
+                                   "<g transform='scale(1e12)'><g transform='scale(1e12)'><g transform='scale(1e12)'>"
+                                   "<svg width='9' height='9'><path d='M0 5H50' stroke='red'/></svg>"
+                                   "</g></g></g></g></g></g></g></g></g>");
+    QVERIFY2(lost.ok(), qPrintable(lost.error));
+    QCOMPARE(count(lost.skipped, "svg", Note::OutOfRange), 1);
 }
 
 void SvgTest::groups_in_use_hand_on_their_style() {
