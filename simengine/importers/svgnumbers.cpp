@@ -43,6 +43,37 @@ ushort SvgNumbers::peek() {
 std::optional<double> SvgNumbers::number() {
     peek();
     const QChar* at = m_at;
+    const bool negative = at < m_end && *at == QLatin1Char('-');
+    if (at < m_end && (negative || *at == QLatin1Char('+')))
+        ++at;
+    quint64 digits = 0;
+    const auto take = [&] {
+        const QChar* const first = at;
+        for (unsigned digit = 0; at < m_end && (digit = unsigned(at->unicode()) - '0') <= 9; ++at)
+            digits = digits * 10 + digit;
+        return int(at - first);
+    };
+    int count = take();
+    int fraction = 0;
+    if (at < m_end && *at == QLatin1Char('.')) {
+        ++at;
+        fraction = take();
+        count += fraction;
+    }
+    if (count == 0)
+        return std::nullopt;
+    // nearly all numbers are as short as that
+    constexpr int kMostDigits = 15;
+    if (count > kMostDigits || (at < m_end && (at->unicode() | 0x20) == 'e'))
+        return longNumber();
+    m_at = at;
+    const double value = double(digits) / kPowers[fraction];
+    return negative ? -value : value;
+}
+
+/// The same for any number of digits and with an exponent.
+std::optional<double> SvgNumbers::longNumber() {
+    const QChar* at = m_at;
     bool negative = false;
     if (at < m_end && (*at == QLatin1Char('-') || *at == QLatin1Char('+'))) {
         negative = *at == QLatin1Char('-');

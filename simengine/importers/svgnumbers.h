@@ -24,6 +24,8 @@ public:
     bool atEnd() { return peek() == 0; }
 
 private:
+    std::optional<double> longNumber();
+
     const QChar* m_at;
     const QChar* m_end;
 };

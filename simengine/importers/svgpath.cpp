@@ -93,14 +93,15 @@ private:
     }
 
     void begin() {
-        if (m_path.verbs.isEmpty() || m_path.verbs.last() == PathVerb::Close || m_moved)
+        if (m_moved || m_path.verbs.isEmpty() || m_path.verbs.constLast() == PathVerb::Close)
             m_path.moveTo(m_at);
         m_moved = false;
     }
 
     void line(const QPointF& to) {
         begin();
-        m_path.lineTo(to);
+        m_path.verbs.append(PathVerb::Line);
+        m_path.points.append(to);
         m_at = to;
     }
 
@@ -212,12 +213,34 @@ private:
     bool m_begun = false;
 };
 
+/// tidiedPath() would leave it as it is.
+bool isTidy(const PathShape& path) {
+    int at = 0;
+    int begin = 0;
+    for (int i = 0; i < path.verbs.size(); ++i) {
+        const PathVerb verb = path.verbs[i];
+        if (verb == PathVerb::Move)
+            begin = at;
+        at += verb == PathVerb::Cubic ? 3 : verb == PathVerb::Close ? 0 : 1;
+        const bool last = i + 1 == path.verbs.size() || path.verbs[i + 1] == PathVerb::Move;
+        if (last && (verb == PathVerb::Move || (at - begin > 2 && path.points[at - 1] == path.points[begin])))
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 bool parseSvgPath(const QStringRef& data, PathShape& path, ImportBudget& budget) {
+    /// Letters of data for a point, at least by far; what is taken too much is given back.
+    constexpr int kLettersOfPoint = 8;
     PathShape raw;
+    raw.points.reserve(data.size() / kLettersOfPoint + 1);
+    raw.verbs.reserve(data.size() / kLettersOfPoint + 1);
     const bool good = PathParser(data, raw, budget).run();
-    path = tidiedPath(raw);
+    path = isTidy(raw) ? std::move(raw) : tidiedPath(raw);
+    path.points.squeeze();
+    path.verbs.squeeze();
     return good;
 }
 
