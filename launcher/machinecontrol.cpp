@@ -3,6 +3,7 @@
 
 #include "simengine/simcontrol.h"
 
+#include <QStringList>
 #include <dlfcn.h>
 
 namespace tessera {

@@ -58,7 +58,7 @@ class TestSerialLaserCalls : public OpenCardTest {
             job.strokes.push_back({pen, {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}});
         m_begin = simulatedCard().journal().lastSequence();
         CardRun start(false, false);
-        return start.start(std::move(job));
+        return bool(start.start(std::move(job)));
     }
 
 private slots:
