@@ -57,6 +57,19 @@ void appendBulge(PathShape& path, const QPointF& end, double bulge) {
     path.points.last() = end;
 }
 
+void closeMeeting(PathShape& contour, double distance) {
+    const QPointF gap = contour.points.last() - contour.points.first();
+    if (!(std::hypot(gap.x(), gap.y()) <= distance))
+        return;
+    if (contour.verbs.last() == PathVerb::Line) {
+        contour.verbs.removeLast();
+        contour.points.removeLast();
+    } else {
+        contour.points.last() = contour.points.first();
+    }
+    contour.close();
+}
+
 bool arcThrough(const QPointF& a, const QPointF& b, const QPointF& c, QPointF& center, double& sweep) {
     const QPointF ab = b - a;
     const QPointF ac = c - a;

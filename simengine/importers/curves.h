@@ -24,6 +24,9 @@ void appendEllipse(PathShape& path, const EllipseAxes& ellipse, double start, do
 /// where there is no bulge. The path's last point is the beginning.
 void appendBulge(PathShape& path, const QPointF& end, double bulge);
 
+/// Closes a contour whose end lies within `distance` of its beginning; a last line goes, since closing draws it.
+void closeMeeting(PathShape& contour, double distance);
+
 /// Angle, radians in (-2 pi, 2 pi), and centre of the arc from `a` through `b` to `c`; false when they lie on a line.
 bool arcThrough(const QPointF& a, const QPointF& b, const QPointF& c, QPointF& center, double& sweep);
 

@@ -57,6 +57,7 @@ constexpr NoteKey kKeys[] = {
     {Note::RelativeFontSize, "不支持相对字号"},
     {Note::AfterPlacedLine, "定位行之后的文字不导入"},
     {Note::TextPath, "不支持沿路径的文字"},
+    {Note::TextTooLong, "文字过长"},
     {Note::Clipped, "已按剪切路径裁剪,曲线变为折线"},
     {Note::ClippedAway, "全部位于剪切路径之外"},
     {Note::BadReference, "引用的图元不存在"},

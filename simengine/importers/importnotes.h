@@ -54,6 +54,7 @@ enum class Note {
     RelativeFontSize,
     AfterPlacedLine,
     TextPath,
+    TextTooLong,
     Clipped,
     ClippedAway,
     BadReference,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/pltlabel.h"
 
-#include "simengine/document/strokefonts.h"
+#include "simengine/importers/strokeletters.h"
 
 #include <QStringList>
 #include <cmath>
@@ -27,7 +27,7 @@ double PltLabel::lineWidth(const QString& line) const {
 }
 
 PathShape PltLabel::strokes(const QByteArray& text, QPointF& next, int& missing) const {
-    const QString font = QString::fromLatin1(strokeFonts().front().name);
+    StrokeLetters letters;
     PathShape all;
     QString plain = QString::fromLatin1(text);
     plain.remove(QLatin1Char('\r'));
@@ -43,7 +43,7 @@ PathShape PltLabel::strokes(const QByteArray& text, QPointF& next, int& missing)
         const double base = -down * m_height + away * m_height * (1.0 - 2.0 * down);
         for (int i = 0; i < line.size(); ++i) {
             const uint c = line[i].unicode();
-            const StrokeGlyph glyph = strokeGlyph(font, c);
+            const StrokeGlyph& glyph = letters.letter(c);
             if (!glyph.known && c > 32)
                 ++missing;
             // letters of one width, as a plotter draws them

@@ -93,7 +93,7 @@ const PltPlotter::Command PltPlotter::kCommands[] = {
 };
 
 PltPlotter::PltPlotter(const QByteArray& bytes, ImportResult& result, ImportBudget& budget)
-    : m_in(bytes)
+    : m_in(bytes, budget)
     , m_result(result)
     , m_budget(budget)
     , builder(result, budget) {}
@@ -138,6 +138,7 @@ void PltPlotter::initialize() {
     m_label = PltLabel();
     m_down = m_relative = m_startContour = false;
     m_polygon = PathShape();
+    m_drawnEdges.clear();
     m_terminator = '\x03';
     if (m_name == "IN")
         m_at = QPointF();
@@ -194,7 +195,51 @@ void PltPlotter::travel(const QPointF& place) {
         m_startContour = false;
     else if (m_down || m_inPolygon)
         current().lineTo(m_frame.toSheet().map(place));
+    noteEdges(m_down);
     m_at = place;
+}
+
+/// What came to the polygon since the last call is drawn by its edges or not.
+void PltPlotter::noteEdges(bool drawn) {
+    if (m_inPolygon)
+        m_drawnEdges.resize(size_t(m_polygon.verbs.size()), drawn);
+}
+
+void PltPlotter::closeContour(bool drawn) {
+    if (!m_polygon.verbs.isEmpty() && m_polygon.verbs.last() != PathVerb::Close)
+        m_polygon.close();
+    noteEdges(drawn);
+}
+
+/// The polygon without the edges that the lifted pen went along.
+PathShape PltPlotter::drawnEdges() const {
+    if (std::find(m_drawnEdges.begin(), m_drawnEdges.end(), false) == m_drawnEdges.end())
+        return m_polygon;
+    PathShape edges;
+    QPointF first;
+    QPointF at;
+    bool open = false;
+    bool whole = false; // all of the contour so far is drawn
+    const QPointF* next = m_polygon.points.constData();
+    for (int i = 0; i < m_polygon.verbs.size(); ++i) {
+        const PathVerb verb = m_polygon.verbs[i];
+        const bool closes = verb == PathVerb::Close;
+        const bool drawn = verb != PathVerb::Move && m_drawnEdges[size_t(i)];
+        if (drawn && !open && !(closes && at == first))
+            edges.moveTo(at);
+        if (drawn && verb == PathVerb::Cubic)
+            edges.cubicTo(next[0], next[1], next[2]);
+        else if (drawn && closes && whole)
+            edges.close();
+        else if (drawn && !(closes && at == first))
+            edges.lineTo(closes ? first : *next);
+        open = drawn && !closes;
+        whole = verb == PathVerb::Move || (whole && drawn);
+        next += closes ? 0 : verb == PathVerb::Cubic ? 3 : 1;
+        at = closes ? first : next[-1];
+        first = verb == PathVerb::Move ? at : first;
+    }
+    return edges;
 }
 
 /// Turns the pen about a place of the file's coordinates.
@@ -206,6 +251,7 @@ void PltPlotter::curveTo(const QPointF& center, double sweep) {
     const EllipseAxes circle{center, radius, QPointF(-radius.y(), radius.x())};
     if (m_down || m_inPolygon)
         appendEllipse(current(), circle.mapped(m_frame.toSheet()), 0.0, sweep);
+    noteEdges(m_down);
     m_at = circle.at(sweep);
 }
 
@@ -227,18 +273,8 @@ void PltPlotter::finishStroke() {
 void PltPlotter::deliver(PathShape path, const QString& kind) {
     if (m_penChosen && m_pen == 0)
         return;
-    if (path.points.size() > 3 && path.verbs.last() != PathVerb::Close && path.contourCount() == 1) {
-        const QPointF gap = path.points.last() - path.points.first();
-        if (std::hypot(gap.x(), gap.y()) < 1e-9) {
-            if (path.verbs.last() == PathVerb::Line) {
-                path.verbs.removeLast();
-                path.points.removeLast();
-            } else {
-                path.points.last() = path.points.first();
-            }
-            path.close();
-        }
-    }
+    if (path.points.size() > 3 && path.verbs.last() != PathVerb::Close && path.contourCount() == 1)
+        closeMeeting(path, 1e-9);
     if (path.points.size() == 2 && path.points[0] == path.points[1]) {
         // a pen that is lowered and lifted makes a dot
         builder.add(PointShape{path.points[0]}, QTransform(), pen(), kind);

@@ -84,6 +84,9 @@ private:
     void polygon(Filling filling);
     void finishStroke();
     void deliver(PathShape path, const QString& kind);
+    void noteEdges(bool drawn);
+    void closeContour(bool drawn);
+    PathShape drawnEdges() const;
     void useFrame(bool good);
     void choosePen(double number);
     void encodedMove(const QPointF& given, bool up, bool absolute);
@@ -106,6 +109,7 @@ private:
     QPointF m_at;                ///< in the file's coordinates
     PathShape m_path;            ///< mm; what the lowered pen has drawn
     PathShape m_polygon;
+    std::vector<bool> m_drawnEdges; ///< for each verb of the polygon: the pen was down
     char m_terminator = '\x03';
 
 public:

@@ -10,6 +10,9 @@ namespace {
 
 constexpr double kDegree = M_PI / 180.0;
 
+/// Points of a circle as curves.
+constexpr qint64 kCirclePoints = 49;
+
 QPointF pair(const QVector<double>& v, int i) {
     return {v[i], v[i + 1]};
 }
@@ -48,8 +51,6 @@ void PltPlotter::moves() {
         const QPointF given(*x, *y);
         const QPointF place = m_relative ? m_at + given : given;
         travel(place);
-        if (!m_budget.step())
-            return;
     }
 }
 
@@ -110,11 +111,13 @@ void PltPlotter::circle() {
     PathShape path;
     path.moveTo(mapped.at(0.0));
     if (m_inPolygon) {
-        if (!m_polygon.verbs.isEmpty() && m_polygon.verbs.last() != PathVerb::Close)
-            m_polygon.close();
+        if (!m_budget.points(kCirclePoints))
+            return;
+        closeContour(m_down);
         m_polygon.moveTo(mapped.at(0.0));
         appendEllipse(m_polygon, mapped, 0.0, 2.0 * M_PI);
-        m_polygon.close();
+        // a circle is drawn whether the pen is up or down
+        closeContour(true);
     } else if (!(m_penChosen && m_pen == 0) && !m_frame.window()) {
         builder.addEllipse(mapped, 0.0, 2.0 * M_PI, pen(), QString::fromLatin1(m_name));
     } else {
@@ -200,19 +203,26 @@ void PltPlotter::bezierRelative() {
 }
 
 void PltPlotter::bezier(bool relative) {
-    const QVector<double> v = m_in.numbers();
-    if (v.isEmpty() || v.size() % 6 != 0)
-        tell(Note::BadArguments);
     const QTransform& t = m_frame.toSheet();
-    for (int i = 0; i + 6 <= v.size() && m_budget.points(3); i += 6) {
+    QVector<double> v;
+    bool any = false;
+    while (const auto number = m_in.number()) {
+        v.append(*number);
+        if (v.size() < 6)
+            continue;
         const QPointF from = relative ? m_at : QPointF();
-        const QPointF end = from + pair(v, i + 4);
-        if (!inRange(from + pair(v, i)) || !inRange(from + pair(v, i + 2)) || !inRange(end))
+        const QPointF end = from + pair(v, 4);
+        if (!inRange(from + pair(v, 0)) || !inRange(from + pair(v, 2)) || !inRange(end) || !m_budget.points(3))
             return;
         if (m_down || m_inPolygon)
-            current().cubicTo(t.map(from + pair(v, i)), t.map(from + pair(v, i + 2)), t.map(end));
+            current().cubicTo(t.map(from + pair(v, 0)), t.map(from + pair(v, 2)), t.map(end));
+        noteEdges(m_down);
         m_at = end;
+        any = true;
+        v.clear();
     }
+    if (!any || !v.isEmpty())
+        tell(Note::BadArguments);
 }
 
 void PltPlotter::polygonMode() {
@@ -221,11 +231,11 @@ void PltPlotter::polygonMode() {
     if (mode == 0.0) {
         finishStroke();
         m_polygon = PathShape();
+        m_drawnEdges.clear();
         m_inPolygon = true;
         m_startContour = false;
     } else if ((mode == 1.0 || mode == 2.0) && m_inPolygon) {
-        if (!m_polygon.verbs.isEmpty() && m_polygon.verbs.last() != PathVerb::Close)
-            m_polygon.close();
+        closeContour(m_down);
         m_inPolygon = mode == 1.0;
         m_startContour = m_inPolygon;
     } else {
@@ -249,8 +259,12 @@ void PltPlotter::polygon(Filling filling) {
     }
     if (filling == Filled)
         tell(Note::AreaAsOutline, false);
-    if (m_budget.points(m_polygon.points.size()))
-        deliver(m_polygon, QString::fromLatin1(m_name));
+    if (!m_budget.points(m_polygon.points.size()))
+        return;
+    // the edges are those of the lowered pen, an area has them all
+    const PathShape path = filling == Filled ? m_polygon : drawnEdges();
+    if (!path.verbs.isEmpty())
+        deliver(path, QString::fromLatin1(m_name));
 }
 
 } // namespace sim

@@ -9,6 +9,8 @@ namespace {
 
 /// Letters of a label that are drawn.
 constexpr int kMostLabel = 10000;
+/// What one of them costs the budget, drawn or blank.
+constexpr qint64 kLetterCost = 64;
 
 /// Digits of an encoded polyline: the first value of a digit that others follow, and of the last one.
 struct EncodedDigits {
@@ -94,9 +96,11 @@ void PltPlotter::label() {
     finishStroke();
     QByteArray text = m_in.text(m_terminator);
     if (text.size() > kMostLabel) {
-        m_result.skip(QStringLiteral("LB"), noteText(Note::TooManyPoints), text.size() - kMostLabel);
+        m_result.skip(QStringLiteral("LB"), noteText(Note::TextTooLong), text.size() - kMostLabel);
         text.truncate(kMostLabel);
     }
+    if (!m_budget.step(text.size() * kLetterCost))
+        return;
     QPointF next;
     int missing = 0;
     PathShape path = m_label.strokes(text, next, missing);

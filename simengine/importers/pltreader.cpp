@@ -60,9 +60,11 @@ void PltReader::skipJobLine() {
 QByteArray PltReader::command() {
     while (more()) {
         const char c = peek();
+        if (!m_budget.step())
+            break;
         if (skipEscape())
             continue;
-        if (c == '@' && m_bytes.mid(m_at, 4) == "@PJL") {
+        if (c == '@' && peek(1) == 'P' && peek(2) == 'J' && peek(3) == 'L') {
             skipJobLine();
             continue;
         }
@@ -84,7 +86,8 @@ QByteArray PltReader::command() {
     return QByteArray();
 }
 
-std::optional<double> PltReader::number() {
+/// Passes over the next number; where it begins, or -1 when there is none.
+int PltReader::passNumber() {
     while (more() && (isBlank(peek()) || peek() == ','))
         ++m_at;
     const int begin = m_at;
@@ -101,18 +104,31 @@ std::optional<double> PltReader::number() {
             ++at;
     }
     if (at == digits || (at == digits + 1 && m_bytes.at(digits) == '.'))
-        return std::nullopt;
+        return -1;
     m_at = at;
+    return m_budget.step(at - begin) ? begin : -1;
+}
+
+std::optional<double> PltReader::number() {
+    const int begin = passNumber();
+    if (begin < 0)
+        return std::nullopt;
     bool ok = false;
-    const double value = QByteArray::fromRawData(m_bytes.constData() + begin, at - begin).toDouble(&ok);
+    const double value = QByteArray::fromRawData(m_bytes.constData() + begin, m_at - begin).toDouble(&ok);
     // digits without end make no number that a machine could reach
     return ok && std::isfinite(value) ? value : 1e300;
 }
 
 QVector<double> PltReader::numbers() {
     QVector<double> values;
-    while (const auto value = number())
+    while (values.size() < kMostNumbers) {
+        const auto value = number();
+        if (!value)
+            return values;
         values.append(*value);
+    }
+    while (passNumber() >= 0) {
+    }
     return values;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/importers/importbudget.h"
+
 #include <QByteArray>
 #include <QVector>
 #include <optional>
@@ -8,17 +10,22 @@
 namespace sim {
 
 /// Cuts a plotter file into its parts: commands of two letters, numbers, labels, encoded polylines. Whatever lies
-/// between them is passed over; escape sequences and the lines of a print job's head too.
+/// between them is passed over; escape sequences and the lines of a print job's head too. The file ends early when the
+/// budget is spent.
 class PltReader {
 public:
-    explicit PltReader(const QByteArray& bytes)
-        : m_bytes(bytes) {}
+    /// Numbers that any command but those of lines and curves can take, and one more.
+    static constexpr int kMostNumbers = 8;
+
+    PltReader(const QByteArray& bytes, ImportBudget& budget)
+        : m_bytes(bytes)
+        , m_budget(budget) {}
 
     /// The next command, two capital letters; empty at the end.
     QByteArray command();
     /// The next number of the command; nothing at its end. A sign begins a number without a separator.
     std::optional<double> number();
-    /// All numbers up to the next command.
+    /// The numbers up to the next command; those beyond kMostNumbers are passed over.
     QVector<double> numbers();
     /// The text up to the terminator, which is passed over.
     QByteArray text(char terminator);
@@ -37,10 +44,12 @@ public:
 private:
     bool skipEscape();
     void skipJobLine();
+    int passNumber();
     bool more() const { return m_at < m_bytes.size(); }
     char peek(int ahead = 0) const { return m_at + ahead < m_bytes.size() ? m_bytes.at(m_at + ahead) : '\0'; }
 
     const QByteArray& m_bytes;
+    ImportBudget& m_budget;
     int m_at = 0;
     int m_stray = 0;
     bool m_cutOff = false;

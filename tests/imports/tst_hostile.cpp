@@ -297,6 +297,12 @@ void HostileTest::file_ends_within_its_bounds_data() {
     row("circles without end", "plt", true, [] { return "IN;SP1;" + QByteArray("CI9;").repeated(20000000); });
     row("labels without end", "plt", true, [] { return "IN;SP1;" + QByteArray("LBABCDEFGH\x03").repeated(5000000); });
     row("one label", "plt", false, [] { return "IN;SP1;LB" + QByteArray(100000000, 'A'); });
+    row("circles in a polygon", "plt", true, [] { return "IN;SP1;PM0;" + QByteArray("CI1;").repeated(20000000); });
+    row("numbers without end", "plt", false, [] { return "IN;SP1;SC" + QByteArray("1,").repeated(50000000); });
+    row("curves without end", "plt", true, [] { return "IN;SP1;PD;BZ" + QByteArray("1,2,").repeated(25000000); });
+    row("signs without sense", "plt", false, [] { return "IN;SP1;" + QByteArray(100000000, '@'); });
+    row("blank labels", "plt", true,
+        [] { return "IN;SP1;" + QByteArray("LB" + QByteArray(9990, ' ') + "\x03").repeated(10000); });
     row("polygons edged again and again", "plt", true, [] {
         return "IN;SP1;PM0;PD" + QByteArray("1,2,3,4,").repeated(20000) + ";PM2;" + QByteArray("EP;").repeated(100000);
     });

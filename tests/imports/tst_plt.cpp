@@ -35,6 +35,7 @@ private slots:
     void window_cuts_what_is_drawn();
     void what_is_left_out_is_told_data();
     void what_is_left_out_is_told();
+    void letters_beyond_the_longest_label_are_told();
     void files_that_are_none_are_refused_data();
     void files_that_are_none_are_refused();
     void sloppy_files_are_read();
@@ -67,6 +68,16 @@ void PltTest::commands_draw_data() {
         20 + 10 * std::sqrt(2.0));
     row("polygon of two contours", "IN;SP1;PU0,0;PM0;PD4000,0,4000,4000,0,4000;PM1;PU400,400;CI40;PM2;FP;",
         "MarkToolPath", "0 0 100 100", 400 + 2 * M_PI);
+    row("polygon edges of the lowered pen", "IN;SP1;PU0,0;PM0;PD400,0;PU400,400;PD0,400;PM2;EP;", "MarkToolPath",
+        "0 0 10 10", 30);
+    row("polygon without its closing edge", "IN;SP1;PU0,0;PM0;PD400,0,400,400;PU;PM2;EP;", "MarkToolLine", "0 0 10 10",
+        20);
+    row("whole contour beside a part of one", "IN;SP1;PU0,0;PM0;PD400,0;PU400,400;PD0,400;PM1;PU800,0;CI40;PM2;EP;",
+        "MarkToolPath", "0 -1 21 10", 30 + 2 * M_PI);
+    row("area of the lifted pen too", "IN;SP1;PU0,0;PM0;PD400,0;PU400,400;PD0,400;PM2;FP;", "MarkToolLine", "0 0 10 10",
+        40);
+    row("two curves of one command", "IN;SP1;PU0,0;PD;BZ400,0,800,0,1200,0,1200,400,1200,800,1200,1200;PU",
+        "MarkToolPath", "0 0 30 30", 60);
     row("scaled by frame", "IN;SP1;IP0,0,4000,4000;SC0,100,0,200;PU0,0;PD100,200;PU;", "MarkToolLine", "0 0 100 100",
         100 * std::sqrt(2.0));
     row("equal scale", "IN;SP1;IP0,0,4000,2000;SC0,100,0,100,1;PU0,0;PD100,100;PU;", "MarkToolLine", "25 0 75 50",
@@ -209,6 +220,8 @@ void PltTest::what_is_left_out_is_told_data() {
     row("CI;", "CI", Note::BadArguments, true);
     row("EA5;", "EA", Note::BadArguments, true);
     row("SC0,0,1,2;", "SC", Note::BadArguments, true);
+    row("IP0,0,1,1,2,2,3,3,4,4;", "IP", Note::BadArguments, true);
+    row("BZ1,2,3,4,5;", "BZ", Note::BadArguments, true);
     row("SC0,1,0,1;", "SC", Note::NoFrame, false);
     row("RO45;", "RO", Note::BadArguments, true);
     row("IW1,2;", "IW", Note::BadArguments, true);
@@ -228,6 +241,12 @@ void PltTest::what_is_left_out_is_told() {
     const ImportResult result = read("IN;SP1;PU0,0;PD400,0;PU;" + plt);
     QVERIFY2(result.ok(), qPrintable(result.error));
     QCOMPARE(count(dropped ? result.skipped : result.converted, kind, Note(note)), 1);
+}
+
+void PltTest::letters_beyond_the_longest_label_are_told() {
+    const ImportResult result = read("IN;SP1;PU0,0;LB" + QByteArray(10007, 'I') + "\x03");
+    QVERIFY2(result.ok(), qPrintable(result.error));
+    QCOMPARE(count(result.skipped, "LB", Note::TextTooLong), 7);
 }
 
 void PltTest::files_that_are_none_are_refused_data() {
