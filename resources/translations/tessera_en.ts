@@ -1191,6 +1191,9 @@
     <message><source>数值无效</source><translation>a number is not usable</translation></message>
     <message><source>内存不足</source><translation>There is not enough memory</translation></message>
     <message><source>文字过长</source><translation>the text is too long</translation></message>
+    <message><source>图块重复定义,只用第一个定义</source><translation>the block is defined more than once, its first definition is used</translation></message>
+    <message><source>有宽度的线按中心线导入</source><translation>lines with a width come as their centre lines</translation></message>
+    <message><source>文字的格式不导入</source><translation>the formatting of the text is not imported</translation></message>
     <message><source>图形占用内存超过上限</source><translation>The drawing needs more memory than an import may take</translation></message>
     <message><source>文件内容无法处理</source><translation>What the file holds cannot be processed</translation></message>
     <message><source>字符编码无法识别,部分字符可能有误</source><translation>the character encoding is unknown, some characters may be wrong</translation></message>

@@ -27,6 +27,11 @@ EllipseAxes EllipseAxes::mapped(const QTransform& t) const {
     return {t.map(center), turned(u), turned(v)};
 }
 
+double sweepOf(double fromDegrees, double toDegrees) {
+    const double sweep = std::fmod(toDegrees - fromDegrees, 360.0);
+    return sweep > 1e-9 ? sweep : sweep + 360.0;
+}
+
 void appendEllipse(PathShape& path, const EllipseAxes& ellipse, double start, double sweep) {
     const int parts = std::max(1, int(std::ceil(std::abs(sweep) / kMostAngle - 1e-9)));
     const double step = sweep / parts;

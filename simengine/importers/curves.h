@@ -16,6 +16,9 @@ struct EllipseAxes {
     EllipseAxes mapped(const QTransform& transform) const;
 };
 
+/// From one angle on to the other, counter-clockwise, degrees; equal ones make a full turn.
+double sweepOf(double fromDegrees, double toDegrees);
+
 /// Appends the part of an ellipse from t = `start` over `sweep`, radians, as curves; the path's last point is its
 /// beginning. Off by less than 10^-7 of the larger half axis.
 void appendEllipse(PathShape& path, const EllipseAxes& ellipse, double start, double sweep);

@@ -16,7 +16,7 @@ struct CountCode {
     int code;
 };
 
-/// Where the library takes the length of an array from.
+/// Where a file tells the length of a table.
 constexpr CountCode kCounts[] = {
     {"LWPOLYLINE", 90}, {"SPLINE", 72}, {"SPLINE", 73}, {"SPLINE", 74}, {"LEADER", 76},
 };
@@ -82,7 +82,7 @@ void DxfFeed::checkEntity(const Line& value) {
     m_budget.elements();
 }
 
-/// Lengths that are wrong, or in all of them together longer than the file, would take memory that nothing fills.
+/// Lengths that are wrong, or in all of them together longer than the file, are those of a damaged file.
 bool DxfFeed::checkCount(int code, const Line& value) {
     for (const CountCode& count : kCounts) {
         if (code != count.code || m_entity != count.entity)

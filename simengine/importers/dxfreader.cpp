@@ -72,6 +72,14 @@ constexpr Kind kLeftOut[] = {
     {"ATTDEF", Note::Attribute},
 };
 
+/// Bytes of a number of a spline while its table grows.
+constexpr qint64 kSplineBytes = 24;
+
+/// Less is the rounding of programs that count in space.
+bool isHigh(double z) {
+    return std::abs(z) > 1e-9;
+}
+
 /// A number of the file, whatever the system's language is; what is too large for one is beyond every bound.
 double numberOf(const char* value, int size) {
     char plain[64];
@@ -93,7 +101,8 @@ constexpr const char* kSilent[] = {"SECTION", "ENDSEC", "EOF", "BLOCK", "ENDBLK"
 DxfReader::DxfReader(DxfScene& scene, ImportResult& result, ImportBudget& budget)
     : m_scene(scene)
     , m_result(result)
-    , m_budget(budget) {
+    , m_budget(budget)
+    , m_currentHatch(budget) {
     m_scene.setNames([this](const std::string& name) { return decoded(name); });
 }
 
@@ -123,6 +132,8 @@ bool DxfReader::notePair(int code, const char* value, int size) {
     }
     if (m_numbers != Numbers::Library && takeNumber(code, value, size))
         return true;
+    if (code >= 30 && code <= 39)
+        m_currentHigh = m_currentHigh || isHigh(numberOf(value, size));
     if (code == 2 && m_current == "SECTION")
         m_inEntities = std::string(value, size_t(size)) == "ENTITIES" || std::string(value, size_t(size)) == "BLOCKS";
     else if (code == 70)
@@ -142,48 +153,170 @@ void DxfReader::nextEntity(const std::string& name) {
     m_currentInvisible = false;
     m_handled = false;
     m_beforeInEntities = m_inEntities;
-    m_line = m_currentLine;
-    m_currentLine = {};
-    m_lightVertices.swap(m_currentVertices);
-    m_currentVertices.clear();
-    m_numbers = name == "LINE" ? Numbers::Line : name == "LWPOLYLINE" ? Numbers::LightPolyline : Numbers::Library;
+    m_high = m_currentHigh;
+    m_wide = m_currentWide;
+    m_currentHigh = m_currentWide = false;
+    nextNumbers(name);
     if (name == "SECTION")
         ++m_sections;
     if (name == "ENDSEC")
         m_inEntities = false;
 }
 
-bool DxfReader::takeNumber(int code, const char* value, int size) {
-    if (m_numbers == Numbers::Line) {
-        const int row = code / 10;
-        const int column = code % 10;
-        if (row < 1 || row > 3 || column > 1)
-            return false;
-        m_currentLine[size_t(row - 1 + 3 * column)] = numberOf(value, size);
-        return true;
+/// What was read of an entity is handed over, and the next one begins.
+void DxfReader::nextNumbers(const std::string& name) {
+    m_budget.memory(-m_held);
+    m_held = m_currentHeld;
+    m_currentHeld = 0;
+    switch (m_numbers) {
+    case Numbers::Line:
+        m_line = m_currentLine;
+        m_currentLine = {};
+        break;
+    case Numbers::LightPolyline:
+        m_lightVertices.swap(m_currentVertices);
+        m_currentVertices.clear();
+        break;
+    case Numbers::Spline:
+        m_spline = std::move(m_currentSpline);
+        m_currentSpline = Spline();
+        break;
+    case Numbers::Hatch:
+        m_hatch = m_currentHatch.finish();
+        m_hatchFaults = m_currentHatch.badEdges();
+        break;
+    default:
+        break;
     }
+    constexpr std::pair<const char*, Numbers> kReaders[] = {
+        {"LINE", Numbers::Line},         {"LWPOLYLINE", Numbers::LightPolyline},
+        {"POLYLINE", Numbers::Polyline}, {"VERTEX", Numbers::Polyline},
+        {"SPLINE", Numbers::Spline},     {"HATCH", Numbers::Hatch},
+        {"LEADER", Numbers::Leader},
+    };
+    m_numbers = Numbers::Library;
+    for (const auto& reader : kReaders) {
+        if (name == reader.first) {
+            m_numbers = reader.second;
+            break;
+        }
+    }
+    if (m_numbers == Numbers::Hatch)
+        m_currentHatch.begin();
+}
+
+bool DxfReader::takeNumber(int code, const char* value, int size) {
+    if (code < 10 || code > 99 || (code >= 60 && code <= 69))
+        return false;
+    switch (m_numbers) {
+    case Numbers::Line:
+        return takeLineNumber(code, code < 40 ? numberOf(value, size) : 0.0);
+    case Numbers::LightPolyline:
+        return takePolylineNumber(code, code < 50 ? numberOf(value, size) : 0.0);
+    case Numbers::Spline:
+        return takeSplineNumber(code, code < 50 ? numberOf(value, size) : 0.0);
+    case Numbers::Hatch:
+        return takeHatchNumber(code, numberOf(value, size));
+    case Numbers::Polyline:
+        m_currentWide = m_currentWide || ((code == 40 || code == 41) && numberOf(value, size) > 0.0);
+        return false;
+    case Numbers::Leader: // never drawn, and the library would make room for all the points that it tells
+        return code == 76;
+    default:
+        return false;
+    }
+}
+
+bool DxfReader::takeLineNumber(int code, double value) {
+    const int row = code / 10;
+    const int column = code % 10;
+    if (row > 3 || column > 1)
+        return false;
+    m_currentLine[size_t(row - 1 + 3 * column)] = value;
+    m_currentHigh = m_currentHigh || (row == 3 && isHigh(value));
+    return true;
+}
+
+/// Takes memory until the entity has been handed over.
+bool DxfReader::hold(qint64 bytes) {
+    if (!m_budget.memory(bytes))
+        return false;
+    m_currentHeld += bytes;
+    return true;
+}
+
+bool DxfReader::takePolylineNumber(int code, double value) {
     switch (code) {
     case 10:
-        if (m_budget.step())
-            m_currentVertices.push_back({{numberOf(value, size), 0.0}, 0.0});
+        if (hold(kVertexBytes))
+            m_currentVertices.push_back({{value, 0.0}, 0.0});
         return true;
     case 20:
         if (!m_currentVertices.empty())
-            m_currentVertices.back().place.setY(numberOf(value, size));
+            m_currentVertices.back().place.setY(value);
         return true;
     case 42:
         if (!m_currentVertices.empty())
-            m_currentVertices.back().bulge = numberOf(value, size);
+            m_currentVertices.back().bulge = value;
         return true;
-    case 40: // widths and the number of vertices: of no use here
+    case 40: // widths at the beginning and the end of a piece, and of all of them
     case 41:
     case 43:
-    case 90:
+        m_currentWide = m_currentWide || value > 0.0;
+        return true;
+    case 90: // the number of vertices, and their names
     case 91:
         return true;
     default:
         return false;
     }
+}
+
+bool DxfReader::takeSplineNumber(int code, double value) {
+    Nurbs& nurbs = m_currentSpline.nurbs;
+    std::vector<QPointF>& fit = m_currentSpline.fitPoints;
+    const bool grows = code == 10 || code == 11 || code == 40 || code == 41;
+    if (grows && !hold(kSplineBytes))
+        return true;
+    switch (code) {
+    case 10:
+        nurbs.points.emplace_back(value, 0.0);
+        return true;
+    case 20:
+        if (!nurbs.points.empty())
+            nurbs.points.back().setY(value);
+        return true;
+    case 11:
+        fit.emplace_back(value, 0.0);
+        return true;
+    case 21:
+        if (!fit.empty())
+            fit.back().setY(value);
+        return true;
+    case 40:
+        nurbs.knots.push_back(value);
+        return true;
+    case 41:
+        nurbs.weights.push_back(value);
+        return true;
+    case 30:
+    case 31:
+        m_currentHigh = m_currentHigh || isHigh(value);
+        return true;
+    case 72: // the numbers of knots, control points and fit points
+    case 73:
+    case 74:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool DxfReader::takeHatchNumber(int code, double value) {
+    if (code == 30)
+        m_currentHigh = m_currentHigh || isHigh(value);
+    m_currentHatch.take(code, value);
+    return true;
 }
 
 /// Tells an entity that the library passed over.
@@ -224,16 +357,10 @@ void DxfReader::setVariableString(const std::string& key, const std::string& val
     } else if (key == "$DWGCODEPAGE") {
         // "ANSI_936", "ansi_1252", "GB2312", ...
         const QByteArray page = QByteArray::fromStdString(value).toUpper();
-        if (page == "ANSI_936" || page == "GB2312")
-            m_codec = QTextCodec::codecForName("GBK");
-        else if (page == "ANSI_950")
-            m_codec = QTextCodec::codecForName("Big5");
-        else if (page == "ANSI_932")
-            m_codec = QTextCodec::codecForName("Shift_JIS");
-        else if (page == "ANSI_949")
-            m_codec = QTextCodec::codecForName("EUC-KR");
+        if (page == "GB2312")
+            m_codec = dxfCodec(936);
         else if (page.startsWith("ANSI_"))
-            m_codec = QTextCodec::codecForName("windows-" + page.mid(5));
+            m_codec = dxfCodec(page.mid(5).toInt());
     }
 }
 
@@ -317,6 +444,8 @@ bool DxfReader::take(const char* kind, DxfItem& item) {
     item.layer = m_scene.layer(attributes.getLayer());
     item.color = attributes.getColor();
     item.rgb = attributes.getColor24();
+    item.high = m_high;
+    item.wide = m_wide;
     const std::string type = attributes.getLinetype();
     item.dashed = type != "BYLAYER" && type != "BYBLOCK" && type != "CONTINUOUS" && type != "Continuous" &&
                   type != "ByLayer" && type != "ByBlock";
@@ -324,19 +453,19 @@ bool DxfReader::take(const char* kind, DxfItem& item) {
 }
 
 void DxfReader::put(DxfItem&& item) {
+    if (item.high)
+        convert(item.kind, Note::Flattened);
+    if (item.wide)
+        convert(item.kind, Note::LineWidth);
     m_scene.add(std::move(item));
 }
 
 /// Ends what comes in parts and whose end a damaged file left out.
 void DxfReader::flush() {
     finishPolyline();
-    finishSpline();
-    finishHatch();
 }
 
 void DxfReader::endEntity() {
-    finishSpline();
-    finishHatch();
     if (m_before != "POLYLINE" && m_before != "VERTEX")
         finishPolyline();
 }

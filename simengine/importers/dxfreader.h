@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/importers/dxfhatch.h"
 #include "simengine/importers/dxfscene.h"
 #include "simengine/importers/nurbs.h"
 
@@ -22,8 +23,9 @@ public:
     QString unitText() const;
 
     /// Called with each pair before the library reads it: it hands an entity over when the next one begins, tells
-    /// neither all flags nor what it passes over. True when the pair is not for the library: the numbers of lines and
-    /// of light polylines, of which files have most and for each of which it makes a stream.
+    /// neither all flags nor what it passes over. True when the pair is not for the library: the numbers of lines,
+    /// light polylines, splines and hatches, of which files have most, for each of which it makes a stream, and of
+    /// which it keeps more than the file has bytes.
     bool notePair(int code, const char* value, int size);
 
     void setVariableInt(const std::string& key, int value, int code) override;
@@ -41,9 +43,6 @@ public:
     void addPolyline(const DL_PolylineData& data) override;
     void addVertex(const DL_VertexData& data) override;
     void addSpline(const DL_SplineData& data) override;
-    void addControlPoint(const DL_ControlPointData& data) override;
-    void addFitPoint(const DL_FitPointData& data) override;
-    void addKnot(const DL_KnotData& data) override;
     void addInsert(const DL_InsertData& data) override;
     void addTrace(const DL_TraceData& data) override;
     void add3dFace(const DL_3dFaceData& data) override;
@@ -54,8 +53,6 @@ public:
     void addArcAlignedText(const DL_ArcAlignedTextData& data) override;
     void addAttribute(const DL_AttributeData& data) override;
     void addHatch(const DL_HatchData& data) override;
-    void addHatchLoop(const DL_HatchLoopData& data) override;
-    void addHatchEdge(const DL_HatchEdgeData& data) override;
     void addImage(const DL_ImageData& data) override;
     void endEntity() override;
     void endSequence() override;
@@ -70,16 +67,18 @@ private:
         QPointF place;
         double bulge;
     };
+    /// Bytes of a vertex while its table grows.
+    static constexpr qint64 kVertexBytes = 40;
 
     Plane plane(double height) const;
     bool take(const char* kind, DxfItem& item);
     void put(DxfItem&& item);
     void flush();
     void finishPolyline();
-    void finishSpline();
-    void finishHatch();
+    PathShape polylinePath(const std::vector<Vertex>& vertices);
     void quad(const char* kind, const double* x, const double* y, const double* z, bool ownPlane);
     void putText(const char* kind, const DL_TextData& data);
+    QStringList plainLines(const char* kind, const DxfPlainText& plain);
     void settle();
     void applyUnit();
     void skip(const char* kind, Note note);
@@ -98,14 +97,33 @@ private:
     bool m_badText = false;
 
     bool takeNumber(int code, const char* value, int size);
+    bool takeLineNumber(int code, double value);
+    bool takePolylineNumber(int code, double value);
+    bool takeSplineNumber(int code, double value);
+    bool takeHatchNumber(int code, double value);
     void nextEntity(const std::string& name);
+    void nextNumbers(const std::string& name);
+    bool hold(qint64 bytes);
 
-    enum class Numbers { Library, Line, LightPolyline };
+    /// A spline as it is read.
+    struct Spline {
+        Nurbs nurbs;
+        std::vector<QPointF> fitPoints;
+    };
+
+    enum class Numbers { Library, Line, LightPolyline, Polyline, Spline, Hatch, Leader };
     Numbers m_numbers = Numbers::Library; ///< who reads those of the current entity
     std::array<double, 6> m_currentLine{};
     std::array<double, 6> m_line{};
     std::vector<Vertex> m_currentVertices;
     std::vector<Vertex> m_lightVertices;
+    Spline m_currentSpline;
+    Spline m_spline;
+    DxfHatch m_currentHatch;
+    PathShape m_hatch;
+    int m_hatchFaults = 0;
+    qint64 m_currentHeld = 0; ///< bytes of vertices and splines, given back when their entity is over
+    qint64 m_held = 0;
 
     // the entity that is being read, and the one before it, which the library hands over when the next one begins
     std::string m_current;
@@ -114,6 +132,10 @@ private:
     int m_flags = 0;
     bool m_currentInvisible = false;
     bool m_invisible = false;
+    bool m_currentHigh = false; ///< a height that is not 0
+    bool m_high = false;
+    bool m_currentWide = false; ///< a width that is not 0
+    bool m_wide = false;
     bool m_handled = true;
     bool m_inEntities = false;
     bool m_beforeInEntities = false;
@@ -124,22 +146,10 @@ private:
     DxfItem m_polylineItem;
     Plane m_polylinePlane;
     std::vector<Vertex> m_vertices;
-
-    bool m_spline = false;
-    bool m_splineTaken = false;
-    DxfItem m_splineItem;
-    int m_splineFlags = 0;
-    Nurbs m_nurbs;
-    std::vector<QPointF> m_fitPoints;
-
-    bool m_hatch = false;
-    bool m_hatchTaken = false;
-    DxfItem m_hatchItem;
-    Plane m_hatchPlane;
-    PathShape m_hatchPath;
-    bool m_hatchBegin = false;
+    qint64 m_verticesHeld = 0;
 
     std::string m_paragraph;
+    bool m_paragraphTooLong = false;
 };
 
 } // namespace sim

@@ -2,7 +2,7 @@
 #include "simengine/importers/dxfreader.h"
 
 #include <cmath>
-#include <cstring>
+#include <utility>
 
 namespace sim {
 
@@ -20,26 +20,6 @@ constexpr int kSplineClosed = 1;
 /// How far curves may be off a spline, mm; and in parts of its extent, for blocks that are inserted larger.
 constexpr double kSplineTolerance = 2.0e-4;
 constexpr double kSplinePart = 1.0e-7;
-
-/// From one angle on to the other, counter-clockwise, degrees; equal ones make a full turn.
-double sweepOf(double from, double to) {
-    const double sweep = std::fmod(to - from, 360.0);
-    return sweep > 1e-9 ? sweep : sweep + 360.0;
-}
-
-double extentOf(const std::vector<QPointF>& points) {
-    Box box;
-    for (const QPointF& p : points)
-        box.add(p.x(), p.y());
-    return box.isValid() ? std::max(box.width(), box.height()) : 0.0;
-}
-
-/// The library leaves the direction of an edge unset that tells none: whatever stands there is a byte, not yet a bool.
-bool counterclockwise(const DL_HatchEdgeData& edge) {
-    unsigned char byte = 0;
-    std::memcpy(&byte, &edge.ccw, 1);
-    return (byte & 1) != 0;
-}
 
 bool finite(std::initializer_list<double> values) {
     for (double v : values) {
@@ -66,8 +46,6 @@ void DxfReader::addLine(const DL_LineData&) {
     if (!take("LINE", item))
         return;
     const std::array<double, 6>& v = m_line;
-    if (std::abs(v[2] - v[5]) > 1e-9)
-        convert("LINE", Note::Flattened);
     item.shape = DxfLine{{v[0], v[1]}, {v[3], v[4]}};
     put(std::move(item));
 }
@@ -157,8 +135,10 @@ void DxfReader::addPolyline(const DL_PolylineData& data) {
     m_polyline = true;
     m_polylineFlags = data.flags;
     m_vertices.clear();
-    if (light)
+    if (light) {
         m_vertices.swap(m_lightVertices);
+        m_verticesHeld = std::exchange(m_held, 0);
+    }
     m_polylineItem = DxfItem();
     m_polylineTaken = take(kind, m_polylineItem);
     if (m_polylineTaken && !light && (data.flags & (Mesh | FaceMesh)) != 0) {
@@ -173,91 +153,81 @@ void DxfReader::addPolyline(const DL_PolylineData& data) {
 void DxfReader::addVertex(const DL_VertexData& data) {
     m_handled = true;
     const bool frame = m_before == "VERTEX" && (m_flags & kFrameVertex) != 0;
-    if (m_polyline && m_polylineTaken && !frame && m_budget.step())
-        m_vertices.push_back({{data.x, data.y}, data.bulge});
+    if (!m_polyline || !m_polylineTaken || frame || !m_budget.memory(kVertexBytes))
+        return;
+    m_verticesHeld += kVertexBytes;
+    m_vertices.push_back({{data.x, data.y}, data.bulge});
+    m_polylineItem.high = m_polylineItem.high || m_high;
+    m_polylineItem.wide = m_polylineItem.wide || m_wide;
 }
 
 void DxfReader::finishPolyline() {
     if (!m_polyline)
         return;
     m_polyline = false;
-    if (!m_polylineTaken || m_vertices.empty())
+    std::vector<Vertex> vertices;
+    vertices.swap(m_vertices);
+    m_budget.memory(-m_verticesHeld);
+    m_verticesHeld = 0;
+    if (!m_polylineTaken || vertices.empty())
         return;
-    const bool closed = (m_polylineFlags & Closed) != 0 && m_vertices.size() > 1;
+    const QTransform& place = m_polylinePlane.toDrawing;
+    if (vertices.size() == 1) {
+        m_polylineItem.shape = place.map(vertices.front().place);
+    } else {
+        PathShape path = polylinePath(vertices);
+        vertices = {};
+        m_polylineItem.shape = place.isIdentity() ? std::move(path) : mapPath(path, place);
+    }
+    if (m_budget.ok())
+        put(std::move(m_polylineItem));
+}
+
+PathShape DxfReader::polylinePath(const std::vector<Vertex>& vertices) {
+    const bool closed = (m_polylineFlags & Closed) != 0;
     PathShape path;
-    path.points.reserve(int(m_vertices.size()));
-    path.verbs.reserve(int(m_vertices.size()) + 1);
-    path.moveTo(m_vertices.front().place);
-    for (size_t i = 1; i < m_vertices.size(); ++i)
-        appendBulge(path, m_vertices[i].place, m_vertices[i - 1].bulge);
-    if (closed && std::abs(m_vertices.back().bulge) > 1e-12)
-        appendBulge(path, m_vertices.front().place, m_vertices.back().bulge);
+    path.points.reserve(int(vertices.size()));
+    path.verbs.reserve(int(vertices.size()) + 1);
+    path.moveTo(vertices.front().place);
+    for (size_t i = 1; i < vertices.size() && m_budget.hasRoom(path.points.size()); ++i)
+        appendBulge(path, vertices[i].place, vertices[i - 1].bulge);
+    if (closed && std::abs(vertices.back().bulge) > 1e-12)
+        appendBulge(path, vertices.front().place, vertices.back().bulge);
     if (closed)
         path.close();
-    if (m_vertices.size() == 1)
-        m_polylineItem.shape = m_polylinePlane.toDrawing.map(m_vertices.front().place);
-    else
-        m_polylineItem.shape = m_polylinePlane.toDrawing.isIdentity() ? path : mapPath(path, m_polylinePlane.toDrawing);
-    put(std::move(m_polylineItem));
-    m_vertices.clear();
+    return path;
 }
 
 void DxfReader::addSpline(const DL_SplineData& data) {
     flush();
-    m_spline = true;
-    m_splineItem = DxfItem();
-    m_splineTaken = take("SPLINE", m_splineItem);
-    m_splineFlags = data.flags;
-    m_nurbs = Nurbs();
-    m_nurbs.degree = int(std::min(data.degree, 1000u));
-    m_fitPoints.clear();
-}
-
-void DxfReader::addControlPoint(const DL_ControlPointData& data) {
-    if (!m_spline || !m_budget.step())
+    DxfItem item;
+    Spline spline;
+    std::swap(spline, m_spline);
+    m_budget.memory(-std::exchange(m_held, 0));
+    if (!take("SPLINE", item))
         return;
-    m_nurbs.points.push_back({data.x, data.y});
-    m_nurbs.weights.push_back(data.w);
-}
-
-void DxfReader::addFitPoint(const DL_FitPointData& data) {
-    if (m_spline && m_budget.step())
-        m_fitPoints.push_back({data.x, data.y});
-}
-
-void DxfReader::addKnot(const DL_KnotData& data) {
-    if (m_spline && m_budget.step())
-        m_nurbs.knots.push_back(data.k);
-}
-
-void DxfReader::finishSpline() {
-    if (!m_spline)
-        return;
-    m_spline = false;
-    if (!m_splineTaken)
-        return;
-    PathShape path;
-    // weights of one are none
-    const auto& w = m_nurbs.weights;
+    const bool closed = (data.flags & kSplineClosed) != 0;
+    Nurbs& nurbs = spline.nurbs;
+    nurbs.degree = int(std::min(data.degree, 1000u));
+    // weights of one are none, and what has no weight has that of one
+    std::vector<double>& w = nurbs.weights;
+    w.resize(nurbs.points.size(), 1.0);
     if (std::all_of(w.begin(), w.end(), [](double v) { return v == 1.0; }))
-        m_nurbs.weights.clear();
-    const double extent = extentOf(m_nurbs.points);
+        w.clear();
+    const double extent = extentOf(nurbs.points);
     const double tolerance = std::max(1e-12, std::min(kSplineTolerance / m_scene.unit(), extent * kSplinePart));
-    if (m_nurbs.points.empty() && m_fitPoints.size() > 1) {
-        appendThrough(path, m_fitPoints, (m_splineFlags & kSplineClosed) != 0);
+    PathShape path;
+    if (nurbs.points.empty() && spline.fitPoints.size() > 1) {
+        appendThrough(path, spline.fitPoints, closed);
         convert("SPLINE", Note::FitPoints);
-    } else if (!appendNurbs(path, m_nurbs, tolerance)) {
+    } else if (!appendNurbs(path, nurbs, tolerance, &m_budget)) {
         skip("SPLINE", Note::BadNumber);
         return;
-    } else if ((m_splineFlags & kSplineClosed) != 0 && path.points.size() > 2) {
-        const QPointF gap = path.points.last() - path.points.first();
-        if (std::hypot(gap.x(), gap.y()) <= 1e-9 * extent) {
-            path.points.last() = path.points.first();
-            path.close();
-        }
+    } else if (closed && path.points.size() > 2) {
+        closeMeeting(path, 1e-9 * extent);
     }
-    m_splineItem.shape = std::move(path);
-    put(std::move(m_splineItem));
+    item.shape = std::move(path);
+    put(std::move(item));
 }
 
 void DxfReader::addInsert(const DL_InsertData& data) {
@@ -275,16 +245,17 @@ void DxfReader::addInsert(const DL_InsertData& data) {
         convert("INSERT", Note::Tilted);
     QTransform turn;
     turn.rotate(data.angle);
-    DxfInsert insert;
-    insert.block = data.name;
-    insert.columns = std::max(1, data.cols);
-    insert.rows = std::max(1, data.rows);
-    insert.column = {data.colSp, 0.0};
-    insert.row = {0.0, data.rowSp};
+    auto insert = std::make_unique<DxfInsert>();
+    insert->block = data.name;
+    insert->columns = std::max(1, data.cols);
+    insert->rows = std::max(1, data.rows);
+    insert->column = {data.colSp, 0.0};
+    insert->row = {0.0, data.rowSp};
     const QTransform& ocs = own.toDrawing;
-    insert.turn = turn * QTransform(ocs.m11(), ocs.m12(), ocs.m21(), ocs.m22(), 0, 0);
-    item.place = QTransform::fromScale(data.sx, data.sy) * turn * QTransform::fromTranslate(data.ipx, data.ipy) * ocs;
-    item.shape = insert;
+    insert->turn = turn * QTransform(ocs.m11(), ocs.m12(), ocs.m21(), ocs.m22(), 0, 0);
+    insert->place =
+        QTransform::fromScale(data.sx, data.sy) * turn * QTransform::fromTranslate(data.ipx, data.ipy) * ocs;
+    item.shape = std::move(insert);
     put(std::move(item));
 }
 
@@ -333,98 +304,20 @@ void DxfReader::addImage(const DL_ImageData&) {
 
 void DxfReader::addHatch(const DL_HatchData&) {
     flush();
-    m_hatch = true;
-    m_hatchItem = DxfItem();
-    m_hatchTaken = take("HATCH", m_hatchItem);
-    m_hatchPlane = plane(0.0);
-    m_hatchPath = PathShape();
-    m_hatchBegin = true;
-}
-
-void DxfReader::addHatchLoop(const DL_HatchLoopData&) {
-    if (m_hatchPath.verbs.size() > 0 && m_hatchPath.verbs.last() != PathVerb::Close)
-        m_hatchPath.close();
-    m_hatchBegin = true;
-}
-
-void DxfReader::addHatchEdge(const DL_HatchEdgeData& edge) {
-    if (!m_hatch || !m_hatchTaken || !m_budget.points(16))
+    DxfItem item;
+    if (!take("HATCH", item))
         return;
-    PathShape& path = m_hatchPath;
-    const auto reach = [&](const QPointF& p) {
-        if (m_hatchBegin)
-            path.moveTo(p);
-        else if (path.points.last() != p)
-            path.lineTo(p);
-        m_hatchBegin = false;
-    };
-    switch (edge.type) {
-    case 0:
-        for (size_t i = 0; i <= edge.vertices.size() && !edge.vertices.empty() && m_budget.step(); ++i) {
-            const auto& v = edge.vertices[i % edge.vertices.size()];
-            const auto& before = edge.vertices[(i + edge.vertices.size() - 1) % edge.vertices.size()];
-            if (v.size() < 2)
-                break;
-            if (i == 0)
-                reach({v[0], v[1]});
-            else
-                appendBulge(path, {v[0], v[1]}, before.size() > 2 ? before[2] : 0.0);
-        }
-        break;
-    case 1:
-        reach({edge.x1, edge.y1});
-        path.lineTo({edge.x2, edge.y2});
-        break;
-    case 2:
-    case 3: {
-        const bool circle = edge.type == 2;
-        const QPointF u = circle ? QPointF(edge.radius, 0.0) : QPointF(edge.mx, edge.my);
-        const double ratio = circle ? 1.0 : edge.ratio;
-        // edges that run clockwise are told by the angles of their mirror image
-        const double turn = counterclockwise(edge) ? 1.0 : -1.0;
-        if (!finite({edge.cx, edge.cy, u.x(), u.y(), ratio, edge.angle1, edge.angle2}))
-            break;
-        const EllipseAxes axes{{edge.cx, edge.cy}, u, QPointF(-u.y(), u.x()) * ratio};
-        const double sweep = sweepOf(edge.angle1 / kDegree, edge.angle2 / kDegree) * kDegree;
-        reach(axes.at(turn * edge.angle1));
-        appendEllipse(path, axes, turn * edge.angle1, turn * sweep);
-        break;
-    }
-    case 4: {
-        Nurbs spline;
-        spline.degree = int(std::min(edge.degree, 1000u));
-        spline.knots = edge.knots;
-        spline.weights = edge.weights;
-        for (const auto& p : edge.controlPoints)
-            spline.points.push_back(p.size() > 1 ? QPointF(p[0], p[1]) : QPointF());
-        PathShape part;
-        if (!appendNurbs(part, spline, std::max(1e-12, extentOf(spline.points) * kSplinePart))) {
-            skip("HATCH", Note::BadNumber);
-            break;
-        }
-        reach(part.points.first());
-        path.verbs += part.verbs.mid(1);
-        path.points += part.points.mid(1);
-        break;
-    }
-    default:
-        break;
-    }
-}
-
-void DxfReader::finishHatch() {
-    if (!m_hatch)
+    if (m_hatchFaults > 0)
+        m_result.skip(QStringLiteral("HATCH"), noteText(Note::BadNumber), m_hatchFaults);
+    if (m_hatch.verbs.isEmpty())
         return;
-    m_hatch = false;
-    if (!m_hatchTaken || m_hatchPath.verbs.isEmpty())
-        return;
-    if (m_hatchPath.verbs.last() != PathVerb::Close)
-        m_hatchPath.close();
     convert("HATCH", Note::HatchOutline);
-    if (m_hatchPlane.tilted)
+    const Plane own = plane(0.0);
+    if (own.tilted)
         convert("HATCH", Note::Tilted);
-    m_hatchItem.shape = mapPath(m_hatchPath, m_hatchPlane.toDrawing);
-    put(std::move(m_hatchItem));
+    item.shape = mapPath(m_hatch, own.toDrawing);
+    m_hatch = PathShape();
+    put(std::move(item));
 }
 
 } // namespace sim

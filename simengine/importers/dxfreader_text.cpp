@@ -3,6 +3,7 @@
 #include "simengine/importers/dxfreader.h"
 
 #include <cmath>
+#include <utility>
 
 namespace sim {
 
@@ -14,6 +15,8 @@ enum Across { Left, Center, Right, Aligned, Middle, Fit };
 enum Generation { Backwards = 2, UpsideDown = 4 };
 /// Bytes of one paragraph text.
 constexpr size_t kMostBytes = 100000;
+/// What one of them costs the budget while its codes are looked for.
+constexpr qint64 kCodeCost = 8;
 
 bool usable(std::initializer_list<double> values) {
     for (double v : values) {
@@ -37,8 +40,9 @@ void DxfReader::putText(const char* kind, const DL_TextData& data) {
         skip(kind, Note::BadNumber);
         return;
     }
-    DxfText text;
-    text.lines = QStringList(dxfPlainText(decoded(data.text)));
+    auto writing = std::make_unique<DxfWriting>();
+    DxfText& text = writing->text;
+    text.lines = plainLines(kind, dxfPlainText(decoded(data.text)));
     text.height = data.height;
     text.widthFactor = data.xScaleFactor > 0.0 ? data.xScaleFactor : 1.0;
     const QPointF first(data.ipx, data.ipy);
@@ -63,8 +67,8 @@ void DxfReader::putText(const char* kind, const DL_TextData& data) {
     const Plane own = plane(data.ipz);
     if (own.tilted)
         convert(kind, Note::Tilted);
-    item.place = mirror * turn * QTransform::fromTranslate(place.x(), place.y()) * own.toDrawing;
-    item.shape = text;
+    writing->place = mirror * turn * QTransform::fromTranslate(place.x(), place.y()) * own.toDrawing;
+    item.shape = std::move(writing);
     put(std::move(item));
 }
 
@@ -83,25 +87,40 @@ void DxfReader::addArcAlignedText(const DL_ArcAlignedTextData&) {
 }
 
 void DxfReader::addMTextChunk(const std::string& text) {
-    if (m_paragraph.size() < kMostBytes)
+    m_paragraphTooLong = m_paragraphTooLong || m_paragraph.size() + text.size() > kMostBytes;
+    if (!m_paragraphTooLong)
         m_paragraph += text;
+}
+
+/// The lines of a text, and what they lack told.
+QStringList DxfReader::plainLines(const char* kind, const DxfPlainText& plain) {
+    if (plain.formatted)
+        convert(kind, Note::TextFormat);
+    m_badText = m_badText || plain.unknown;
+    return plain.lines;
 }
 
 void DxfReader::addMText(const DL_MTextData& data) {
     flush();
     std::string bytes;
     bytes.swap(m_paragraph);
+    const bool tooLong = std::exchange(m_paragraphTooLong, false);
     DxfItem item;
-    if (!take("MTEXT", item))
+    if (!take("MTEXT", item) || !m_budget.step(qint64(bytes.size()) * kCodeCost))
         return;
+    if (tooLong) {
+        skip("MTEXT", Note::TextTooLong);
+        return;
+    }
     if (!usable({data.ipx, data.ipy, data.height, data.width, data.angle, data.lineSpacingFactor}) ||
         !(data.height > 0.0)) {
         skip("MTEXT", Note::BadNumber);
         return;
     }
     bytes += data.text;
-    DxfText text;
-    text.lines = dxfParagraphs(decoded(bytes));
+    auto writing = std::make_unique<DxfWriting>();
+    DxfText& text = writing->text;
+    text.lines = plainLines("MTEXT", dxfParagraphs(decoded(bytes)));
     text.height = data.height;
     if (data.lineSpacingFactor > 0.0)
         text.lineStep *= data.lineSpacingFactor;
@@ -112,8 +131,8 @@ void DxfReader::addMText(const DL_MTextData& data) {
     text.along = along[place / 3];
     QTransform turn;
     turn.rotateRadians(data.angle);
-    item.place = turn * QTransform::fromTranslate(data.ipx, data.ipy) * plane(0.0).toDrawing;
-    item.shape = text;
+    writing->place = turn * QTransform::fromTranslate(data.ipx, data.ipy) * plane(0.0).toDrawing;
+    item.shape = std::move(writing);
     put(std::move(item));
 }
 

@@ -3,26 +3,23 @@
 
 #include "simengine/importers/curves.h"
 #include "simengine/importers/drawingbuilder.h"
+#include "simengine/importers/dxfletters.h"
 
 #include <QHash>
+#include <deque>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <unordered_map>
 #include <variant>
 
 namespace sim {
 
-/// A text as a drawing has it, one line or many.
-struct DxfText {
-    QStringList lines;
-    double height = 1.0;
-    double widthFactor = 1.0;
-    double slant = 0.0;        ///< radians
-    double lineStep = 5.0 / 3; ///< from base line to base line, in heights
-    int across = 0;            ///< 0 left, 1 middle, 2 right
-    int along = 0;             ///< 0 base line, 1 bottom, 2 middle, 3 top
-    double fitWidth = 0.0;     ///< of the line, where it is to fit one; else 0
-    bool fitHeight = false;    ///< the height follows the width
-    double wrapWidth = 0.0;    ///< where lines are broken; else 0
+/// A text and its letters, which are made when it is first drawn: a block may be inserted very often.
+struct DxfWriting {
+    DxfText text;
+    QTransform place;
+    std::optional<DxfLetters> letters;
 };
 
 struct DxfArc {
@@ -43,18 +40,20 @@ struct DxfInsert {
     QPointF column; ///< way to the next one, in the insert's own directions
     QPointF row;
     QTransform turn; ///< of those directions
+    QTransform place;
 };
 
-/// One entity. Its geometry is in the coordinates of the drawing or block; a text's and an insert's are its own, and
-/// `place` brings them there.
+/// One entity, of which blocks keep millions. Its geometry is in the coordinates of the drawing or block; a text's and
+/// an insert's are its own, and their `place` brings them there.
 struct DxfItem {
     const char* kind = "";
     int layer = 0;
     int color = 256; ///< number, 0 by block, 256 by layer
     int rgb = -1;    ///< true colour, -1 for none
     bool dashed = false;
-    std::variant<DxfLine, PathShape, DxfArc, QPointF, DxfText, DxfInsert> shape;
-    QTransform place;
+    bool high = false; ///< told of heights that are not 0
+    bool wide = false; ///< lines with a width of their own
+    std::variant<DxfLine, PathShape, DxfArc, QPointF, std::unique_ptr<DxfWriting>, std::unique_ptr<DxfInsert>> shape;
 };
 
 /// Layers, blocks and entities of a drawing on their way to objects.
@@ -82,8 +81,8 @@ private:
     };
     struct Block {
         QPointF base;
-        std::vector<DxfItem> items;
-        bool open = false; ///< being inserted
+        std::deque<DxfItem> items; ///< grows without moving
+        bool open = false;         ///< being inserted
     };
     /// What an insert hands to its block's entities.
     struct Context {
@@ -97,7 +96,8 @@ private:
     void emitItem(const DxfItem& item, const Context& context);
     void emitInsert(const DxfItem& item, const Context& context, const Context& inner);
     void emitLine(const DxfItem& item, const DxfLine& line, const Context& context, int pen);
-    void emitText(const DxfItem& item, const DxfText& text, const Context& context, int pen);
+    void emitText(const DxfItem& item, DxfWriting& writing, const Context& context, int pen);
+    std::string folded(const std::string& name) const;
     void flushLine();
     int penOf(int layer, bool byLayer, const QColor& color);
 
@@ -108,8 +108,9 @@ private:
     std::function<QString(const std::string&)> m_names;
     std::vector<Layer> m_layers;
     std::unordered_map<std::string, int> m_layerIndex;
-    std::unordered_map<std::string, Block> m_blocks;
+    std::unordered_map<std::string, Block> m_blocks; ///< by folded name
     Block* m_block = nullptr;
+    bool m_leaveOut = false; ///< what comes belongs to a block that was defined before
     QHash<quint64, int> m_pens;
     QPolygonF m_chain; ///< lines that meet end to end
     int m_chainPen = 0;

@@ -29,6 +29,12 @@ public:
     bool points(qint64 count) { return spend(m_points, count, kMostPoints, Note::TooManyPoints); }
     /// The same for elements of the file.
     bool elements(qint64 count = 1) { return spend(m_elements, count, kMostElements, Note::TooManyElements); }
+    /// The points could still be had; for a path that is on its way to the drawing, where they are counted.
+    bool hasRoom(qint64 points) {
+        if (m_points + points > kMostPoints)
+            fail(Note::TooManyPoints);
+        return ok();
+    }
     /// The same for points that the curves of the drawing have as lines, as flattenedPointCount() tells them.
     bool flatPoints(qint64 count) { return hold(m_flatPoints, count, kMostFlatPoints, Note::TooManyPoints); }
     /// Takes bytes that the import holds until it gives them back as a negative number. Ask before they are taken.

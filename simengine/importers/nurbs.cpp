@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/nurbs.h"
 
+#include "simengine/importers/importbudget.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -98,8 +100,17 @@ Piece pieceOf(const Nurbs& spline, const std::vector<Weighted>& points, int span
     return Piece({local.begin() + (last - p), local.begin() + last + 1});
 }
 
+/// What the curves of one spline may still take.
+struct Left {
+    int curves = kMostCurves;
+    ImportBudget* budget = nullptr;
+
+    /// A curve is evaluated in steps that go with the square of its degree.
+    bool take(int degree) { return --curves >= 0 && (!budget || budget->step(qint64(degree) * degree)); }
+};
+
 /// A cubic with the piece's ends and slopes; halved until it keeps within the tolerance.
-bool appendPiece(PathShape& path, const Piece& piece, double from, double to, double tolerance, int depth, int& left) {
+bool appendPiece(PathShape& path, const Piece& piece, double from, double to, double tolerance, int depth, Left& left) {
     const Place a = piece.at(from);
     const Place b = piece.at(to);
     const double third = (to - from) / 3.0;
@@ -112,7 +123,7 @@ bool appendPiece(PathShape& path, const Piece& piece, double from, double to, do
         const QPointF off = p - piece.at(from + (to - from) * t).point;
         worst = std::max(worst, std::hypot(off.x(), off.y()));
     }
-    if (!std::isfinite(worst) || --left < 0)
+    if (!std::isfinite(worst) || !left.take(piece.degree()))
         return false;
     if (worst > tolerance && depth < kMostHalvings) {
         const double middle = (from + to) / 2.0;
@@ -147,7 +158,7 @@ bool isSound(const Nurbs& s) {
     return s.knots[size_t(s.degree)] < s.knots[s.points.size()];
 }
 
-bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance) {
+bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance, ImportBudget* budget) {
     if (!isSound(spline))
         return false;
     std::vector<Weighted> points;
@@ -155,7 +166,8 @@ bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance) {
         const double w = spline.weights.empty() ? 1.0 : spline.weights[i];
         points.push_back({spline.points[i].x() * w, spline.points[i].y() * w, w});
     }
-    int left = kMostCurves;
+    Left left;
+    left.budget = budget;
     bool begun = false;
     for (int span = spline.degree; span < int(spline.points.size()); ++span) {
         if (!(spline.knots[size_t(span) + 1] > spline.knots[size_t(span)]))
@@ -164,12 +176,21 @@ bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance) {
         if (!begun)
             path.moveTo(piece.at(0.0).point);
         begun = true;
+        if (budget && !budget->step(qint64(spline.degree) * spline.degree))
+            return false;
         if (piece.degree() == 1)
             path.lineTo(piece.at(1.0).point);
         else if (!appendPiece(path, piece, 0.0, 1.0, tolerance, 0, left))
             return false;
     }
     return begun;
+}
+
+double extentOf(const std::vector<QPointF>& points) {
+    Box box;
+    for (const QPointF& p : points)
+        box.add(p.x(), p.y());
+    return box.isValid() ? std::max(box.width(), box.height()) : 0.0;
 }
 
 void appendThrough(PathShape& path, const std::vector<QPointF>& points, bool closed) {

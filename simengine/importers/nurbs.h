@@ -5,6 +5,8 @@
 
 namespace sim {
 
+class ImportBudget;
+
 /// A spline as drawings have it: control points with weights over knots.
 struct Nurbs {
     int degree = 3;
@@ -20,8 +22,12 @@ struct Nurbs {
 bool isSound(const Nurbs& spline);
 
 /// Appends the spline as cubic curves within `tolerance` of it; splines up to the third degree without weights exactly.
-/// The first point is a Move. False when the spline is not sound or would need too many curves.
-bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance);
+/// The first point is a Move. False when the spline is not sound or would need too many curves or more time than a
+/// budget has.
+bool appendNurbs(PathShape& path, const Nurbs& spline, double tolerance, ImportBudget* budget = nullptr);
+
+/// The larger side of the points' box.
+double extentOf(const std::vector<QPointF>& points);
 
 /// Appends a curve that goes smoothly through the points; a closed one comes back to the first.
 void appendThrough(PathShape& path, const std::vector<QPointF>& points, bool closed);

@@ -273,6 +273,60 @@ void HostileTest::file_ends_within_its_bounds_data() {
                                     "20,-900000;10,900000;20,900000;10,-900000;20,900000;10,900000;20,-900000;")
                              .repeated(5000));
     });
+    const QByteArray comment = "999," + QByteArray(900, 'x') + ";";
+    row("control points by number", "dxf", false,
+        [comment] { return dxf::file("0,SPLINE;8,0;71,3;73,25000000;10,0;20,0;" + comment.repeated(120000)); });
+    row("points of a leader by number", "dxf", false,
+        [comment] { return dxf::file("0,LEADER;8,0;76,25000000;10,0;20,0;" + comment.repeated(120000)); });
+    row("vertices without end", "dxf", true,
+        [] { return dxf::file("0,LWPOLYLINE;8,0;" + QByteArray("10,1;20,2;").repeated(6500000)); });
+    row("bulges without end", "dxf", true,
+        [] { return dxf::file("0,LWPOLYLINE;8,0;" + QByteArray("10,1;20,2;42,99999;10,9;20,2;").repeated(2000000)); });
+    row("knots without end", "dxf", true,
+        [] { return dxf::file("0,SPLINE;8,0;71,3;" + QByteArray("40,1;10,2;20,2;41,2;").repeated(3000000)); });
+    row("edges without end", "dxf", true,
+        [] { return dxf::file("0,HATCH;8,0;91,1;92,1;" + QByteArray("72,1;").repeated(10000000)); });
+    row("spline of an edge without end", "dxf", true,
+        [] { return dxf::file("0,HATCH;8,0;91,1;92,1;72,4;94,3;" + QByteArray("40,1;").repeated(12000000)); });
+    row("one block of everything", "dxf", false, [] {
+        return dxf::file("0,POINT;8,0;10,0;20,0;", "0,BLOCK;8,0;2,B;10,0;20,0;" +
+                                                       QByteArray("0,LINE;8,0;10,0;20,0;11,1;21,1;").repeated(1100000) +
+                                                       "0,ENDBLK;8,0;");
+    });
+    row("arcs in a block", "dxf", true, [] {
+        return dxf::file("0,POINT;8,0;10,0;20,0;",
+                         "0,BLOCK;8,0;2,B;10,0;20,0;" +
+                             QByteArray("0,LWPOLYLINE;8,0;10,0;20,0;42,9;10,3;20,0;42,9;10,9;20,0;").repeated(900000) +
+                             "0,ENDBLK;8,0;");
+    });
+    row("all layers another", "dxf", true, [] {
+        QByteArray body;
+        for (int i = 0; i < 1900000; ++i)
+            body += "0,POINT;8,L" + QByteArray::number(i) + ";10,0;20,0;";
+        return dxf::file(body);
+    });
+    row("paragraphs to be wrapped", "dxf", false, [] {
+        return dxf::file(QByteArray("0,MTEXT;8,0;10,0;20,0;40,1;41,9000000;" +
+                                    QByteArray("3," + QByteArray("i ").repeated(124) + ";").repeated(40) + "1,B;")
+                             .repeated(8));
+    });
+    row("codes without their end", "dxf", false, [] {
+        return dxf::file(QByteArray("0,MTEXT;8,0;10,0;20,0;40,1;" +
+                                    QByteArray("3," + QByteArray("\\H").repeated(490) + ";").repeated(100) + "1,B;")
+                             .repeated(200));
+    });
+    row("blank paragraph inserted again and again", "dxf", true, [] {
+        return dxf::file(QByteArray("0,INSERT;8,0;2,B;10,0;20,0;").repeated(900000),
+                         "0,BLOCK;8,0;2,B;10,0;20,0;0,MTEXT;8,0;10,0;20,0;40,1;" +
+                             QByteArray("3," + QByteArray("\\~").repeated(120) + ";").repeated(80) +
+                             "1,B;0,ENDBLK;8,0;");
+    });
+    row("paragraphs of an outline font", "dxf", true, [] {
+        return dxf::file(QByteArray("0,MTEXT;8,0;10,0;20,0;40,1;" +
+                                    QByteArray("3," + QByteArray("\xe4\xb8\xad").repeated(80) + "\\P;").repeated(100) +
+                                    "1,B;")
+                             .repeated(2000));
+    });
     row("degree without end", "dxf", false,
         [] { return dxf::file("0,SPLINE;8,0;71,2147483647;72,4;73,2;40,0;40,0;40,1;40,1;10,0;20,0;10,1;20,1;"); });
     row("huge numbers", "dxf", false, [] {
