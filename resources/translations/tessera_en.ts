@@ -1230,7 +1230,6 @@
     <message><source>不支持此样式规则</source><translation>this style rule is not applied</translation></message>
     <message><source>剪切路径中不支持此图元</source><translation>such elements are not applied in a clip</translation></message>
     <message><source>用于其他语言或其他程序</source><translation>it is meant for another language or another program</translation></message>
-    <message><source>文字过长</source><translation>the text is too long</translation></message>
     <message><source>图元的属性过多</source><translation>an element has too many attributes</translation></message>
     <message><source>文件未指定单位,按毫米计算</source><translation>the file names no unit, millimetres are assumed</translation></message>
     <message><source>已隐藏,或所在图层已关闭或冻结</source><translation>it is hidden, or its layer is off or frozen</translation></message>

@@ -38,6 +38,7 @@ enum class Note {
     Dashed,
     UnknownElement,
     Nothing,
+    TextTooLong,
     // SVG
     Pictures,
     Masks,
@@ -54,7 +55,6 @@ enum class Note {
     RelativeFontSize,
     AfterPlacedLine,
     TextPath,
-    TextTooLong,
     Clipped,
     ClippedAway,
     BadReference,
@@ -64,7 +64,6 @@ enum class Note {
     StyleRule,
     NotInClip,
     OtherReader,
-    LongText,
     ManyAttributes,
     // DXF
     NoUnit,

@@ -463,7 +463,7 @@ void SvgParser::readText(SvgNode& node) {
     if (!copy.run())
         m_budget.fail(Note::TooDeep);
     if (copy.isTooLong()) {
-        skip(QStringLiteral("text"), Note::LongText);
+        skip(QStringLiteral("text"), Note::TextTooLong);
         xml.clear();
     }
     m_bytes += xml.size();
