@@ -372,8 +372,11 @@ QString DxfReader::decoded(const std::string& text) {
             continue;
         QTextCodec::ConverterState state;
         const QString read = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-        if (state.invalidChars == 0 && state.remainingChars == 0)
+        if (state.invalidChars == 0 && state.remainingChars == 0) {
+            // some codecs put a sign for what they do not know without counting it
+            m_badText = m_badText || read.contains(QChar(QChar::ReplacementCharacter));
             return read;
+        }
     }
     m_badText = true;
     return QString::fromLatin1(bytes);
