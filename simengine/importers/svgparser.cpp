@@ -410,16 +410,17 @@ bool SvgParser::readDetail(SvgNode& node, const QStringRef& name, const QStringR
 
 /// An attribute that could stand in a style as well.
 void SvgParser::readStyle(SvgNode& node, const QStringRef& name, const QStringRef& value) {
+    const SvgTell tell = [this](const QString& kind, Note note) { m_result.convert(kind, noteText(note)); };
     const auto property = svgProperty(name);
     if (property && value.size() <= kLongestValue) {
         node.settings.push_back({*property, false, interned(value.trimmed())});
         m_bytes += sizeof(SvgSetting) + 8;
+        tellSvgColor(*property, node.settings.back().value, tell);
     } else if (property) {
-        m_result.convert(name.toString(), noteText(Note::StyleRule));
+        tell(name.toString(), Note::StyleRule);
     } else if (name.contains(QLatin1Char('-'))) {
         // without a dash it is the element's own: a width is no style here
-        tellSvgProperty(name, value,
-                        [this](const QString& kind, Note note) { m_result.convert(kind, noteText(note)); });
+        tellSvgProperty(name, value, tell);
     }
 }
 

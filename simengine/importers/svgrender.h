@@ -50,6 +50,7 @@ private:
     void drawUse(int node, const Context& context);
     void drawSwitch(int node, const Context& context);
     void drawText(int node, const Context& context);
+    QByteArray textDrawing(int node, const Context& context);
     void paint(int node, const Context& context, const Outline& outline);
     void paint(const char* name, const Context& context, const Outline& outline, const QColor& stroke,
                const QColor& fill);

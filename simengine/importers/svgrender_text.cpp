@@ -75,18 +75,9 @@ QString paintText(const QColor& color) {
 
 } // namespace
 
-/// A text is drawn by the toolkit's own renderer, as a drawing by itself, with what it inherits around it.
-void SvgRender::drawText(int node, const Context& context) {
+/// The text as a drawing by itself, with what it inherits around it.
+QByteArray SvgRender::textDrawing(int node, const Context& context) {
     const SvgStyle& style = context.style;
-    const bool visible = style.visible && context.opaque;
-    if (!visible) {
-        ++m_invisible;
-        return;
-    }
-    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
-        skip("text", Note::NoGlyph);
-        return;
-    }
     QString around = QStringLiteral("fill:%1;stroke:%2")
                          .arg(paintText(style.fillVisible ? colorOf(style.fill) : QColor()),
                               paintText(style.strokeVisible && style.lineWidth ? colorOf(style.stroke) : QColor()));
@@ -115,13 +106,25 @@ void SvgRender::drawText(int node, const Context& context) {
     out.writeStartElement(QStringLiteral("g"));
     out.writeAttribute(QStringLiteral("style"), around);
     out.writeCharacters(QString());
-    xml += m_tree.nodes[size_t(node)].detail->text + "</g></svg>";
+    return xml + m_tree.nodes[size_t(node)].detail->text + "</g></svg>";
+}
 
+/// A text is drawn by the toolkit's own renderer.
+void SvgRender::drawText(int node, const Context& context) {
+    if (!context.style.visible || !context.opaque) {
+        ++m_invisible;
+        return;
+    }
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
+        skip("text", Note::NoGlyph);
+        return;
+    }
     QSvgRenderer renderer;
-    if (!renderer.load(xml)) {
+    if (!renderer.load(textDrawing(node, context))) {
         skip("text", Note::Proxy);
         return;
     }
+    const QSizeF size = m_tree.viewBox.size();
     PathRecorder recorder(size);
     QPainter painter(&recorder);
     renderer.render(&painter, QRectF(QPointF(), size));

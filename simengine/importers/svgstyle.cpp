@@ -207,6 +207,16 @@ void tellSvgProperty(const QStringRef& name, const QStringRef& value, const SvgT
         tell(name.toString(), Note::StyleRule);
 }
 
+void tellSvgColor(SvgProperty property, const QString& value, const SvgTell& tell) {
+    if (property != SvgProperty::Fill && property != SvgProperty::Stroke && property != SvgProperty::Color &&
+        property != SvgProperty::StopColor)
+        return;
+    const bool word = is(value, "none") || is(value, "inherit") || is(value, "transparent") ||
+                      value.compare(QLatin1String("currentColor"), Qt::CaseInsensitive) == 0;
+    if (!word && !value.startsWith(QLatin1String("url(")) && !parseSvgColor(value))
+        tell(QStringLiteral("color"), Note::StyleRule);
+}
+
 std::vector<SvgSetting> parseSvgStyle(const QStringRef& style, const SvgTell& tell) {
     std::vector<SvgSetting> settings;
     for (int at = 0; at < style.size();) {
@@ -232,10 +242,12 @@ std::vector<SvgSetting> parseSvgStyle(const QStringRef& style, const SvgTell& te
         const bool important = mark >= 0 && value.indexOf(QLatin1String("important"), mark) > 0;
         if (mark >= 0)
             value = value.left(mark).trimmed();
-        if (value.size() <= kLongestValue)
-            settings.push_back({*property, important, value.toString()});
-        else
+        if (value.size() > kLongestValue) {
             tell(name.toString(), Note::StyleRule);
+            continue;
+        }
+        settings.push_back({*property, important, value.toString()});
+        tellSvgColor(*property, settings.back().value, tell);
     }
     return settings;
 }

@@ -13,6 +13,9 @@ std::optional<SvgProperty> svgProperty(const QStringRef& name);
 /// Tells a property that changes what is drawn, but is not obeyed, unless the value leaves all as it is.
 void tellSvgProperty(const QStringRef& name, const QStringRef& value, const SvgTell& tell);
 
+/// Tells a colour that is not known: what is around the element counts then.
+void tellSvgColor(SvgProperty property, const QString& value, const SvgTell& tell);
+
 /// The declarations of a style, "fill:none; stroke:red !important". What is not obeyed of it is told.
 std::vector<SvgSetting> parseSvgStyle(const QStringRef& style, const SvgTell& tell);
 

@@ -384,6 +384,9 @@ void SvgTest::what_is_changed_or_left_out_is_told_data() {
     row("<rect width='9' height='9' style='transform:turn(3)'/>", "rect", Note::BadTransform, true);
     row("<g style='transform-origin:5px 5px'/>", "transform-origin", Note::StyleRule, false);
     row("<style>path{letter-spacing:2px}</style>", "letter-spacing", Note::StyleRule, false);
+    row("<g fill='hsl(120,50%,50%)'/>", "color", Note::StyleRule, false);
+    row("<g style='stroke:var(--line)'/>", "color", Note::StyleRule, false);
+    row("<style>g{fill:context-fill}</style>", "color", Note::StyleRule, false);
     row("<circle r='9' style='r:5'/>", "r", Note::StyleRule, false);
     row("<text x='1' y='9' letter-spacing='3'>A</text>", "letter-spacing", Note::StyleRule, false);
     row("<text x='1' y='9'><tspan style='word-spacing:3px'>A</tspan></text>", "word-spacing", Note::StyleRule, true);
