@@ -585,6 +585,7 @@
     <message><source>使能轮廓</source><translation>Mark outline</translation></message>
     <message><source>先打填充</source><translation>Hatch first</translation></message>
     <message><source>ShowSimple</source><translation>Draw plainly</translation></message>
+    <message><source>填充间距过小,未作更改</source><translation>The hatch spacing is too small, nothing was changed</translation></message>
     <message><source>填充线段过多,未作更改</source><translation>Too many hatch segments, nothing was changed</translation></message>
     <!-- Test grid -->
     <message><source>测试网格</source><translation>Test grid</translation></message>

@@ -92,12 +92,17 @@ bool HatchSettings::anyEnabled() const {
     return std::any_of(fills.begin(), fills.end(), [](const FillParam& fill) { return fill.Enable; });
 }
 
-bool HatchSettings::isSound() const {
+bool HatchSettings::hasValues() const {
     return fills.size() == kFillCount && std::all_of(fills.begin(), fills.end(), [](const FillParam& fill) {
                return std::isfinite(fill.FillDist) && std::isfinite(fill.FillAngle) && std::isfinite(fill.FillOffset) &&
-                      fill.FillLayer >= 0 && fill.FillLayer < kLayerCount &&
-                      !(fill.Enable && fill.FillDist > 0.0 && fill.FillDist < kLeastHatchPitch);
+                      fill.FillLayer >= 0 && fill.FillLayer < kLayerCount;
            });
+}
+
+bool HatchSettings::isTooFine() const {
+    return std::any_of(fills.begin(), fills.end(), [](const FillParam& fill) {
+        return fill.Enable && fill.FillDist > 0.0 && fill.FillDist < kLeastHatchPitch;
+    });
 }
 
 ObjectPtr MarkObject::make(ObjectData data, QString* fault) {

@@ -19,8 +19,12 @@ struct HatchSettings {
     bool showSimple = false;                 ///< the view draws the hatch coarsely
 
     bool anyEnabled() const;
-    /// Three fills of finite numbers on existing pens, none that works finer than kLeastHatchPitch.
-    bool isSound() const;
+    /// Three fills of finite numbers on existing pens.
+    bool hasValues() const;
+    /// A fill that is on works finer than kLeastHatchPitch.
+    bool isTooFine() const;
+    /// hasValues() and not isTooFine(): what an object can have.
+    bool isSound() const { return hasValues() && !isTooFine(); }
 
 private:
     static const QVector<FillParam>& unsetFills();

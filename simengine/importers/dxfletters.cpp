@@ -6,6 +6,7 @@
 
 #include <QGuiApplication>
 #include <QTextCodec>
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -174,8 +175,11 @@ int multibyteEscape(const QString& text, int at, DxfPlainText& plain, QString& o
     QTextCodec* codec = dxfCodec(kPages[page - 1]);
     QTextCodec::ConverterState state;
     const QString read = codec ? codec->toUnicode(bytes, 2, &state) : QString();
-    // some codecs put a sign for what they do not know without counting it
-    if (read.isEmpty() || read.contains(QChar(QChar::ReplacementCharacter)) || state.remainingChars != 0) {
+    // some codecs put a sign, or a character that is none, for what they do not know without counting it
+    const bool known = !read.isEmpty() && state.remainingChars == 0 &&
+                       !read.contains(QChar(QChar::ReplacementCharacter)) &&
+                       std::all_of(read.begin(), read.end(), [](QChar c) { return c.isPrint() || c.isSurrogate(); });
+    if (!known) {
         plain.unknown = true;
         return 0;
     }

@@ -241,7 +241,7 @@ void QRulerView::FillSelectedObj(QVector<FillParam> const& fills, bool edge, boo
     hatch.enableEdge = edge;
     hatch.markFillFirst = fillFirst;
     hatch.showSimple = simple;
-    if (!hatch.isSound() || d->session.document().isReadOnly())
+    if (!hatch.hasValues() || d->session.document().isReadOnly())
         return;
     if (d->edit([&hatch](const DocumentState& state) { return sim::edits::setHatch(state, hatch); }))
         return;
@@ -250,6 +250,11 @@ void QRulerView::FillSelectedObj(QVector<FillParam> const& fills, bool edge, boo
         msgBox::show(LanguageManager::GetLanText("填充设置"),
                      LanguageManager::GetLanText("填充线段过多,未作更改") +
                          QStringLiteral(": %1 > %2").arg(segments).arg(sim::kMaxHatchSegments),
+                     1);
+    } else if (hatch.isTooFine()) {
+        msgBox::show(LanguageManager::GetLanText("填充设置"),
+                     LanguageManager::GetLanText("填充间距过小,未作更改") +
+                         QStringLiteral(": < %1 mm").arg(sim::kLeastHatchPitch),
                      1);
     }
 }

@@ -330,13 +330,16 @@ void FillParamSetTest::a_hatch_of_too_many_segments_is_refused_with_their_number
     QVERIFY2(found.hasMatch(), qPrintable(answerer.texts().value(0)));
     const double segments = found.captured(1).toDouble();
     QVERIFY2(qAbs(segments - 1.0e8) < 1.0e3, qPrintable(found.captured(1)));
+    answerer.press(QStringLiteral("pushButtonOK"));
+    document.view.FillSelectedObj({fillOf(0.0009)}, false, true, true);
+    QCOMPARE(answerer.texts().value(1), QStringLiteral("填充间距过小,未作更改: < 0.001 mm"));
     bool edge = false;
     QCOMPARE(fillOfObject(document.view, 0, &edge).FillDist, 1.0);
     QVERIFY(edge);
     QVERIFY(answerer.allAnswered());
     document.view.SetReadOnly(true);
     document.view.FillSelectedObj({fillOf(0.000001)}, false, true, true);
-    QCOMPARE(answerer.seen().size(), 1);
+    QCOMPARE(answerer.seen().size(), 2);
 }
 
 QTEST_MAIN(FillParamSetTest)

@@ -102,7 +102,8 @@ private slots:
         QCOMPARE(m_card->GetMarkInfo() & (kRunning | kPaused | kWait), 0U);
         QCOMPARE(m_card->GetWaitInfo(), QString());
         unsigned int word = 77;
-        QCOMPARE(m_card->SystemIsAlarm(word), word != 0);
+        const bool alarm = m_card->SystemIsAlarm(word);
+        QCOMPARE(alarm, word != 0);
     }
 
     void head_word_has_a_loop_state_that_there_is() {

@@ -193,6 +193,7 @@ private slots:
     void preview_runs_without_the_laser() {
         for (MarkType type : {MarkTypeRedPreview, MarkTypeBorderPreview}) {
             QRulerView view(nullptr);
+            m_card->SetMarkStaus(MarkStatusStop); // while the machine is in a run no drawing is read
             addSquares(view, *m_root, 2);
             m_card->SetMarkType(type);
             Run const run(view, false, false);

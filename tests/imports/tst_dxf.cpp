@@ -370,6 +370,7 @@ void DxfTest::texts_beyond_the_longest_are_left_out() {
 
 void DxfTest::characters_of_no_encoding_are_told() {
     const ImportResult result = dxf::read(dxf::file("0,TEXT;8,0;10,0;20,0;40,10;1,A\\M+5FFFF;"));
+    QVERIFY2(result.ok(), qPrintable(result.error));
     QCOMPARE(result.objects.size(), size_t(1));
     QCOMPARE(count(result.converted, "TEXT", Note::Encoding), 1);
     const QByteArray header = "9,$ACADVER;1,AC1015;9,$DWGCODEPAGE;3,ANSI_936;9,$INSUNITS;70,4;";

@@ -342,6 +342,10 @@ void EndSignalTest::alarms_that_are_cleared_meanwhile_take_no_result_away() {
     ended = true;
     plant.get();
     QCOMPARE(whole, kRuns);
+    // this kind stands until the next job begins
+    IOOutputSet::Instance()->SetEndSignal(false, kOutput, 1, 1, 5, kAckInput, 1, 0, true);
+    QVERIFY(run());
+    QVERIFY(!isOn());
 }
 
 void EndSignalTest::an_output_that_is_not_there_is_not_written() {
