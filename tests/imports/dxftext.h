@@ -3,15 +3,23 @@
 
 #include "simengine/importers/dxfimport.h"
 
+#include <algorithm>
+
 /// Drawings as text: "0,LINE;8,CUT;10,1.5" is three pairs of code and value.
 namespace dxf {
 
 inline QByteArray pairs(const QByteArray& text) {
     QByteArray out;
-    for (const QByteArray& pair : text.split(';')) {
-        const int comma = pair.indexOf(',');
-        if (comma > 0)
-            out += "  " + pair.left(comma) + "\r\n" + pair.mid(comma + 1) + "\r\n";
+    out.reserve(2 * text.size());
+    for (int at = 0; at < text.size();) {
+        const int found = text.indexOf(';', at);
+        const int end = found < 0 ? text.size() : found;
+        const char* const pair = text.constData() + at;
+        const char* const comma = std::find(pair, text.constData() + end, ',');
+        const int code = int(comma - pair);
+        if (code > 0 && code < end - at)
+            out.append("  ").append(pair, code).append("\r\n").append(comma + 1, end - at - code - 1).append("\r\n");
+        at = end + 1;
     }
     return out;
 }
