@@ -129,7 +129,9 @@ TEST_F(StationLinkTest, a_station_that_never_reads_blocks_nobody_and_is_dropped)
 }
 
 TEST_F(StationLinkTest, pings_without_end_that_nobody_reads_the_answers_of_end_the_connection) {
-    start();
+    sim::LinkLimits limits;
+    limits.answerBytes = 65536; // the answers are a few bytes each
+    start(limits);
     Client station;
     ASSERT_TRUE(station.connectTo(link->port()) && station.prove(kKey));
     QByteArray const pings = QByteArray("{\"type\":\"ping\"}\n").repeated(10'000);
