@@ -60,7 +60,7 @@ bool TouchKeyboard::eventFilter(QObject* watched, QEvent* event) {
     auto* widget = static_cast<QWidget*>(watched);
     if (event->type() == QEvent::FocusIn) {
         hintNumbers(widget);
-        hintCaseAsTyped(widget);
+        hintAsTyped(widget);
         if (isCellEditor(widget) && takesTyping(widget))
             QMetaObject::invokeMethod(this, &TouchKeyboard::show, Qt::QueuedConnection);
     } else if (event->type() == QEvent::MouseButtonRelease) {

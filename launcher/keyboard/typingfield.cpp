@@ -54,9 +54,10 @@ void hintNumbers(QWidget* widget) {
         hint(widget, false);
 }
 
-void hintCaseAsTyped(QWidget* widget) {
-    if (takesTyping(widget) && !widget->inputMethodHints().testFlag(Qt::ImhNoAutoUppercase))
-        widget->setInputMethodHints(widget->inputMethodHints() | Qt::ImhNoAutoUppercase);
+void hintAsTyped(QWidget* widget) {
+    constexpr Qt::InputMethodHints asTyped = Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText;
+    if (takesTyping(widget) && (widget->inputMethodHints() & asTyped) != asTyped)
+        widget->setInputMethodHints(widget->inputMethodHints() | asTyped);
 }
 
 QRect typingArea(QWidget const* widget) {

@@ -15,8 +15,9 @@ bool takesTyping(QWidget const* widget);
 /// with hints of their own for what is typed keep them, and so do all others.
 void hintNumbers(QWidget* widget);
 
-/// Keeps the keyboard from beginning a field with a capital: names of documents and users are taken as they are typed.
-void hintCaseAsTyped(QWidget* widget);
+/// Keeps the keyboard from beginning a field with a capital, and from gathering letters to a word of a dictionary that
+/// the machine may have: names of documents and users are taken as they are typed, letter by letter.
+void hintAsTyped(QWidget* widget);
 
 /// What the operator must see while typing, on the screen, pixels: the field, of a high one the line of the cursor.
 QRect typingArea(QWidget const* widget);

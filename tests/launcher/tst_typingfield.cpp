@@ -86,13 +86,14 @@ private slots:
 
     void names_are_taken_as_they_are_typed() {
         QLineEdit line;
-        hintCaseAsTyped(&line);
-        QCOMPARE(int(line.inputMethodHints()), int(Qt::ImhNoAutoUppercase));
+        hintAsTyped(&line);
+        QCOMPARE(int(line.inputMethodHints()), int(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText));
         QTextEdit text;
-        hintCaseAsTyped(&text);
+        hintAsTyped(&text);
         QVERIFY(text.inputMethodHints() & Qt::ImhNoAutoUppercase);
+        QVERIFY(text.inputMethodHints() & Qt::ImhNoPredictiveText);
         QPushButton button;
-        hintCaseAsTyped(&button);
+        hintAsTyped(&button);
         QCOMPARE(int(button.inputMethodHints()), int(Qt::ImhNone));
     }
 
