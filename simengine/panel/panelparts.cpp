@@ -3,6 +3,7 @@
 
 #include <QGridLayout>
 #include <QPushButton>
+#include <QVariant>
 
 namespace sim {
 
