@@ -94,7 +94,10 @@ std::vector<RunTime> RunTimes::newest(const QString& document, std::size_t limit
 
 void RunTimes::flush() {
     std::unique_lock<std::mutex> lock(m_mutex);
+    ++m_flushing;
+    m_changed.notify_all();
     m_changed.wait(lock, [this] { return m_ended.empty() && !m_busy; });
+    --m_flushing;
 }
 
 void RunTimes::work() {
@@ -132,7 +135,7 @@ void RunTimes::work() {
         }
         m_busy = false;
         m_changed.notify_all();
-        m_changed.wait_for(lock, kPace, [this] { return m_end; });
+        m_changed.wait_for(lock, kPace, [this] { return m_end || (m_flushing > 0 && !m_ended.empty()); });
     }
 }
 

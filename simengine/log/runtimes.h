@@ -4,8 +4,10 @@
 #include "simengine/document/runplan.h"
 #include "simengine/log/runtimefile.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -33,7 +35,7 @@ public:
     std::vector<RunTime> newest(const QString& document, std::size_t limit);
     /// Changes with every new record.
     std::uint64_t version() const { return m_version.load(); }
-    /// Waits until all runs so far are in their file; for tests and for the end of the program.
+    /// Waits until all runs so far are in their file; for who is about to take the file away.
     void flush();
 
 private:
@@ -43,13 +45,14 @@ private:
 
     using Runs = std::vector<RunTime>; ///< oldest first
 
-    std::mutex m_mutex; ///< guards the six below
+    std::mutex m_mutex; ///< guards the seven below
     std::condition_variable m_changed;
     std::deque<EndedRun> m_ended;
     QString m_file; ///< whose runs these are
     std::shared_ptr<const Runs> m_runs;
     bool m_busy = false;
     bool m_end = false;
+    int m_flushing = 0; ///< callers that wait
     std::thread m_thread; ///< made with the first run
     Cancellation m_work;  ///< of all estimates; cancelled at the end
     std::atomic<std::uint64_t> m_version{0};

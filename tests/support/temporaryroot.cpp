@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/temporaryroot.h"
 
+#include "simengine/log/runtimes.h"
 #include "support/approot.h"
 
 #include <QDir>
@@ -37,6 +38,8 @@ TemporaryRoot::TemporaryRoot(const QVector<SampleFile>& samples)
 }
 
 TemporaryRoot::~TemporaryRoot() {
+    // The times of runs are written by a thread of the machine, a moment after the run.
+    sim::RunTimes::instance().flush();
     tessera::setApplicationRoot(QString());
     if (m_hadEnvironment)
         qputenv(rootVariable, m_formerEnvironment);

@@ -19,7 +19,8 @@ struct SampleFile {
 QString sourcePath(const QString& relative);
 
 /// A fresh, empty application root for as long as the object lives: applicationRoot(), TESSERA_ROOT and the current
-/// directory are it. At the end the directory is removed and the former environment and current directory come back.
+/// directory are it. At the end the
+/// times of runs are waited for, the directory is removed and the former environment and current directory come back.
 /// Roots may be nested. Main thread, before anything runs that asks for paths. A root or sample that cannot be made
 /// fails the running test.
 class TemporaryRoot {
