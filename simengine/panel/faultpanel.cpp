@@ -13,7 +13,7 @@
 namespace sim {
 
 namespace {
-constexpr int kColumns = 3;
+constexpr int kMostColumns = 3;
 
 /// Numbers of the motors that axes in use drive, from 1.
 std::set<int> motorsInUse() {
@@ -59,7 +59,6 @@ void FaultPanel::rebuild(const std::vector<std::string>& names) {
         button->setCheckable(true);
         button->setToolTip(QString::fromStdString(name));
         connect(button, &QPushButton::clicked, this, [this, name](bool on) { m_machine.setFault(name, on); });
-        grid()->addWidget(button, m_buttons.size() / kColumns, m_buttons.size() % kColumns);
         m_buttons.append(button);
     }
     setTexts();
@@ -68,6 +67,26 @@ void FaultPanel::rebuild(const std::vector<std::string>& names) {
 void FaultPanel::setTexts() {
     for (int i = 0; i < m_buttons.size(); ++i)
         m_buttons[i]->setText(faultText(m_names[static_cast<std::size_t>(i)]));
+    arrange();
+}
+
+void FaultPanel::arrange() {
+    int widest = 1;
+    for (const QPushButton* button : qAsConst(m_buttons))
+        widest = qMax(widest, button->sizeHint().width());
+    const int spacing = grid()->horizontalSpacing();
+    const QMargins margins = grid()->contentsMargins();
+    const int room = viewport()->width() - margins.left() - margins.right() + spacing;
+    const int columns = qBound(1, room / (widest + spacing), kMostColumns);
+    for (int i = 0; i < m_buttons.size(); ++i)
+        grid()->addWidget(m_buttons[i], i / columns, i % columns);
+    for (int column = 0; column < kMostColumns; ++column)
+        grid()->setColumnStretch(column, column < columns ? 1 : 0);
+}
+
+void FaultPanel::resizeEvent(QResizeEvent* event) {
+    GridPage::resizeEvent(event);
+    arrange();
 }
 
 } // namespace sim

@@ -17,7 +17,12 @@ public:
     void refresh();
     void setTexts();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    /// In as many columns as the widest text leaves room for.
+    void arrange();
     void rebuild(const std::vector<std::string>& names);
 
     SimControl& m_machine;

@@ -9,6 +9,7 @@
 #include "engine/markcardinstance.h"
 #include "engine/vzmarkcard.h"
 #include "simengine/panel/devicepage.h"
+#include "simengine/panel/faultpanel.h"
 #include "simengine/panel/inputswitch.h"
 #include "simengine/panel/lamps.h"
 #include "simengine/panel/paneltexts.h"
@@ -204,6 +205,23 @@ private slots:
             QCOMPARE(button->text(), faultText(name));
         }
         QCOMPARE(faultText("unheard_of"), QString("unheard_of"));
+    }
+
+    void fault_buttons_are_whole_in_every_language_and_width() {
+        for (const char* language : {"zh_CN", "en"}) {
+            LanguageManager::SetCurrentLan(QLatin1String(language));
+            show();
+            auto* page = panel().findChild<FaultPanel*>();
+            page->setTexts();
+            for (const int width : {1016, 1280, 1016}) {
+                panel().resize(width, 572);
+                QTRY_VERIFY(page->widget()->width() <= page->viewport()->width());
+                for (const QPushButton* button : page->findChildren<QPushButton*>())
+                    QTRY_VERIFY2(button->width() >= button->sizeHint().width(), qPrintable(button->text()));
+            }
+        }
+        LanguageManager::SetCurrentLan(QStringLiteral("zh_CN"));
+        panel().findChild<FaultPanel*>()->setTexts();
     }
 
     /// Faults belong to motors: which ones an axis drives is told by its number.
