@@ -38,13 +38,28 @@ QPainterPath strokeSample(const QString& font) {
     return sample;
 }
 
+/// How much smaller a sample is drawn so that it is whole.
+double shrinkage(double width, double room) {
+    return width > room && room > 0.0 ? room / width : 1.0;
+}
+
 void drawOutlineSample(QPainter& painter, const QRect& area, const QString& family) {
+    const bool chinese = QFontDatabase().writingSystems(family).contains(QFontDatabase::SimplifiedChinese);
+    const QString text = chinese ? QStringLiteral("AaB123永") : QStringLiteral("AaBb123");
     QFont font(family);
     font.setPixelSize(kSamplePixels);
-    const bool chinese = QFontDatabase().writingSystems(family).contains(QFontDatabase::SimplifiedChinese);
+    const double shrink = shrinkage(QFontMetricsF(font).horizontalAdvance(text), area.width());
+    font.setPixelSize(qMax(1, static_cast<int>(kSamplePixels * shrink)));
     painter.setFont(font);
-    painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     chinese ? QStringLiteral("AaB123永") : QStringLiteral("AaBb123"));
+    painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, text);
+}
+
+void drawStrokeSample(QPainter& painter, const QRect& area, const QString& family) {
+    const QPainterPath sample = strokeSample(family);
+    const double shrink = shrinkage(sample.boundingRect().right() + 1.0, area.width());
+    painter.translate(area.left(), area.center().y() + kStrokeCap * shrink / 2.0);
+    painter.scale(shrink, shrink);
+    painter.drawPath(sample);
 }
 
 /// A small framed word at the right end; gives what is left of the row.
@@ -90,12 +105,10 @@ void FontDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, 
     const QRect sample(name.right() + kMargin, row.top(), rest.right() - name.right() - kMargin, row.height());
     painter->setClipRect(sample);
     painter->setPen(QPen(Qt::black, singleLine ? 1.3 : 1.0, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    if (singleLine && installed) {
-        painter->translate(sample.left(), sample.center().y() + kStrokeCap / 2.0);
-        painter->drawPath(strokeSample(family));
-    } else if (installed) {
+    if (singleLine && installed)
+        drawStrokeSample(*painter, sample, family);
+    else if (installed)
         drawOutlineSample(*painter, sample, family);
-    }
     painter->restore();
 }
 
