@@ -11,11 +11,13 @@ using namespace tests;
 
 namespace {
 
-constexpr int kUsualPolls = 20000;
+constexpr int kUsualPolls = 45'000;
 /// Of one shift of 24 hours at a poll every 30 ms.
 constexpr int kPollsADay = 24 * 3600 * 1000 / 30;
 /// Memory is compared with that after this share of the polls: until then caches and lists fill.
 constexpr int kWarmUpShare = 10;
+/// At least so many: the window of the log has then been full and trimmed.
+constexpr int kLeastWarmUp = 15'000;
 constexpr int kSamples = 20;
 /// The allocator keeps what a larger moment once needed. The sanitizers keep what was given back for a while, up to 256
 /// MiB, and find what is lost themselves.
@@ -105,6 +107,8 @@ void SafetySoakTest::memory_files_and_threads_stay_flat_while_inputs_flap() {
     const int all = polls();
     // The machine keeps its last 200,000 calls: a short run would see only how that record fills.
     machine().setJournalEnabled(all >= kPollsADay);
+    const int warmUp = qMax(all / kWarmUpShare, kLeastWarmUp);
+    QVERIFY2(all > warmUp, "TESSERA_SOAK is too short to tell anything");
     QVector<Sample> samples;
     int alarms = 0;
     for (int i = 0; i < all; ++i) {
@@ -116,7 +120,7 @@ void SafetySoakTest::memory_files_and_threads_stay_flat_while_inputs_flap() {
         QCoreApplication::processEvents();
         if (!ran && dialog().IsRunning())
             letJobBegin();
-        if (i >= all / kWarmUpShare && (i - all / kWarmUpShare) % (all / kSamples) == 0)
+        if (i >= warmUp && (i - warmUp) % (all / kSamples) == 0)
             samples.append(sampleNow(i));
     }
     samples.append(sampleNow(all));
