@@ -189,3 +189,7 @@ sim::SimControl* tessera_sim_control() {
     static sim::MachineControl control;
     return &control;
 }
+
+void tessera_sim_finish_records() {
+    sim::RunTimes::instance().flush();
+}

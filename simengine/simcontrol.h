@@ -19,6 +19,7 @@ namespace sim {
 /// Raised with every change of this file that is not an addition at the end of SimControl.
 constexpr unsigned kSimControlVersion = 3;
 constexpr char kSimControlSymbol[] = "tessera_sim_control";
+constexpr char kSimFinishRecordsSymbol[] = "tessera_sim_finish_records";
 
 enum class SimActivity { Idle, Running, Paused, Waiting };
 
@@ -223,8 +224,13 @@ protected:
 };
 
 using SimControlFunction = SimControl* (*)();
+using SimFinishRecordsFunction = void (*)();
 
 } // namespace sim
 
 /// The control of the one simulated machine. Never null in an engine that has it.
 extern "C" __attribute__((visibility("default"))) sim::SimControl* tessera_sim_control();
+
+/// Waits until the times of the runs so far are in their file, which is written a moment later: for who is about to
+/// take its folder away. Any thread. A function of its own, since it needs no machine and makes none.
+extern "C" __attribute__((visibility("default"))) void tessera_sim_finish_records();

@@ -1,18 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/temporaryroot.h"
 
-#include "simengine/log/runtimes.h"
+#include "simengine/simcontrol.h"
 #include "support/approot.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QtTest>
+#include <dlfcn.h>
 
 namespace tests {
 namespace {
 
 const char rootVariable[] = "TESSERA_ROOT";
+
+/// The simulated machine writes the times of runs on a thread of its own, a moment after the run.
+void finishRecords() {
+    auto finish = reinterpret_cast<sim::SimFinishRecordsFunction>(dlsym(RTLD_DEFAULT, sim::kSimFinishRecordsSymbol));
+    if (finish)
+        finish();
+}
 
 } // namespace
 
@@ -38,8 +46,7 @@ TemporaryRoot::TemporaryRoot(const QVector<SampleFile>& samples)
 }
 
 TemporaryRoot::~TemporaryRoot() {
-    // The times of runs are written by a thread of the machine, a moment after the run.
-    sim::RunTimes::instance().flush();
+    finishRecords();
     tessera::setApplicationRoot(QString());
     if (m_hadEnvironment)
         qputenv(rootVariable, m_formerEnvironment);
