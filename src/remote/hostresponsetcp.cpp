@@ -25,7 +25,6 @@ namespace {
 constexpr qint64 kPassNs = 500 * 1000;
 /// Log lines of refused hosts: one that tries again and again is not to fill the disk.
 constexpr int kRefusedLines = 20;
-constexpr std::chrono::minutes kRefusedTime{1};
 constexpr qint64 kNoLimit = std::numeric_limits<qint64>::max();
 
 QString const kNewClient = QStringLiteral("新客户端---");
@@ -62,6 +61,7 @@ constexpr SignalRow kSignals[] = {
 
 } // namespace
 
+std::chrono::milliseconds HostResponseTcp::m_RefusedTime = std::chrono::minutes(1);
 std::atomic<HostResponseTcp*> HostResponseTcp::m_pHostTcp{nullptr};
 
 void HostResponseTcp::InitHostResponseTcp() {
@@ -74,7 +74,7 @@ HostResponseTcp::HostResponseTcp(HostAccess const& access)
     : m_nPort(SystemParam::Instance()->GetScribePort())
     , m_LocalAddress(firstLocalAddress())
     , m_Access(access)
-    , m_RefusedLimit(kRefusedLines, kRefusedTime)
+    , m_RefusedLimit(kRefusedLines, m_RefusedTime)
     , m_Runs(std::make_shared<HostRuns>()) {
     for (QString const& problem : m_Access.Problems())
         MarkLog::Instance()->ShowNote_Error(problem);
@@ -86,6 +86,9 @@ HostResponseTcp::HostResponseTcp(HostAccess const& access)
     connect(this, &HostResponseTcp::VZMarkStop, this, &HostResponseTcp::OnVZMarkStop);
     m_Continue.setSingleShot(true);
     connect(&m_Continue, &QTimer::timeout, this, &HostResponseTcp::Response);
+    m_RefusalsLeftOut.setSingleShot(true);
+    m_RefusalsLeftOut.setTimerType(Qt::PreciseTimer);
+    connect(&m_RefusalsLeftOut, &QTimer::timeout, this, &HostResponseTcp::NoteRefusalsLeftOut);
     if (m_nPort >= 0 && m_nPort <= std::numeric_limits<quint16>::max())
         m_Server.listen(m_Access.Bind(), quint16(m_nPort));
 }
@@ -107,8 +110,11 @@ QTcpSocket* HostResponseTcp::ReplaceClient(QTcpSocket* client) {
 
 void HostResponseTcp::NoteRefused(QString const& sender) {
     NoteRefusalsLeftOut();
-    if (m_RefusedLimit.allows(LogLimit::Time::clock::now()))
+    const LogLimit::Time now = LogLimit::Time::clock::now();
+    if (m_RefusedLimit.allows(now))
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("host port: refused by HostTcp.ini: ") + sender);
+    else if (!m_RefusalsLeftOut.isActive())
+        m_RefusalsLeftOut.start(std::chrono::ceil<std::chrono::milliseconds>(m_RefusedLimit.windowEnd() - now));
 }
 
 void HostResponseTcp::NoteRefusalsLeftOut() {

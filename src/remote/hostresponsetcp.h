@@ -13,6 +13,7 @@
 #include <QString>
 #include <QTimer>
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <mutex>
 
@@ -30,6 +31,9 @@ class HostResponseTcp : public QObject {
 public:
     /// Bytes of answers that may wait for a client; one that lets more pile up is disconnected.
     static constexpr qint64 kLongestBacklog = 4 * 1024 * 1024;
+    /// Within this time 20 refused hosts have a log line each; the number of the others follows at its end. What is set
+    /// holds from the next InitHostResponseTcp on.
+    static std::chrono::milliseconds m_RefusedTime;
 
     /// Makes the instance, which listens from then on, unless there is one. A port that is taken is not reported: the
     /// instance then never has a client.
@@ -100,6 +104,7 @@ private:
     tessera::HostFrames m_Frames; ///< an incomplete frame stays when its client goes
     QString m_Sender;             ///< "address:port" of the newest client
     QTimer m_Continue;
+    QTimer m_RefusalsLeftOut;
     tessera::HostAccess m_Access;
     tessera::LogLimit m_RefusedLimit;
     tessera::TrafficLog m_Traffic;

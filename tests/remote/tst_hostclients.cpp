@@ -43,6 +43,7 @@ private slots:
     void a_write_from_another_thread_ends_with_the_window();
     void a_host_that_is_not_on_the_list_is_refused_and_takes_nothing_over();
     void a_refused_host_that_tries_on_does_not_fill_the_log();
+    void the_number_of_refused_hosts_left_out_is_told_though_no_more_come();
     void it_listens_where_it_is_told();
     void a_bad_entry_is_logged_and_opens_nothing();
     void orders_beyond_the_tasks_that_may_wait_are_refused();
@@ -348,6 +349,23 @@ void HostClientsTest::a_refused_host_that_tries_on_does_not_fill_the_log() {
         QVERIFY(stranger.waitForConnected());
         QVERIFY(waitFor([&] { return stranger.state() == QAbstractSocket::UnconnectedState; }));
     }
+    QCOMPARE(log().count(QStringLiteral("host port: refused by HostTcp.ini: ")), 20);
+}
+
+void HostClientsTest::the_number_of_refused_hosts_left_out_is_told_though_no_more_come() {
+    QVERIFY(m_Root.write("/ini/HostTcp.ini", "[Host]\nAllow=127.0.0.1\n"));
+    const auto usual = std::exchange(HostResponseTcp::m_RefusedTime, std::chrono::milliseconds(tests::scaled(5000)));
+    startWithHost();
+    HostResponseTcp::m_RefusedTime = usual;
+    QCOMPARE(usual, std::chrono::milliseconds(60'000));
+    for (int i = 0; i < 23; ++i) {
+        QTcpSocket stranger;
+        QVERIFY(stranger.bind(QHostAddress(QStringLiteral("127.0.0.2"))));
+        stranger.connectToHost(QStringLiteral("127.0.0.1"), port());
+        QVERIFY(stranger.waitForConnected());
+        QVERIFY(waitFor([&] { return stranger.state() == QAbstractSocket::UnconnectedState; }));
+    }
+    QVERIFY(waitFor([&] { return log().contains(QStringLiteral("\terror\thost port: 3 more hosts refused")); }));
     QCOMPARE(log().count(QStringLiteral("host port: refused by HostTcp.ini: ")), 20);
 }
 
