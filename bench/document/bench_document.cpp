@@ -2,6 +2,7 @@
 // A document of a million vertices: saving and opening it beside a bare writing (with a sync) and reading of as many
 // bytes, the memory that it takes in a process of its own, a full repaint beside a bare QPainter::drawLines of the same
 // segments, and the frames while two fingers move the view of a shown window.
+#include "bench/support/threadms.h"
 #include "drawings.h"
 #include "engine/qrulerview.h"
 #include "figures.h"

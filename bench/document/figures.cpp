@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "figures.h"
 
+#include "tests/support/processstatus.h"
+
 #include <QByteArray>
 #include <QFile>
 
@@ -8,8 +10,6 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
-#include <ctime>
 #include <fcntl.h>
 #include <malloc.h>
 #include <unistd.h>
@@ -20,12 +20,6 @@ double wallMs(const std::function<void()>& work) {
     const auto begin = std::chrono::steady_clock::now();
     work();
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double threadMs() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
 double medianMs(int rounds, const std::function<void()>& work) {
@@ -79,28 +73,13 @@ void forget(const QString& path) {
     ::close(file);
 }
 
-namespace {
-
-qint64 statusBytes(const char* name) {
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray& line : file.readAll().split('\n')) {
-        if (line.startsWith(name))
-            return line.mid(static_cast<int>(std::strlen(name))).simplified().split(' ').first().toLongLong() * 1024;
-    }
-    return -1;
-}
-
-} // namespace
-
 qint64 residentBytes() {
     ::malloc_trim(0);
-    return statusBytes("VmRSS:");
+    return qint64(tests::processStatus("VmRSS:")) * 1024;
 }
 
 qint64 peakBytes() {
-    return statusBytes("VmHWM:");
+    return qint64(tests::processStatus("VmHWM:")) * 1024;
 }
 
 } // namespace bench

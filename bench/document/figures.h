@@ -9,8 +9,6 @@ namespace bench {
 
 /// ms of the wall's clock that the work takes.
 double wallMs(const std::function<void()>& work);
-/// ms of work of this thread so far: what other programs take of the machine meanwhile is not counted.
-double threadMs();
 /// The middle of several rounds.
 double medianMs(int rounds, const std::function<void()>& work);
 /// The value that `share` (0 to 1) of the values do not exceed.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/stop/plantload.h"
 
+#include "bench/support/threadms.h"
 #include "engine/qrulerview.h"
 #include "shell/mainwindow.h"
 #include "simengine/view/canvaswidget.h"
@@ -13,7 +14,6 @@
 #include <cmath>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace bench {
@@ -23,13 +23,6 @@ namespace {
 constexpr int kObjects = 1000;
 constexpr int kVertices = 100; ///< of each
 constexpr int kFrameMs = 16;
-
-/// ms of work of the calling thread.
-double threadMs() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
-}
 
 } // namespace
 

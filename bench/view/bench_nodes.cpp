@@ -2,6 +2,7 @@
 // Editing the nodes of a path of 100,000 curves: what each gesture costs, beside a bare QPainter that draws the same
 // curves once into a picture of the same size in the same run. A frame of a drag is to be there within 50 ms.
 #include "bench/support/newroot.h"
+#include "bench/support/threadms.h"
 #include "engine/qrulerview.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/nodeedittool.h"
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -27,18 +27,12 @@ constexpr int kRounds = 15;
 constexpr QSize kSize(1600, 900);
 constexpr double kGoal = 50.0; // ms
 
-double threadMs() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
 double medianMs(const std::function<void()>& work) {
     std::vector<double> times;
     for (int i = 0; i < kRounds; ++i) {
-        const double begin = threadMs();
+        const double begin = bench::threadMs();
         work();
-        times.push_back(threadMs() - begin);
+        times.push_back(bench::threadMs() - begin);
     }
     std::sort(times.begin(), times.end());
     return times[times.size() / 2];
@@ -90,10 +84,10 @@ void drags(CanvasWidget& canvas, const char* what, const char* released, const Q
               canvas.render(&image);
           }),
           bare);
-    const double begin = threadMs();
+    const double begin = bench::threadMs();
     mouse(canvas, QEvent::MouseButtonRelease, from + QPointF(20.0 + step, 15.0), Qt::LeftButton, Qt::NoButton);
     canvas.render(&image);
-    print(released, threadMs() - begin, bare);
+    print(released, bench::threadMs() - begin, bare);
 }
 
 int run(QString const&) {

@@ -3,6 +3,7 @@
 // by a matrix, into a picture of the same size in the same run; and how long the window takes to show another of two
 // open documents, beside a bare pile of two widgets that draw the same lines. A frame is to be there within 50 ms.
 #include "bench/support/newroot.h"
+#include "bench/support/threadms.h"
 #include "engine/qrulerview.h"
 #include "shell/mainwindow.h"
 #include "simengine/view/canvaswidget.h"
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -31,21 +31,14 @@ constexpr double kLongestSeries = 2e3;   // ms
 constexpr double kCloser = 20.0;         // magnification of the second view
 const QRectF kField(-55, -55, 110, 110); // mm
 
-/// ms of work of this thread: what other programs take of the machine meanwhile is not counted.
-double threadMs() {
-    timespec time{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) / 1e6;
-}
-
 double medianMs(const std::function<void()>& work) {
     std::vector<double> times;
     double sum = 0.0;
     // What takes seconds needs no median.
     for (int i = 0; i < kRounds && sum < kLongestSeries; ++i) {
-        const double begin = threadMs();
+        const double begin = bench::threadMs();
         work();
-        times.push_back(threadMs() - begin);
+        times.push_back(bench::threadMs() - begin);
         sum += times.back();
     }
     std::sort(times.begin(), times.end());
