@@ -27,7 +27,6 @@ public:
     bool logIsRight() const;
     /// Each row of the window tells as many runs of its document as there were.
     bool rowsAreRight() const;
-    std::size_t count() const { return m_changes.size(); }
 
 private:
     struct Change {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "bench/support/percentile.h"
 #include "engine/drawnparts.h"
 #include "engine/markcardinstance.h"
 #include "run/redlooppreview.h"
@@ -33,12 +34,6 @@ struct NudgeTimes {
     std::vector<double> toVertex; ///< from there until its first vertex is on the trace
     std::vector<double> all;
 };
-
-/// Value below which that share of the values lie.
-double share(std::vector<double> values, double part) {
-    std::sort(values.begin(), values.end());
-    return values.at(std::min(values.size() - 1, std::size_t(part * double(values.size()))));
-}
 
 void handleEventsFor(int microseconds) {
     QElapsedTimer time;
@@ -210,14 +205,17 @@ void PreviewNudgeTest::nudges_of_many_vertices_are_on_the_trace() {
             return;
     }
     qInfo("%d vertices, %d nudges: median %.1f ms, 9 of 10 within %.1f ms, longest %.1f ms", vertices, nudges,
-          share(times.all, 0.5), share(times.all, 0.9), share(times.all, 1.0));
+          bench::percentile(times.all, 0.5), bench::percentile(times.all, 0.9), bench::percentile(times.all, 1.0));
     qInfo(
         "  medians of its parts: %.1f ms until the preview is stopped (10 ms beat, move of the objects), %.1f ms until "
         "the new one is ordered, %.1f ms to its first vertex",
-        share(times.toStop, 0.5), share(times.toOrder, 0.5), share(times.toVertex, 0.5));
+        bench::percentile(times.toStop, 0.5), bench::percentile(times.toOrder, 0.5),
+        bench::percentile(times.toVertex, 0.5));
     if (asked > 0) {
-        QVERIFY2(share(times.all, 0.5) < kNudgeBoundMs, qPrintable(QString::number(share(times.all, 0.5))));
-        QVERIFY2(share(times.all, 0.9) < kNudgeBoundMs, qPrintable(QString::number(share(times.all, 0.9))));
+        QVERIFY2(bench::percentile(times.all, 0.5) < kNudgeBoundMs,
+                 qPrintable(QString::number(bench::percentile(times.all, 0.5))));
+        QVERIFY2(bench::percentile(times.all, 0.9) < kNudgeBoundMs,
+                 qPrintable(QString::number(bench::percentile(times.all, 0.9))));
     }
 }
 
