@@ -30,7 +30,7 @@ bool isPlain(const BoxCorrection::Mirror& mirror) {
 BoxCorrection BoxCorrection::sanitized() const {
     const BoxCorrection standard;
     BoxCorrection box = *this;
-    box.halfField = finite(halfField, 0.0);
+    box.halfField = finite(halfField, standard.halfField);
     box.offsetX = finite(offsetX, 0.0);
     box.offsetY = finite(offsetY, 0.0);
     box.angle = finite(angle, 0.0);

@@ -227,6 +227,12 @@ TEST(Box, strange_numbers_are_harmless) {
     box.offsetX = std::numeric_limits<double>::infinity();
     box.mirrors[1].scale = std::numeric_limits<double>::quiet_NaN();
     expectNear(box.sanitized().mirrorsFor({10, 20}, false), 10, 20);
+    for (const double strange : {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+        box = {};
+        box.halfField = strange;
+        box.mirrors[0].barrel = 0.04;
+        expectNear(box.sanitized().mirrorsFor({55, 0}, false), 57.2, 0); // the shares are told at 55 mm
+    }
     box = {};
     box.mirrors[0].scale = 1e9;
     expectNear(box.mirrorsFor({10, 20}, false), 10000, 20);
