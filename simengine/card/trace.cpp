@@ -30,11 +30,6 @@ void Trace::beginPass() {
     ++m_passOfJob;
 }
 
-void Trace::clear() {
-    beginPass();
-    takeOld();
-}
-
 /// Called with the lock held.
 void Trace::startPass() {
     // The first block stays when nobody looks at it, so that a short loop allocates nothing.

@@ -81,7 +81,6 @@ public:
     /// Forgets all rows and starts another pass.
     void beginPass();
     void append(TraceRow row);
-    void clear();
 
     /// Takes out all rows, or those only that are forgotten already, for a caller who has the time to free them.
     Blocks takeAll();

@@ -2,6 +2,7 @@
 #include "simengine/importers/dxfhatch.h"
 
 #include "simengine/importers/curves.h"
+#include "simengine/importers/dxfnumbers.h"
 
 #include <cmath>
 
@@ -16,9 +17,6 @@ constexpr int kOfVertices = 2;
 
 /// Kinds of edges.
 enum EdgeType { NoEdge = 0, LineEdge = 1, CircleEdge = 2, EllipseEdge = 3, SplineEdge = 4 };
-
-/// How far curves may be off a spline, in parts of its extent.
-constexpr double kSplinePart = 1.0e-7;
 
 /// Bytes of a number of a spline while its table grows.
 constexpr qint64 kSplineBytes = 32;
@@ -233,11 +231,9 @@ void DxfHatch::endEdge() {
 
 void DxfHatch::appendArc(bool circle) {
     const QPointF u = circle ? QPointF(m_edge.ratio, 0.0) : m_edge.second;
-    for (double v : {m_edge.first.x(), m_edge.first.y(), u.x(), u.y(), m_edge.ratio, m_edge.start, m_edge.end}) {
-        if (!(std::abs(v) <= 1e15)) {
-            ++m_bad;
-            return;
-        }
+    if (!usable({m_edge.first.x(), m_edge.first.y(), u.x(), u.y(), m_edge.ratio, m_edge.start, m_edge.end})) {
+        ++m_bad;
+        return;
     }
     const EllipseAxes axes{m_edge.first, u, QPointF(-u.y(), u.x()) * (circle ? 1.0 : m_edge.ratio)};
     // edges that run clockwise are told by the angles of their mirror image

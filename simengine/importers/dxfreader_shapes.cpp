@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
+#include "simengine/importers/dxfnumbers.h"
 #include "simengine/importers/dxfreader.h"
 
 #include <cmath>
@@ -17,17 +18,8 @@ constexpr int kFrameVertex = 16;
 /// Bits of a spline's flags.
 constexpr int kSplineClosed = 1;
 
-/// How far curves may be off a spline, mm; and in parts of its extent, for blocks that are inserted larger.
+/// How far curves may be off a spline, mm; kSplinePart counts too, for blocks that are inserted larger.
 constexpr double kSplineTolerance = 2.0e-4;
-constexpr double kSplinePart = 1.0e-7;
-
-bool finite(std::initializer_list<double> values) {
-    for (double v : values) {
-        if (!std::isfinite(v) || std::abs(v) > 1e15)
-            return false;
-    }
-    return true;
-}
 
 } // namespace
 
@@ -67,7 +59,7 @@ void DxfReader::addArc(const DL_ArcData& data) {
     DxfItem item;
     if (!take("ARC", item))
         return;
-    if (!finite({data.cx, data.cy, data.radius, data.angle1, data.angle2}) || !(data.radius > 0.0)) {
+    if (!usable({data.cx, data.cy, data.radius, data.angle1, data.angle2}) || !(data.radius > 0.0)) {
         skip("ARC", Note::BadNumber);
         return;
     }
@@ -85,7 +77,7 @@ void DxfReader::addCircle(const DL_CircleData& data) {
     DxfItem item;
     if (!take("CIRCLE", item))
         return;
-    if (!finite({data.cx, data.cy, data.radius}) || !(data.radius > 0.0)) {
+    if (!usable({data.cx, data.cy, data.radius}) || !(data.radius > 0.0)) {
         skip("CIRCLE", Note::BadNumber);
         return;
     }
@@ -103,7 +95,7 @@ void DxfReader::addEllipse(const DL_EllipseData& data) {
     DxfItem item;
     if (!take("ELLIPSE", item))
         return;
-    if (!finite({data.cx, data.cy, data.mx, data.my, data.mz, data.ratio, data.angle1, data.angle2}) ||
+    if (!usable({data.cx, data.cy, data.mx, data.my, data.mz, data.ratio, data.angle1, data.angle2}) ||
         !(data.ratio > 0.0) || !(std::hypot(data.mx, data.my, data.mz) > 0.0)) {
         skip("ELLIPSE", Note::BadNumber);
         return;
@@ -235,7 +227,7 @@ void DxfReader::addInsert(const DL_InsertData& data) {
     DxfItem item;
     if (!take("INSERT", item))
         return;
-    if (!finite({data.ipx, data.ipy, data.sx, data.sy, data.angle, data.colSp, data.rowSp}) || data.sx == 0.0 ||
+    if (!usable({data.ipx, data.ipy, data.sx, data.sy, data.angle, data.colSp, data.rowSp}) || data.sx == 0.0 ||
         data.sy == 0.0) {
         skip("INSERT", Note::BadNumber);
         return;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/importers/dxfletters.h"
+#include "simengine/importers/dxfnumbers.h"
 #include "simengine/importers/dxfreader.h"
 
 #include <cmath>
@@ -17,14 +18,6 @@ enum Generation { Backwards = 2, UpsideDown = 4 };
 constexpr size_t kMostBytes = 100000;
 /// What one of them costs the budget while its codes are looked for.
 constexpr qint64 kCodeCost = 8;
-
-bool usable(std::initializer_list<double> values) {
-    for (double v : values) {
-        if (!std::isfinite(v) || std::abs(v) > 1e15)
-            return false;
-    }
-    return true;
-}
 
 } // namespace
 

@@ -50,7 +50,6 @@ public:
     }
     /// Why it was not ok().
     Note note() const { return m_note; }
-    qint64 pointCount() const { return m_points; }
 
 private:
     /// Steps between two looks at the clock.

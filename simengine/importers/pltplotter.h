@@ -6,8 +6,6 @@
 #include "simengine/importers/pltlabel.h"
 #include "simengine/importers/pltreader.h"
 
-#include <QMap>
-
 namespace sim {
 
 /// Carries a plotter file out: each command moves a pen over a sheet, and what it draws goes to the builder.

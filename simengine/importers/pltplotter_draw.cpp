@@ -108,8 +108,6 @@ void PltPlotter::circle() {
     const double radius = std::abs(v[0]);
     const EllipseAxes round{m_at, {radius, 0.0}, {0.0, radius}};
     const EllipseAxes mapped = round.mapped(m_frame.toSheet());
-    PathShape path;
-    path.moveTo(mapped.at(0.0));
     if (m_inPolygon) {
         if (!m_budget.points(kCirclePoints))
             return;
@@ -121,6 +119,8 @@ void PltPlotter::circle() {
     } else if (!(m_penChosen && m_pen == 0) && !m_frame.window()) {
         builder.addEllipse(mapped, 0.0, 2.0 * M_PI, pen(), QString::fromLatin1(m_name));
     } else {
+        PathShape path;
+        path.moveTo(mapped.at(0.0));
         appendEllipse(path, mapped, 0.0, 2.0 * M_PI);
         deliver(path, QString::fromLatin1(m_name));
     }

@@ -34,8 +34,6 @@ public:
     /// The next byte of an encoded polyline; nothing at its end.
     std::optional<uchar> encoded();
 
-    /// Place in the file, bytes.
-    int at() const { return m_at; }
     /// Bytes that belong to nothing.
     int strayBytes() const { return m_stray; }
     /// The file ended inside a label or an encoded polyline.

@@ -5,11 +5,7 @@
 #include "simengine/importers/lineclip.h"
 #include "simengine/importers/svgstylesheet.h"
 
-#include <QSet>
-
 namespace sim {
-
-struct RecordedShape;
 
 /// Walks the tree of a drawing and hands what is painted to the builder, in painting order.
 class SvgRender {
@@ -78,7 +74,6 @@ private:
     ImportResult& m_result;
     ImportBudget& m_budget;
     SvgStyleSheet m_sheet;
-    QHash<QString, QColor> m_servers;
     int m_invisible = 0;
     int m_areas = 0;
 };

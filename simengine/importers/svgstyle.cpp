@@ -99,8 +99,8 @@ const PropertyRule kProperties[] = {
      }},
     {QLatin1String("stroke-dasharray"), SvgProperty::StrokeDash,
      [](SvgStyle& s, const SvgStyle&, const QString& v) { s.dashed = hasDashes(v); }},
-    {QLatin1String("fill-rule"), SvgProperty::FillRule,
-     [](SvgStyle& s, const SvgStyle&, const QString& v) { s.evenOdd = is(v, "evenodd"); }},
+    // obeyed by doing nothing: an area comes as its outline
+    {QLatin1String("fill-rule"), SvgProperty::FillRule, [](SvgStyle&, const SvgStyle&, const QString&) {}},
     {QLatin1String("clip-rule"), SvgProperty::ClipRule,
      [](SvgStyle& s, const SvgStyle&, const QString& v) { s.clipEvenOdd = is(v, "evenodd"); }},
     {QLatin1String("visibility"), SvgProperty::Visibility,

@@ -36,7 +36,6 @@ struct SvgStyle {
     bool strokeVisible = true;
     bool lineWidth = true; ///< above 0
     bool visible = true;
-    bool evenOdd = false;
     bool clipEvenOdd = false;
     bool dashed = false;
     bool markers = false;

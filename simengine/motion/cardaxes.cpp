@@ -14,10 +14,6 @@ namespace {
 
 constexpr double kAtTarget = 1e-6;
 
-} // namespace
-
-namespace {
-
 struct Axes {
     // The card outlives the axes, which ask it for the speed factor and its faults.
     CardCore& card = simulatedCard();

@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "engine/msgbox.h"
 #include "simengine/card/penparams.h"
+#include "simengine/panel/panelparts.h"
 
 #include <QDoubleSpinBox>
 #include <QHBoxLayout>
@@ -48,10 +49,8 @@ BorderBar::BorderBar(SimControl& machine, QWidget* parent)
 }
 
 QPushButton* BorderBar::makeOutline(const char* name, SimBorderOutline outline) {
-    auto* button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
+    QPushButton* button = panelButton(QLatin1String(name), this);
     button->setCheckable(true);
-    button->setMinimumHeight(kHeight);
     connect(button, &QPushButton::clicked, this, [this, outline] {
         SimBorder border = m_machine.border();
         border.outline = outline;

@@ -20,8 +20,6 @@ QString panelStyle() {
 #simulatorPanel QPushButton { background: @edge; border: none; border-radius: 6px; padding: 0 12px; min-height: 40px; }
 #simulatorPanel QPushButton:hover { background: @off; }
 #simulatorPanel QPushButton:checked { background: @on; color: white; }
-#simulatorPanel QDoubleSpinBox { background: @edge; border: 1px solid @off; border-radius: 6px; padding: 0 6px; min-height: 38px; }
-#simulatorPanel QDoubleSpinBox::up-button, #simulatorPanel QDoubleSpinBox::down-button { background: @off; border: none; width: 32px; }
 #simulatorPanel QScrollArea QPushButton { font-size: 13px; padding: 0 4px; }
 #simulatorPanel QScrollArea QPushButton:checked { background: @red; color: white; }
 #simulatorPanel QScrollArea, #simulatorPanel QWidget[page="true"] { background: transparent; }
