@@ -49,6 +49,11 @@ inline sim::Stroke polyline(std::vector<sim::Point> points, int pen = 0, int obj
     return stroke;
 }
 
+/// A stroke of one vector that takes the given seconds with plain pens.
+inline sim::Stroke longLine(double seconds) {
+    return polyline({{0, 0}, {seconds * 100.0, 0}});
+}
+
 inline sim::Job jobOf(std::vector<sim::Stroke> strokes, sim::MarkKind kind = sim::MarkKind::Laser) {
     sim::Job job;
     job.strokes = std::move(strokes);

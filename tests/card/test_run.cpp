@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cardfixture.h"
 
-#include "simengine/card/markedrows.h"
 #include "simengine/card/statuswords.h"
 
 #include <cmath>
@@ -19,11 +18,6 @@ protected:
         card.setSpeed(0);
     }
 };
-
-/// A stroke of one vector that takes the given seconds.
-Stroke longLine(double seconds) {
-    return polyline({{0, 0}, {seconds * 100.0, 0}});
-}
 
 } // namespace
 
@@ -420,51 +414,6 @@ TEST_F(CardRun, first_vectors_are_marked_long_before_a_huge_job_is_done) {
     EXPECT_TRUE(job.get());
 }
 
-TEST(ClosedCard, every_call_is_harmless) {
-    CardCore card;
-    card.io().setInputs(0xFFFFFFFFu);
-    EXPECT_FALSE(card.isOpen());
-    EXPECT_FALSE(card.run(jobOf({square(0, 0, 10)}), true));
-    card.beginList();
-    card.addPolyline(0, {{0, 0}, {1, 0}});
-    card.addPoint(0, {0, 0}, 10);
-    EXPECT_FALSE(card.endList());
-    card.setPens(plainPens());
-    card.setState(RunState::Run);
-    EXPECT_EQ(card.state(), RunState::Stop);
-    card.stop();
-    card.pause();
-    card.restart();
-    EXPECT_TRUE(card.waitSettled());
-    EXPECT_FALSE(card.moveTo({1, 1}, 100));
-    EXPECT_FALSE(card.setOutput(3, true));
-    card.setErrorOutput(true);
-    EXPECT_FALSE(card.errorOutput());
-    card.clearAlarm();
-    EXPECT_EQ(card.markInfo(), 0u);
-    EXPECT_EQ(card.scanState(), 0u);
-    EXPECT_EQ(card.alarmWord(), 0u);
-    EXPECT_EQ(card.waitCode(), 0);
-    EXPECT_EQ(card.inputs(), 0u);
-    EXPECT_EQ(card.outputs(), 0u);
-    EXPECT_EQ(card.bufferRunTimeMs(), 0);
-    EXPECT_EQ(card.head().at, (Point{0, 0}));
-    EXPECT_EQ(card.trace().size(), 0u);
-    card.close();
-    card.close();
-}
-
-TEST(ClosedCard, opening_fails_with_the_fault_and_works_again_without) {
-    CardCore card;
-    card.setFault("card_open_fails", true);
-    EXPECT_FALSE(card.open());
-    EXPECT_FALSE(card.isOpen());
-    card.setFault("card_open_fails", false);
-    EXPECT_TRUE(card.open());
-    EXPECT_TRUE(card.open());
-    EXPECT_TRUE(card.isOpen());
-}
-
 TEST_F(CardRun, result_is_that_of_the_job_whatever_the_card_does_afterwards) {
     card.setSpeed(0);
     const RunResult small = card.run(jobOf({square(0, 0, 10)}), false);
@@ -497,106 +446,4 @@ TEST_F(CardRun, rows_of_the_job_before_are_freed_when_the_next_one_has_ended) {
     EXPECT_TRUE(card.run(jobOf({square(0, 0, 10)}), false));
     EXPECT_EQ(card.trace().blocks(), 1u);
     EXPECT_EQ(card.trace().size(), 5u);
-}
-
-class CardOnTheFly : public CardTest {
-protected:
-    void SetUp() override {
-        CardTest::SetUp();
-        card.encoder().setBeltSpeed(100.0); // 0.1 mm a millisecond
-        follow(100.0);
-    }
-    void follow(double pulsesPerMm) {
-        FlySettings settings;
-        settings.enabled = true;
-        settings.outer = true;
-        settings.pulsesPerMmX = pulsesPerMm;
-        card.encoder().set(settings);
-    }
-};
-
-TEST_F(CardOnTheFly, head_stands_where_a_job_has_left_it) {
-    card.setSpeed(0);
-    const Job line = jobOf({polyline({{0, 0}, {10, 0}})});
-    EXPECT_TRUE(card.run(line, false));
-    EXPECT_NEAR(card.head().at.x, 10 + 0.1 * 100, 1e-9);
-    const double estimate = card.estimate(line).totalMs;
-    const RunResult next = card.run(line, false);
-    EXPECT_NEAR(next.time.jumpedMm, 20.0, 1e-9);
-    EXPECT_NEAR(next.time.totalMs, estimate, 1e-9);
-    EXPECT_NEAR(card.head().at.x, 10 + 0.1 * (20 + 100), 1e-9);
-    card.setSpeed(1.0);
-    auto stopped = start(jobOf({polyline({{0, 0}, {1000, 0}})}));
-    EXPECT_TRUE(waitFor([this] { return card.trace().size() == 1 && card.head().passMs > 50.0; }));
-    card.stop();
-    EXPECT_TRUE(stopped.get());
-    const TraceSnapshot rows = card.trace().snapshot();
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_NEAR(card.head().at.x, rows[1].at.x + 0.1 * rows[1].ms, 1e-9);
-}
-
-TEST_F(CardOnTheFly, numbers_of_pulses_that_no_head_can_follow_keep_it_in_its_field) {
-    card.setSpeed(0);
-    for (const double pulses : {1e-300, -1e-300, 5e-324, 1e-9}) {
-        follow(pulses);
-        EXPECT_TRUE(card.run(jobOf({square(-5, -5, 10)}), false));
-        const TraceSnapshot rows = card.trace().snapshot();
-        forEachMarked(rows, 0, rows.size(), [](const TraceRow& row, const Point& commanded, bool) {
-            EXPECT_TRUE(std::isfinite(row.at.x)) << row.ms;
-            EXPECT_LE(std::abs(commanded.x), 10000.0);
-        });
-        EXPECT_LE(std::abs(card.head().at.x), 10000.0);
-    }
-    follow(100.0);
-    EXPECT_LT(card.run(jobOf({square(-5, -5, 10)}), false).time.totalMs, 10500.0);
-}
-
-TEST(ClosedCard, closing_ends_a_running_job_and_a_paused_one) {
-    for (bool paused : {false, true}) {
-        CardCore card;
-        ASSERT_TRUE(card.open());
-        card.setPens(plainPens());
-        card.setState(RunState::Run);
-        auto job = std::async(std::launch::async, [&card] { return card.run(jobOf({longLine(1000)}), false); });
-        ASSERT_TRUE(waitFor([&card] { return card.head().activity == Activity::Running; }));
-        if (paused)
-            card.pause();
-        card.close();
-        EXPECT_TRUE(job.get());
-        EXPECT_FALSE(card.isOpen());
-    }
-}
-
-TEST(ClosedCard, opens_and_closes_again_and_again) {
-    CardCore card;
-    card.setSpeed(0);
-    for (int i = 0; i < 200; ++i) {
-        ASSERT_TRUE(card.open());
-        EXPECT_EQ(card.state(), RunState::Stop);
-        card.setState(RunState::Run);
-        ASSERT_TRUE(card.run(jobOf({square(0, 0, 10)}), false));
-        card.close();
-    }
-}
-
-TEST(ClosedCard, may_be_closed_and_opened_by_several_threads_during_runs) {
-    CardCore card;
-    card.setSpeed(0);
-    std::atomic<bool> end{false};
-    std::thread opener([&] {
-        for (int i = 0; i < 300; ++i) {
-            card.open();
-            card.setState(RunState::Run);
-            card.close();
-        }
-        end = true;
-    });
-    std::thread closer([&] {
-        while (!end)
-            card.close();
-    });
-    while (!end)
-        card.run(jobOf({square(0, 0, 10)}), false);
-    opener.join();
-    closer.join();
 }

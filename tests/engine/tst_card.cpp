@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "engine/cardfunctions.h"
 #include "engine/iooutputset.h"
-#include "engine/layerdata.h"
-#include "engine/markcardinstance.h"
-#include "engine/vzmarkcard.h"
+#include "tests/engine/opencard.h"
 #include "tests/engine/strokejob.h"
-#include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
 #include <QElapsedTimer>
@@ -23,33 +20,18 @@ constexpr unsigned int kSucceededBit = 1U << 8;
 
 } // namespace
 
-class TestCard : public QObject {
+class TestCard : public tests::OpenCard {
     Q_OBJECT
 
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-    VZMarkCard* m_card = nullptr;
-
 private slots:
-    void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        LayerData::InitLayerData();
-    }
     void init() {
-        m_card = new VZMarkCard;
-        MarkCardInstance::SetMarkCardInstance(m_card);
-        m_card->OpenCard();
-        QVERIFY(m_card->IsCardOpend());
+        OpenCard::init();
         m_card->SetMarkType(MarkTypeLaser);
         // Outputs are the hardware's: they stay from one opening to the next.
         for (int bit = 0; bit < 32; ++bit)
             m_card->SetOutputBit(bit, 0);
         QCOMPARE(m_card->GetOutput(), 0U);
     }
-    void cleanup() {
-        m_card->CloseCard();
-        MarkCardInstance::SetMarkCardInstance(nullptr);
-    }
-    void cleanupTestCase() { m_root.reset(); }
 
     void open_card_has_a_version_and_is_idle() {
         QVERIFY(!m_card->GetCardVersion().isEmpty());

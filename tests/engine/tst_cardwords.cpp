@@ -2,11 +2,9 @@
 // What the card shows of itself and of what hangs on it: status words, command channel, encoder, dwells, mirror moves.
 #include "engine/cardfunctions.h"
 #include "engine/layerdata.h"
-#include "engine/markcardinstance.h"
 #include "engine/systemparam.h"
-#include "engine/vzmarkcard.h"
+#include "tests/engine/opencard.h"
 #include "tests/engine/strokejob.h"
-#include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
 #include <QElapsedTimer>
@@ -33,11 +31,8 @@ int encoder() {
 
 } // namespace
 
-class TestCardWords : public QObject {
+class TestCardWords : public tests::OpenCard {
     Q_OBJECT
-
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-    VZMarkCard* m_card = nullptr;
 
     void stop() {
         m_card->StopMark();
@@ -81,22 +76,10 @@ class TestCardWords : public QObject {
     }
 
 private slots:
-    void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        LayerData::InitLayerData();
-    }
     void init() {
-        m_card = new VZMarkCard;
-        MarkCardInstance::SetMarkCardInstance(m_card);
-        m_card->OpenCard();
-        QVERIFY(m_card->IsCardOpend());
+        OpenCard::init();
         m_card->SetMarkType(MarkTypeLaser);
     }
-    void cleanup() {
-        m_card->CloseCard();
-        MarkCardInstance::SetMarkCardInstance(nullptr);
-    }
-    void cleanupTestCase() { m_root.reset(); }
 
     void idle_card_neither_runs_nor_waits() {
         QCOMPARE(m_card->GetMarkInfo() & (kRunning | kPaused | kWait), 0U);

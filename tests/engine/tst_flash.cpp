@@ -1,39 +1,17 @@
 // SPDX-License-Identifier: MIT
 // The card's flash. Not asked of a machine by the whole suite: on a real card it would overwrite the firmware.
 #include "engine/cardfunctions.h"
-#include "engine/layerdata.h"
-#include "engine/markcardinstance.h"
-#include "engine/vzmarkcard.h"
+#include "tests/engine/opencard.h"
 #include "tests/engine/strokejob.h"
-#include "tests/support/temporaryroot.h"
 #include "tests/support/waitfor.h"
 
 #include <QtTest>
 #include <vector>
 
-class TestFlash : public QObject {
+class TestFlash : public tests::OpenCard {
     Q_OBJECT
 
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-    VZMarkCard* m_card = nullptr;
-
 private slots:
-    void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        LayerData::InitLayerData();
-    }
-    void init() {
-        m_card = new VZMarkCard;
-        MarkCardInstance::SetMarkCardInstance(m_card);
-        m_card->OpenCard();
-        QVERIFY(m_card->IsCardOpend());
-    }
-    void cleanup() {
-        m_card->CloseCard();
-        MarkCardInstance::SetMarkCardInstance(nullptr);
-    }
-    void cleanupTestCase() { m_root.reset(); }
-
     void chunks_of_1_to_2048_bytes_are_written() {
         std::vector<unsigned char> const data(2049, 0x5A);
         QCOMPARE(VZ_FlashWriteAddr(0x800000, data.data(), 1), 0);

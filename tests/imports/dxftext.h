@@ -8,6 +8,9 @@
 /// Drawings as text: "0,LINE;8,CUT;10,1.5" is three pairs of code and value.
 namespace dxf {
 
+/// A line of 10 units.
+inline const QByteArray kUnitLine = "0,LINE;8,0;10,0;20,0;11,10;21,0;";
+
 inline QByteArray pairs(const QByteArray& text) {
     QByteArray out;
     out.reserve(2 * text.size());

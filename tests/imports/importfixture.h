@@ -19,6 +19,13 @@ inline double lengthOf(const sim::MarkObject& object) {
     return length;
 }
 
+inline double lengthOfAll(const sim::ImportResult& result) {
+    double sum = 0.0;
+    for (const sim::ObjectPtr& object : result.objects)
+        sum += lengthOf(*object);
+    return sum;
+}
+
 inline sim::Box boundsOf(const sim::ImportResult& result) {
     sim::Box box;
     for (const sim::ObjectPtr& object : result.objects)

@@ -21,13 +21,6 @@ ImportResult read(const QByteArray& body) {
                          options);
 }
 
-double lengthOfAll(const ImportResult& result) {
-    double sum = 0.0;
-    for (const ObjectPtr& object : result.objects)
-        sum += lengthOf(*object);
-    return sum;
-}
-
 } // namespace
 
 /// Clips, symbols, styles and paints of SVG drawings, and what is told of them.
