@@ -131,16 +131,11 @@ std::optional<GeneratedShape> GeneratedTool::make(const QVector<double>& values,
     const QVector<double> used = sound(values);
     GeneratedShape shape;
     shape.toolClass = m_class;
-    QString reason;
-    try {
+    QString reason = thrownBy([&] {
         shape.outline = pathOf(m_maker->MakeOutline(used));
         if (!shape.outline.verbs.isEmpty())
             shape.parameters = m_maker->WriteParameters(used);
-    } catch (const std::exception& thrown) {
-        reason = QString::fromLocal8Bit(thrown.what());
-    } catch (...) { // foreign code may throw anything
-        reason = QStringLiteral("threw something unknown");
-    }
+    });
     const bool fits = !shape.outline.verbs.isEmpty(); // no outline is the tool's answer to values that do not fit
     if (reason.isEmpty() && fits) {
         if (const char* unsound = shapeFault(shape))

@@ -9,19 +9,29 @@ namespace sim {
 /// Tells in the log what is wrong with a tool module. `who` is its file or the class of its tool.
 void noteModuleFault(const QString& who, const QString& what);
 
-/// Carries out a call into a tool module. What it throws, of whatever type, ends here: told in the log, and the call
-/// counts as not carried out.
+/// Carries out a call into a tool module and gives what it threw, of whatever type and with or without words of its
+/// own; empty only when it threw nothing.
 template<class Call>
-bool guarded(const QString& who, Call call) {
+QString thrownBy(Call call) {
+    QString told;
     try {
         call();
-        return true;
+        return told;
     } catch (const std::exception& thrown) {
-        noteModuleFault(who, QString::fromLocal8Bit(thrown.what()));
+        told = QString::fromLocal8Bit(thrown.what());
     } catch (...) { // foreign code may throw anything
-        noteModuleFault(who, QStringLiteral("threw something unknown"));
     }
-    return false;
+    return told.isEmpty() ? QStringLiteral("threw something unknown") : told;
+}
+
+/// Carries out a call into a tool module. What it throws ends here: told in the log, and the call counts as not carried
+/// out.
+template<class Call>
+bool guarded(const QString& who, Call call) {
+    const QString thrown = thrownBy(call);
+    if (!thrown.isEmpty())
+        noteModuleFault(who, thrown);
+    return thrown.isEmpty();
 }
 
 } // namespace sim

@@ -4,14 +4,18 @@
 #include "simengine/document/jobbuilder.h"
 #include "simengine/document/limits.h"
 #include "simengine/document/mkfcodec.h"
+#include "simengine/document/moduleguard.h"
 #include "simengine/document/shapeedits.h"
 
 #include <QTest>
+#include <functional>
 #include <limits>
+#include <stdexcept>
 
 using namespace sim;
 
 Q_DECLARE_METATYPE(sim::GeneratedShape)
+Q_DECLARE_METATYPE(std::function<void()>)
 
 namespace {
 
@@ -194,6 +198,27 @@ private slots:
         const auto read = decodeMkf(bytes, nullptr);
         QVERIFY(read);
         QCOMPARE(*encodeMkf(*read), bytes);
+    }
+
+    void whatever_a_module_throws_counts_data() {
+        QTest::addColumn<std::function<void()>>("call");
+        QTest::addColumn<QString>("told");
+        const auto row = [](const char* name, std::function<void()> call, const char* told) {
+            QTest::newRow(name) << call << QString(told);
+        };
+        row(
+            "nothing", [] {}, "");
+        row(
+            "an exception", [] { throw std::runtime_error("outline"); }, "outline");
+        row(
+            "an exception without words", [] { throw std::runtime_error(""); }, "threw something unknown");
+        row(
+            "a number", [] { throw 42; }, "threw something unknown");
+    }
+
+    void whatever_a_module_throws_counts() {
+        QFETCH(std::function<void()>, call);
+        QTEST(thrownBy(call), "told");
     }
 
     void an_outline_becomes_a_path_on_request() {

@@ -12,12 +12,12 @@ namespace {
 
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-const char* const kClasses[] = {"GoodSquare",   "ThrowsTable", "NoTable",       "LongTable",       "NanTable",
-                                "SwappedTable", "EmptyChoice", "ThrowsOutline", "ThrowsNumber",    "NanOutline",
-                                "FarOutline",   "ManyPoints",  "ManyStrokes",   "NoOutline",       "ThrowsWrite",
-                                "LongWrite",    "ThrowsRead",  "WrongRead",     "ShortRead",       "NanRead",
-                                "ThrowsPlace",  "ShortPlace",  "NanPlace",      "OtherClass",      "ThrowsClass",
-                                "ThrowsCreate", "NullCreate",  "NoGeometry",    "MarkToolCombine", "LiteralSquare"};
+const char* const kClasses[] = {
+    "GoodSquare",      "ThrowsTable",   "NoTable",       "LongTable",   "NanTable",     "SwappedTable", "EmptyChoice",
+    "ThrowsOutline",   "ThrowsNumber",  "NanOutline",    "FarOutline",  "ManyPoints",   "ManyStrokes",  "NoOutline",
+    "ThrowsWrite",     "LongWrite",     "ThrowsRead",    "WrongRead",   "ShortRead",    "NanRead",      "ThrowsPlace",
+    "ShortPlace",      "NanPlace",      "OtherClass",    "ThrowsClass", "ThrowsCreate", "NullCreate",   "NoGeometry",
+    "MarkToolCombine", "LiteralSquare", "SilentOutline", "SilentWrite"};
 
 class BadTool : public IMarkToolBase, public IGeneratedTool {
 public:
@@ -52,6 +52,8 @@ public:
     QByteArray WriteParameters(QVector<double> const& values) const override {
         if (is("ThrowsWrite"))
             throw std::runtime_error("write");
+        if (is("SilentWrite"))
+            throw std::runtime_error("");
         if (is("LiteralSquare"))
             return QByteArrayLiteral("20");
         return is("LongWrite") ? QByteArray(65537, 'x') : QByteArray::number(values.at(0), 'g', 17);
@@ -69,6 +71,8 @@ public:
     QVector<ToolContour> MakeOutline(QVector<double> const& values) const override {
         if (is("ThrowsOutline"))
             throw std::runtime_error("outline");
+        if (is("SilentOutline"))
+            throw std::runtime_error("");
         if (is("ThrowsNumber"))
             throw 42;
         if (is("NoOutline"))

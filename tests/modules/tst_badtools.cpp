@@ -121,6 +121,8 @@ private slots:
         QTest::addColumn<QString>("fault");
         QTest::newRow("ThrowsOutline") << "outline";
         QTest::newRow("ThrowsNumber") << "threw something unknown";
+        QTest::newRow("SilentOutline") << "threw something unknown";
+        QTest::newRow("SilentWrite") << "threw something unknown";
         QTest::newRow("NanOutline") << "a coordinate is out of range";
         QTest::newRow("FarOutline") << "a coordinate is out of range";
         QTest::newRow("ManyPoints") << "the outline of an object has too many points";
