@@ -117,10 +117,4 @@ std::vector<TemplatePart> parseTemplate(const QString& text, VariableProblem& pr
     return TemplateParser(text, problem).run();
 }
 
-QString escapedForTemplate(const QString& text) {
-    QString escaped = text;
-    escaped.replace(QLatin1Char('{'), QLatin1String("{{"));
-    return escaped.replace(QLatin1Char('}'), QLatin1String("}}"));
-}
-
 } // namespace sim

@@ -28,7 +28,4 @@ struct TemplatePart {
 /// Names and formats stand as they are, with no escaping; none of them can hold a brace.
 std::vector<TemplatePart> parseTemplate(const QString& text, VariableProblem& problem);
 
-/// Text in which braces that stand for themselves are doubled.
-QString escapedForTemplate(const QString& text);
-
 } // namespace sim

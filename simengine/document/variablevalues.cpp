@@ -56,17 +56,19 @@ QString VariableValues::csvText(const TemplatePart& part, VariableProblem& probl
         problem = {VariableFault::NoSource, part.text};
         return QString();
     }
-    auto row = m_rows.constFind(part.text);
-    if (row == m_rows.constEnd()) {
-        const CsvRow read = readCsvRow(*source, problem);
-        if (!problem.ok())
-            return QString();
-        CsvSource after = *source;
-        after.row = std::min(read.row + 1, kMostCsvRow);
-        m_used.sources.append({*source, after});
-        row = m_rows.insert(part.text, read);
+    auto taken = m_rows.constFind(part.text);
+    if (taken == m_rows.constEnd()) {
+        TakenRow read;
+        read.row = readCsvRow(*source, read.problem);
+        if (read.problem.ok()) {
+            CsvSource after = *source;
+            after.row = std::min(read.row.row + 1, kMostCsvRow);
+            m_used.sources.append({*source, after});
+        }
+        taken = m_rows.insert(part.text, read);
     }
-    return csvField(*source, *row, part.column, problem);
+    problem = taken->problem;
+    return problem.ok() ? csvField(*source, taken->row, part.column, problem) : QString();
 }
 
 QString VariableValues::dateText(const TemplatePart& part, VariableProblem& problem) const {

@@ -43,6 +43,12 @@ public:
     static bool followsClock(const QString& pattern);
 
 private:
+    /// The row of a source, or why there is none.
+    struct TakenRow {
+        CsvRow row;
+        VariableProblem problem;
+    };
+
     QString value(const TemplatePart& part, VariableProblem& problem);
     QString serialText(const QString& name, VariableProblem& problem);
     QString csvText(const TemplatePart& part, VariableProblem& problem);
@@ -53,7 +59,7 @@ private:
     QDateTime m_now;
     UsedVariables m_used;
     QHash<QString, QString> m_serialTexts;
-    QHash<QString, CsvRow> m_rows;
+    QHash<QString, TakenRow> m_rows; ///< also those that cannot be read, which are not tried anew
 };
 
 } // namespace sim

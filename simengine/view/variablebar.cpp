@@ -72,9 +72,12 @@ void VariableBar::setOn(bool on) {
 
 void VariableBar::fillMenu() {
     m_menu->clear();
-    const auto add = [this](const QString& variable) {
-        VariableProblem problem;
-        const QString now = variableText(variable, problem);
+    VariableProblem unread; // of the definitions: no entry has a value then
+    const VariableSet set = VariableStore::instance().set(&unread);
+    VariableValues values(set, QDateTime::currentDateTime());
+    const auto add = [&](const QString& variable) {
+        VariableProblem problem = unread;
+        const QString now = problem.ok() ? values.text(variable, problem) : QString();
         // an ampersand would mark a key of the menu
         QString shown = QStringLiteral("%1    %2").arg(variable, problem.ok() ? now : variableMessage(problem));
         connect(m_menu->addAction(shown.replace(QLatin1Char('&'), QLatin1String("&&"))), &QAction::triggered, this,
@@ -83,7 +86,6 @@ void VariableBar::fillMenu() {
                     emit inserted(variable);
                 });
     };
-    const VariableSet set = VariableStore::instance().set();
     for (const SerialNumber& serial : set.serials)
         add(QStringLiteral("{serial:%1}").arg(serial.name));
     for (const CsvSource& source : set.sources) {

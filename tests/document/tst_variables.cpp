@@ -48,6 +48,12 @@ QString valueOf(const VariableSet& set, const QString& pattern, VariableProblem*
     return own.ok() ? text : QStringLiteral("!%1").arg(int(own.fault));
 }
 
+/// Text in which braces that stand for themselves are doubled.
+QString escapedForTemplate(QString text) {
+    text.replace(QLatin1Char('{'), QLatin1String("{{"));
+    return text.replace(QLatin1Char('}'), QLatin1String("}}"));
+}
+
 } // namespace
 
 /// Templates, and what serial numbers, dates, shifts and CSV columns come to.
@@ -332,6 +338,20 @@ private slots:
         VariableProblem problem;
         valueOf(set, pattern, &problem);
         QTEST(int(problem.fault), "fault");
+    }
+
+    void a_file_that_could_not_be_read_is_not_read_anew_for_the_next_column() {
+        VariableSet set;
+        set.sources = {source("S", "late.csv")};
+        VariableValues values(set, kNow);
+        VariableProblem problem;
+        values.text("{csv:S:a}", problem);
+        QCOMPARE(int(problem.fault), int(VariableFault::NoFile));
+        writeFile(documents("late.csv"), "a\n1\n");
+        QCOMPARE(values.text("{csv:S:#1}", problem), QString());
+        QCOMPARE(int(problem.fault), int(VariableFault::NoFile));
+        QVERIFY(values.used().isEmpty());
+        QCOMPARE(valueOf(set, "{csv:S:a}"), QStringLiteral("1"));
     }
 
     void rows_end_or_begin_again() {
