@@ -7,6 +7,30 @@
 
 namespace sim {
 
+namespace {
+
+/// Both are the same as far as the operator entered it.
+bool sameEntered(const MarkObject& a, const MarkObject& b) {
+    if (a.kind() != b.kind() || a.transform() != b.transform())
+        return false;
+    if (const auto* text = std::get_if<TextShape>(&a.shape()))
+        return text->spec.variables && text->spec == std::get<TextShape>(b.shape()).spec;
+    if (const auto* code = std::get_if<CodeShape>(&a.shape()))
+        return code->spec.variables && code->spec == std::get<CodeShape>(b.shape()).spec;
+    return false;
+}
+
+} // namespace
+
+int presentIndex(const DocumentState& state, const ObjectPtr& object, int formerIndex) {
+    for (int i = 0; i < state.count(); ++i) {
+        if (state.at(i) == object)
+            return i;
+    }
+    const bool there = formerIndex >= 0 && formerIndex < state.count();
+    return there && sameEntered(*state.at(formerIndex), *object) ? formerIndex : -1;
+}
+
 void AskingTool::press(const CanvasPoint& point) {
     if (point.button == Qt::RightButton)
         m_canvas.session().finishOperator();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
+#include "simengine/document/documentstate.h"
 #include "simengine/view/canvastool.h"
 #include "simengine/view/canvaswidget.h"
 
@@ -25,6 +26,10 @@ void openOver(CanvasWidget& canvas, Dialog* dialog, Accepted accepted) {
     QObject::connect(dialog, &QDialog::accepted, &canvas, [dialog, accepted] { accepted(*dialog); });
     dialog->open();
 }
+
+/// Where the object now stands in the document: itself, or the one that shows other values of its variables in its
+/// place. -1 when it was removed or edited meanwhile.
+int presentIndex(const DocumentState& state, const ObjectPtr& object, int formerIndex);
 
 /// A press asks for an object and puts it there; the right button goes back to selecting.
 class AskingTool : public CanvasTool {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #pragma once
 
-#include "simengine/document/documentstate.h"
+#include "simengine/document/markobject.h"
 #include "simengine/view/askingtool.h"
 
 namespace sim {
@@ -18,9 +18,5 @@ protected:
 
 /// Asks for another code in place of that of an object. Does nothing in a read-only document.
 void editCode(CanvasWidget& canvas, const ObjectPtr& object);
-
-/// Where the object now stands in the document: itself, or the one that shows other values of its variables in its
-/// place. -1 when it was removed or edited meanwhile.
-int presentIndex(const DocumentState& state, const ObjectPtr& object, int formerIndex);
 
 } // namespace sim

@@ -4,6 +4,7 @@
 #include "engine/languagemanager.h"
 #include "simengine/dialogs/dialogparts.h"
 #include "simengine/document/guardedmodule.h"
+#include "simengine/view/previewdialog.h"
 #include "simengine/view/textpreview.h"
 
 #include <QCheckBox>
@@ -132,10 +133,7 @@ double GeneratedDialog::entered(int index) const {
     if (const auto* box = qobject_cast<const QComboBox*>(m_fields.at(index)))
         return box->currentIndex();
     const auto* box = qobject_cast<const QDoubleSpinBox*>(m_fields.at(index));
-    const double opened = m_opened.at(index);
-    const QString shown = box->locale().toString(opened * factor(index), 'f', box->decimals());
-    const bool untouched = shown == box->locale().toString(box->value(), 'f', box->decimals());
-    return untouched ? opened : box->value() / factor(index);
+    return PreviewDialog::valueOf(box, m_opened.at(index), factor(index));
 }
 
 QVector<double> GeneratedDialog::values() const {

@@ -162,21 +162,19 @@ void editGenerated(CanvasWidget& canvas, const ObjectPtr& object) {
         note("没有该对象的工具模块,不能修改参数");
         return;
     }
-    const auto accepted = [&session, tool, object](const GeneratedDialog& dialog) {
+    const int index = presentIndex(*session.state(), object, -1);
+    const auto accepted = [&session, tool, object, index](const GeneratedDialog& dialog) {
         const std::optional<GeneratedShape> made = tool->make(dialog.values());
         if (!made) {
             note("参数不能组成图形");
             return;
         }
         // the document may have been edited from elsewhere meanwhile
-        const StatePtr state = session.state();
-        for (int i = 0; i < state->count(); ++i) {
-            if (state->at(i) == object) {
-                session.change([&](const DocumentState& now, QString* fault) {
-                    return edits::setGenerated(now, i, *made, fault);
-                });
-                return;
-            }
+        const int now = presentIndex(*session.state(), object, index);
+        if (now >= 0) {
+            session.change([&](const DocumentState& state, QString* fault) {
+                return edits::setGenerated(state, now, *made, fault);
+            });
         }
     };
     const double scale = generatedScale(object->transform());

@@ -65,14 +65,13 @@ std::unique_ptr<NodeEditTool> NodeEditTool::ofSelection(CanvasWidget& canvas) {
     return std::unique_ptr<NodeEditTool>(new NodeEditTool(canvas, index));
 }
 
-bool NodeEditTool::load(int index) {
+void NodeEditTool::load(int index) {
     m_index = index;
     m_object = m_canvas.session().state()->at(index);
     m_line = m_object->kind() == ObjectKind::Polyline;
     m_path = NodePath::of(fieldPath(*m_object).value_or(PathShape()));
     m_place.reset();
     m_hover = NodeRef();
-    return true;
 }
 
 void NodeEditTool::changed() {
@@ -427,15 +426,15 @@ void NodeEditTool::refused() {
 }
 
 // One step of the document; a kind alone changes no coordinate and is none.
-bool NodeEditTool::commit(bool merge) {
+void NodeEditTool::commit(bool merge) {
     Document& document = m_canvas.session().document();
     if (m_path.isEmpty()) {
         document.edit(edits::removeSelected); // ends the editing by documentChanged()
-        return true;
+        return;
     }
     const PathShape path = m_path.path();
     if (samePath(path, fieldPath(*m_object).value_or(PathShape())))
-        return false;
+        return;
     const Shape shape = m_line ? simplestShape(path) : Shape(path);
     m_committing = true;
     const bool done = document.edit(
@@ -449,11 +448,10 @@ bool NodeEditTool::commit(bool merge) {
     m_committing = false;
     if (!done) {
         refused();
-        return false;
+        return;
     }
     m_object = m_canvas.session().state()->at(m_index);
     m_line = m_object->kind() == ObjectKind::Polyline;
-    return true;
 }
 
 void NodeEditTool::documentChanged() {

@@ -54,8 +54,8 @@ private:
     };
 
     NodeEditTool(CanvasWidget& canvas, int index);
-    bool load(int index);
-    bool commit(bool merge = false);
+    void load(int index);
+    void commit(bool merge = false);
     void refused();
     void changed();
     double mm(double pixels) const;

@@ -3,6 +3,7 @@
 
 #include "simengine/document/contour.h"
 #include "simengine/document/flatten.h"
+#include "simengine/view/anglestep.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
@@ -21,13 +22,6 @@ constexpr double kTouchClose = 20.0;
 constexpr double kMouseDrag = 4.0; ///< px from which a press pulls handles
 constexpr double kTouchDrag = 10.0;
 constexpr double kSamePlace = 1.0; ///< px within which a press repeats the node before
-
-QPointF toAngleStep(const QPointF& v) {
-    const double step = M_PI / 4.0;
-    const double angle = std::round(std::atan2(v.y(), v.x()) / step) * step;
-    const QPointF along(std::cos(angle), std::sin(angle));
-    return QPointF::dotProduct(v, along) * along;
-}
 
 } // namespace
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/polylinetool.h"
 
+#include "simengine/view/anglestep.h"
 #include "simengine/view/canvaswidget.h"
 #include "simengine/view/viewsession.h"
 #include "simengine/view/viewtheme.h"
@@ -22,12 +23,7 @@ constexpr double kSamePoint = 1.0;   ///< px within which a press repeats the po
 QPointF PolylineTool::snapped(const CanvasPoint& point) const {
     if (m_points.isEmpty() || !(point.modifiers & Qt::ShiftModifier))
         return point.mm;
-    const QPointF last = m_points.last();
-    const QPointF span = point.mm - last;
-    const double step = M_PI / 4.0;
-    const double angle = std::round(std::atan2(span.y(), span.x()) / step) * step;
-    const QPointF direction(std::cos(angle), std::sin(angle));
-    return last + QPointF::dotProduct(span, direction) * direction;
+    return m_points.last() + toAngleStep(point.mm - m_points.last());
 }
 
 bool PolylineTool::closes(const QPointF& pixel) const {

@@ -92,9 +92,10 @@ QComboBox* PreviewDialog::makeChoice(const char* name, const QStringList& entrie
     return box;
 }
 
-double PreviewDialog::valueOf(const QDoubleSpinBox* box, double opened) {
-    const QString shown = box->locale().toString(opened, 'f', box->decimals());
-    return shown == box->locale().toString(box->value(), 'f', box->decimals()) ? opened : box->value();
+double PreviewDialog::valueOf(const QDoubleSpinBox* box, double opened, double factor) {
+    const QString shown = box->locale().toString(opened * factor, 'f', box->decimals());
+    const bool untouched = shown == box->locale().toString(box->value(), 'f', box->decimals());
+    return untouched ? opened : box->value() / factor;
 }
 
 void PreviewDialog::accept() {

@@ -23,6 +23,9 @@ class PreviewDialog : public QDialog {
 public:
     void accept() override;
 
+    /// The value of a box that shows `factor` times as much, exact where it still shows what it was opened with.
+    static double valueOf(const QDoubleSpinBox* box, double opened, double factor = 1.0);
+
 protected:
     /// `title` is a key.
     PreviewDialog(const char* title, const char* name, QWidget* parent);
@@ -35,8 +38,6 @@ protected:
     QLabel* makeMessage();
     QDoubleSpinBox* makeNumber(const char* name, int decimals, double least, double most, double step);
     QComboBox* makeChoice(const char* name, const QStringList& entries);
-    /// The value of a box, exact where it still shows what it was opened with.
-    static double valueOf(const QDoubleSpinBox* box, double opened);
 
     /// Something was entered: the preview follows a little later.
     virtual void changed() { m_delay.start(); }

@@ -13,7 +13,8 @@ namespace sim {
 ///
 /// A press on an object selects it, with Shift adds it, with Control adds or takes it away. A drag from an empty place
 /// opens a rubber band: to the right it takes what lies wholly inside, to the left also what it touches. A double click
-/// on a text asks for another one in its place, on an empty place it shows the whole field.
+/// on a text, a code or what a tool module made asks for another one in its place, on a path or a line it shows the
+/// nodes, on an empty place the whole field.
 class SelectTool : public CanvasTool {
 public:
     using CanvasTool::CanvasTool;
@@ -31,7 +32,7 @@ private:
     enum class Gesture { None, Pressed, Move, Scale, Rotate, Band };
 
     int objectUnder(const CanvasPoint& point) const;
-    /// The uppermost text with the place within its bounds: one need not meet a letter.
+    /// The uppermost text or code with the place within its bounds: one need not meet a line of it.
     int enteredUnder(const CanvasPoint& point) const;
     std::optional<SelectionFrame> frame() const;
     void selectPressed(const CanvasPoint& point);

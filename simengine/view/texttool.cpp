@@ -2,7 +2,6 @@
 #include "simengine/view/texttool.h"
 
 #include "simengine/document/textedits.h"
-#include "simengine/view/codetool.h"
 #include "simengine/view/textdialog.h"
 #include "simengine/view/viewsession.h"
 

@@ -75,6 +75,38 @@ Reading readingOf(const QByteArray& bytes) {
     return *encodeMkf(*decoded) == bytes ? Reading::AsItSays : Reading::Otherwise;
 }
 
+/// The object section cut off within its one object, with sizes and a checksum that fit.
+void everyTruncationIsRefused(const QByteArray& bytes) {
+    const int objects = objectsOffset(bytes);
+    for (int length = objects + 4; length < bytes.size() - 32; ++length) {
+        QByteArray cut = bytes.left(length) + QByteArray(32, '\0');
+        put(cut, 16, quint64(cut.size()));
+        put(cut, 24 + 2 * 24 + 16, quint64(length - objects));
+        QVERIFY2(!decodeMkf(resealed(cut), nullptr), qPrintable(QString::number(length)));
+    }
+}
+
+/// Every byte of the object section changed, with a checksum that fits; more than `fewest` of these files are refused.
+void everyChangedByteIsRefusedOrTakenAsItSays(const QByteArray& bytes, int fewest) {
+    int refused = 0;
+    for (int place = objectsOffset(bytes); place < bytes.size() - 32; ++place) {
+        for (const int change : {1, 0x80, 0xff}) {
+            QByteArray damaged = bytes;
+            damaged[place] = char(damaged[place] ^ change);
+            const Reading reading = readingOf(resealed(damaged));
+            QVERIFY(reading != Reading::Otherwise);
+            refused += reading == Reading::Refused ? 1 : 0;
+        }
+    }
+    QVERIFY(refused > fewest);
+}
+
+/// Bytes in place of others behind the name of the one object.
+QString faultOfReplaced(QByteArray file, int place, const QByteArray& bytes) {
+    file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
+    return faultOf(resealed(file));
+}
+
 } // namespace
 
 /// The bytes of a document's file: every field, damage of every kind, other versions.
@@ -328,29 +360,11 @@ void MkfTest::texts_of_the_lower_version_are_unknown() {
 }
 
 void MkfTest::every_truncation_of_a_text_is_refused() {
-    const QByteArray bytes = withText();
-    const int objects = objectsOffset(bytes);
-    for (int length = objects + 4; length < bytes.size() - 32; ++length) {
-        QByteArray cut = bytes.left(length) + QByteArray(32, '\0');
-        put(cut, 16, quint64(cut.size()));
-        put(cut, 24 + 2 * 24 + 16, quint64(length - objects));
-        QVERIFY2(!decodeMkf(resealed(cut), nullptr), qPrintable(QString::number(length)));
-    }
+    everyTruncationIsRefused(withText());
 }
 
 void MkfTest::every_changed_byte_of_a_text_is_refused_or_taken_as_it_says() {
-    const QByteArray bytes = withText();
-    int refused = 0;
-    for (int place = objectsOffset(bytes); place < bytes.size() - 32; ++place) {
-        for (const int change : {1, 0x80, 0xff}) {
-            QByteArray damaged = bytes;
-            damaged[place] = char(damaged[place] ^ change);
-            const Reading reading = readingOf(resealed(damaged));
-            QVERIFY(reading != Reading::Otherwise);
-            refused += reading == Reading::Refused ? 1 : 0;
-        }
-    }
-    QVERIFY(refused > 100);
+    everyChangedByteIsRefusedOrTakenAsItSays(withText(), 100);
 }
 
 void MkfTest::unsound_texts_are_refused_data() {
@@ -381,10 +395,7 @@ void MkfTest::unsound_texts_are_refused() {
     QFETCH(int, place);
     QFETCH(QByteArray, bytes);
     QFETCH(QString, fault);
-    QByteArray file = withText();
-    file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
-    QString told = faultOf(resealed(file));
-    QCOMPARE(told, fault);
+    QCOMPARE(faultOfReplaced(withText(), place, bytes), fault);
 }
 
 void MkfTest::only_documents_with_tool_shapes_have_their_version() {
@@ -405,29 +416,11 @@ void MkfTest::only_documents_with_tool_shapes_have_their_version() {
 }
 
 void MkfTest::every_truncation_of_a_tool_shape_is_refused() {
-    const QByteArray bytes = withGenerated();
-    const int objects = objectsOffset(bytes);
-    for (int length = objects + 4; length < bytes.size() - 32; ++length) {
-        QByteArray cut = bytes.left(length) + QByteArray(32, '\0');
-        put(cut, 16, quint64(cut.size()));
-        put(cut, 24 + 2 * 24 + 16, quint64(length - objects));
-        QVERIFY2(!decodeMkf(resealed(cut), nullptr), qPrintable(QString::number(length)));
-    }
+    everyTruncationIsRefused(withGenerated());
 }
 
 void MkfTest::every_changed_byte_of_a_tool_shape_is_refused_or_taken_as_it_says() {
-    const QByteArray bytes = withGenerated();
-    int refused = 0;
-    for (int place = objectsOffset(bytes); place < bytes.size() - 32; ++place) {
-        for (const int change : {1, 0x80, 0xff}) {
-            QByteArray damaged = bytes;
-            damaged[place] = char(damaged[place] ^ change);
-            const Reading reading = readingOf(resealed(damaged));
-            QVERIFY(reading != Reading::Otherwise);
-            refused += reading == Reading::Refused ? 1 : 0;
-        }
-    }
-    QVERIFY(refused > 50);
+    everyChangedByteIsRefusedOrTakenAsItSays(withGenerated(), 50);
 }
 
 void MkfTest::unsound_tool_shapes_are_refused_data() {
@@ -448,9 +441,7 @@ void MkfTest::unsound_tool_shapes_are_refused() {
     QFETCH(int, place);
     QFETCH(QByteArray, bytes);
     QFETCH(QString, fault);
-    QByteArray file = withGenerated();
-    file.replace(objectsOffset(file) + 4 + 175 + place, bytes.size(), bytes);
-    QCOMPARE(faultOf(resealed(file)), fault);
+    QCOMPARE(faultOfReplaced(withGenerated(), place, bytes), fault);
 }
 
 void MkfTest::resealed_damage_never_loads_half() {

@@ -2,18 +2,10 @@
 // A calibration carried out to the end: a grid is marked by a distorted head and measured, a correction table is
 // computed from the measurement by a program of its own, the card takes it, and the field is marked and measured again.
 #include "fieldfit.h"
+#include "headfixture.h"
 
-#include "engine/cardfunctions.h"
-#include "engine/layerdata.h"
-#include "engine/layerparamex.h"
-#include "engine/markcardinstance.h"
-#include "engine/profinifile.h"
 #include "engine/standardcalibparam.h"
-#include "engine/vzmarkcard.h"
-#include "simengine/simcontrol.h"
-#include "support/temporaryroot.h"
 
-#include <QtTest>
 #include <cmath>
 
 namespace {
@@ -59,30 +51,10 @@ void print(char const* what, Residual const& residual) {
 
 } // namespace
 
-class TestCalibration : public QObject {
+class TestCalibration : public QObject, private tests::HeadFixture {
     Q_OBJECT
 
 private:
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-
-    static sim::SimControl& machine() { return *tessera_sim_control(); }
-    static IMarkCardBase& card() { return *MarkCardInstance::Instance(); }
-
-    static void mark(QVector<QPointF> const& places) {
-        LayerParamEx layers;
-        card().SetMarkType(MarkTypeLaser);
-        card().DownLayerPara(&layers, 20);
-        card().BeginList(1);
-        for (QPointF const& p : places) {
-            constexpr double h = 2.5;
-            DOT3 across[] = {{p.x() - h, p.y(), 0}, {p.x() + h, p.y(), 0}};
-            DOT3 up[] = {{p.x(), p.y() + h, 0}, {p.x(), p.y() - h, 0}};
-            card().AddList(across, 2, 0);
-            card().AddList(up, 2, 0);
-        }
-        card().EndList();
-    }
-
     QVector<QPointF> measure() const {
         std::string error;
         QString const file = m_root->path("measured.txt");
@@ -93,29 +65,19 @@ private:
     }
 
     QVector<QPointF> markAndMeasure(QVector<QPointF> const& places) const {
-        mark(places);
+        markCrosses(places);
         return measure();
     }
 
     static bool setNoise(double mm) {
-        sim::SimHeadDistortion head;
-        std::string error;
-        machine().head(head, error);
-        head.noise = mm;
-        return machine().setHead(head, error) == sim::SimOutcome::Done;
-    }
-
-    void switchCorrection(bool on) const {
-        XProfIniFile_CardCfg::Instance()->WriteInt("HARDWARE", "bHighPrecisionCali", on ? 1 : 0);
-        VZ_SetCardParaFile(m_root->path("ini/VZMarkPara.cfg").toLatin1().constData());
+        sim::SimHeadDistortion noisy = head();
+        noisy.noise = mm;
+        return set(noisy) == sim::SimOutcome::Done;
     }
 
 private slots:
     void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        QVERIFY(m_root->isValid());
-        MarkCardInstance::SetMarkCardInstance(new VZMarkCard());
-        machine().setSpeed(0.0);
+        QVERIFY(makeMachine());
         card().OpenCard();
         QVERIFY(card().IsCardOpend());
     }
@@ -129,7 +91,7 @@ private slots:
 
     void a_measured_table_brings_the_field_below_15_um() {
         QFETCH(bool, box);
-        switchCorrection(false);
+        enableTable(false);
         sim::SimHeadDistortion head;
         head.barrel = 0.03;
         head.trapezoidX = head.trapezoidY = 0.01;
@@ -154,8 +116,8 @@ private slots:
         QByteArray const table = fieldfit::correctionTable(map, kField, kRange / 2 + kRange / (kGrid - 1));
         QCOMPARE(table.size(), 1056784);
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", table));
-        switchCorrection(true);
-        QVERIFY(machine().state().gridCorrection);
+        enableTable(true);
+        QVERIFY(hasTable());
 
         QVector<QPointF> sum(check.size());
         Residual single;
@@ -183,8 +145,8 @@ private slots:
         double const expected = std::sqrt(2.0) * std::sqrt(25.0 + 12.5);
         QVERIFY2(std::fabs(single.rms - expected) < 1.0, qPrintable(QString::number(single.rms)));
 
-        switchCorrection(false);
-        QVERIFY(!machine().state().gridCorrection);
+        enableTable(false);
+        QVERIFY(!hasTable());
         QVERIFY(residualOf(check, markAndMeasure(check)).largest > 500.0);
     }
 };

@@ -1,19 +1,13 @@
 // SPDX-License-Identifier: MIT
 // The simulated head as the machine keeps it: its file, its corrections and its measurements.
+#include "headfixture.h"
+
 #include "engine/boxspliceparam.h"
-#include "engine/cardfunctions.h"
 #include "engine/languagemanager.h"
-#include "engine/layerparamex.h"
-#include "engine/markcardinstance.h"
-#include "engine/profinifile.h"
 #include "engine/standardcalibparam.h"
-#include "engine/vzmarkcard.h"
 #include "simengine/card/cardlink.h"
-#include "simengine/simcontrol.h"
-#include "support/temporaryroot.h"
 
 #include <QDir>
-#include <QtTest>
 #include <cmath>
 #include <thread>
 
@@ -36,25 +30,10 @@ QByteArray shiftTable() {
 
 } // namespace
 
-class TestHeadMachine : public QObject {
+class TestHeadMachine : public QObject, private tests::HeadFixture {
     Q_OBJECT
 
 private:
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-
-    static sim::SimControl& machine() { return *tessera_sim_control(); }
-    static IMarkCardBase& card() { return *MarkCardInstance::Instance(); }
-
-    static SimHeadDistortion head() {
-        SimHeadDistortion head;
-        std::string error;
-        machine().head(head, error);
-        return head;
-    }
-    static SimOutcome set(SimHeadDistortion const& head) {
-        std::string error;
-        return machine().setHead(head, error);
-    }
     /// Marks one line and gives its rows.
     static std::vector<sim::SimTraceRow> markLine(double x0, double y0, double x1, double y1,
                                                   MarkType type = MarkTypeLaser) {
@@ -71,33 +50,9 @@ private:
         machine().followTrace(pass, from, rows);
         return rows;
     }
-    static void markCrosses(QVector<QPointF> const& places) {
-        LayerParamEx layers;
-        card().DownLayerPara(&layers, 20);
-        card().SetMarkType(MarkTypeLaser);
-        card().BeginList(1);
-        for (QPointF const& p : places) {
-            DOT3 across[] = {{p.x() - 2.5, p.y(), 0}, {p.x() + 2.5, p.y(), 0}};
-            DOT3 up[] = {{p.x(), p.y() + 2.5, 0}, {p.x(), p.y() - 2.5, 0}};
-            card().AddList(across, 2, 0);
-            card().AddList(up, 2, 0);
-        }
-        card().EndList();
-    }
-    QByteArray cardFile() const { return m_root->path("ini/VZMarkPara.cfg").toLatin1(); }
-    void enableTable(int flag) const {
-        XProfIniFile_CardCfg::Instance()->WriteInt("HARDWARE", "bHighPrecisionCali", flag);
-        VZ_SetCardParaFile(cardFile().constData());
-    }
-    static bool hasTable() { return machine().state().gridCorrection; }
 
 private slots:
-    void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        QVERIFY(m_root->isValid());
-        MarkCardInstance::SetMarkCardInstance(new VZMarkCard());
-        machine().setSpeed(0.0);
-    }
+    void initTestCase() { QVERIFY(makeMachine()); }
     void cleanupTestCase() { MarkCardInstance::SetMarkCardInstance(nullptr); }
     void init() {
         VZ_SetFuncMessageDisp(takeMessage, nullptr);
@@ -383,10 +338,10 @@ private slots:
     void the_table_is_in_force_only_while_it_is_enabled() {
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", shiftTable()));
         QCOMPARE(markLine(0, 0, 10, 0).back().x, 10.0);
-        enableTable(1);
+        enableTable(true);
         QVERIFY(hasTable());
         QCOMPARE(markLine(0, 0, 10, 0).back().x, 10.25);
-        enableTable(0);
+        enableTable(false);
         QVERIFY(!hasTable());
         QCOMPARE(markLine(0, 0, 10, 0).back().x, 10.0);
         QVERIFY(g_messages.isEmpty());
@@ -394,10 +349,10 @@ private slots:
 
     void a_table_written_anew_acts_when_the_card_rereads_its_parameters() {
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", shiftTable()));
-        enableTable(1);
+        enableTable(true);
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", QByteArray(1056784, '\0')));
         QCOMPARE(markLine(0, 0, 10, 0).back().x, 10.25);
-        enableTable(1);
+        enableTable(true);
         QCOMPARE(markLine(0, 0, 10, 0).back().x, 10.0);
     }
 
@@ -413,17 +368,17 @@ private slots:
     void the_field_of_the_table_follows_the_counts_a_millimetre() {
         // Without a count the field is that of an uncalibrated card, 140 mm: 69 mm is in it and 71 mm is not.
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", shiftTable()));
-        enableTable(1);
+        enableTable(true);
         QCOMPARE(markLine(0, 0, 69, 0).back().x, 69.25);
         QCOMPARE(markLine(0, 0, 71, 0).back().x, 71.0);
         ProfIniFile* file = XProfIniFile_CardCfg::Instance();
         file->WriteDouble("Calibration", "VZC1000_NO0_CaliKx", 65535.0 * 8192.0 / 100.0);
         file->WriteDouble("Calibration", "VZC1000_NO0_CaliKy", 65535.0 * 8192.0 / 100.0);
-        enableTable(1);
+        enableTable(true);
         QCOMPARE(markLine(0, 0, 49, 0).back().x, 49.25);
         QCOMPARE(markLine(0, 0, 51, 0).back().x, 51.0);
         file->WriteDouble("Calibration", "VZC1000_NO0_CaliKx", 0.0); // a field without end
-        enableTable(1);
+        enableTable(true);
         QVERIFY(!hasTable());
         QCOMPARE(g_messages.size(), 1);
     }
@@ -444,12 +399,12 @@ private slots:
         QFETCH(bool, there);
         QFETCH(int, kind);
         QVERIFY(m_root->write("ini/HighPrecisionCali.cl", shiftTable()));
-        enableTable(1);
+        enableTable(true);
         QVERIFY(hasTable());
         QVERIFY(QFile::remove(m_root->path("ini/HighPrecisionCali.cl")));
         if (there)
             QVERIFY(m_root->write("ini/HighPrecisionCali.cl", bytes));
-        enableTable(1);
+        enableTable(true);
         QVERIFY(!hasTable());
         QCOMPARE(g_messages.size(), 1);
         QString const text =

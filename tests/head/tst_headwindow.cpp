@@ -3,33 +3,20 @@
 #include "simengine/panel/headwindow.h"
 
 #include "engine/languagemanager.h"
-#include "engine/layerparamex.h"
-#include "engine/markcardinstance.h"
-#include "engine/vzmarkcard.h"
+#include "headfixture.h"
 #include "simengine/card/headmap.h"
 #include "simengine/panel/panelwindow.h"
-#include "support/temporaryroot.h"
 
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QtTest>
 
 using namespace sim;
 
-class TestHeadWindow : public QObject {
+class TestHeadWindow : public QObject, private tests::HeadFixture {
     Q_OBJECT
 
 private:
-    std::unique_ptr<tests::TemporaryRoot> m_root;
-
-    static SimControl& machine() { return *tessera_sim_control(); }
-    static SimHeadDistortion head() {
-        SimHeadDistortion head;
-        std::string error;
-        machine().head(head, error);
-        return head;
-    }
     static HeadWindow* window() {
         std::string error;
         machine().showPanel(true, error);
@@ -39,21 +26,15 @@ private:
 
 private slots:
     void initTestCase() {
-        m_root = std::make_unique<tests::TemporaryRoot>();
-        QVERIFY(m_root->isValid());
-        MarkCardInstance::SetMarkCardInstance(new VZMarkCard());
-        machine().setSpeed(0.0);
-        MarkCardInstance::Instance()->OpenCard();
+        QVERIFY(makeMachine());
+        card().OpenCard();
     }
     void cleanupTestCase() {
         std::string error;
         machine().showPanel(false, error);
         MarkCardInstance::SetMarkCardInstance(nullptr);
     }
-    void init() {
-        std::string error;
-        QVERIFY(machine().setHead({}, error) == SimOutcome::Done);
-    }
+    void init() { QVERIFY(set({}) == SimOutcome::Done); }
     void cleanup() { LanguageManager::SetCurrentLan("zh_CN"); }
 
     void every_value_has_a_field_with_its_limits() {
@@ -94,8 +75,7 @@ private slots:
         shown->findChild<QDoubleSpinBox*>("offsetX")->setValue(7.0);
         SimHeadDistortion wanted;
         wanted.offsetX = -2.5;
-        std::string error;
-        QVERIFY(machine().setHead(wanted, error) == SimOutcome::Done);
+        QVERIFY(set(wanted) == SimOutcome::Done);
         QCOMPARE(window(), shown);
         QCOMPARE(shown->findChild<QDoubleSpinBox*>("offsetX")->value(), -2.5);
     }
@@ -114,8 +94,7 @@ private slots:
         SimHeadDistortion fine;
         fine.scaleX = 1.00000123;
         fine.barrel = 0.0100000456;
-        std::string error;
-        QVERIFY(machine().setHead(fine, error) == SimOutcome::Done);
+        QVERIFY(set(fine) == SimOutcome::Done);
         HeadWindow* const shown = window();
         shown->findChild<QDoubleSpinBox*>("rotation")->setValue(0.5);
         shown->findChild<QPushButton*>("applyHead")->click();
@@ -132,21 +111,16 @@ private slots:
         HeadWindow* const shown = window();
         auto* message = shown->findChild<QLabel*>("message");
         LayerParamEx layers;
-        IMarkCardBase& card = *MarkCardInstance::Instance();
-        card.DownLayerPara(&layers, 20);
-        card.BeginList(1);
+        card().DownLayerPara(&layers, 20);
+        card().BeginList(1);
         DOT3 across[] = {{-2, 0, 0}, {2, 0, 0}};
-        card.AddList(across, 2, 0);
-        card.EndList();
+        card().AddList(across, 2, 0);
+        card().EndList();
         shown->measureInto(m_root->path("m.txt"));
         QVERIFY(message->property("bad").toBool());
         QCOMPARE(message->text(), QString("没有可测量的十字或标记点"));
         QVERIFY(!m_root->exists("m.txt"));
-        card.BeginList(1);
-        DOT3 up[] = {{0, 2, 0}, {0, -2, 0}};
-        card.AddList(across, 2, 0);
-        card.AddList(up, 2, 0);
-        card.EndList();
+        markCrosses({{0, 0}});
         shown->measureInto(m_root->path("m.txt"));
         QVERIFY(!message->property("bad").toBool());
         QCOMPARE(m_root->read("m.txt"), QByteArray("0,0\n"));
