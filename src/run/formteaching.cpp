@@ -10,6 +10,7 @@
 
 #include <QCloseEvent>
 #include <QFile>
+#include <cmath>
 
 namespace {
 
@@ -19,8 +20,9 @@ QIcon arrow(char const* name) {
     return QIcon(QStringLiteral(":/Icon/Res/%1arrow.png").arg(QLatin1String(name)));
 }
 
+/// Steps of 0.1 there and back leave a trace of the last bit, which is no "-0.000".
 void showValue(QLineEdit& field, double mm) {
-    field.setText(QString::number(mm, 'f', 3));
+    field.setText(QString::number(std::abs(mm) < 0.0005 ? 0.0 : mm, 'f', 3));
 }
 
 void moveMirrors(double x, double y) {

@@ -33,6 +33,7 @@ private slots:
     void taking_the_tool_back_selects();
     void steps_data();
     void steps();
+    void steps_there_and_back_show_no_minus_zero();
     void arrows_move_the_mirrors();
     void the_centre_leaves_the_stored_place();
     void a_press_in_the_view_steers_the_beam();
@@ -212,6 +213,15 @@ void TeachingTest::steps() {
     click(form, "pushButtonRight");
     COMPARE_JOURNAL(moves(), {call("MoveMirrorPos", mm, 0, 1000, 0)});
     QCOMPARE(fields(form), QStringList({QString::number(mm, 'f', 3), "0.000"}));
+}
+
+void TeachingTest::steps_there_and_back_show_no_minus_zero() {
+    FormTeaching* form = teach();
+    click(form, "radioButtonX2");
+    for (char const* button : {"pushButtonLeft", "pushButtonLeft", "pushButtonLeft", "pushButtonRight",
+                               "pushButtonRight", "pushButtonRight"})
+        click(form, button);
+    QCOMPARE(fields(form), QStringList({"0.000", "0.000"}));
 }
 
 void TeachingTest::arrows_move_the_mirrors() {
