@@ -113,7 +113,7 @@ void HostResponseTcp::NoteRefused(QString const& sender) {
     const LogLimit::Time now = LogLimit::Time::clock::now();
     if (m_RefusedLimit.allows(now))
         MarkLog::Instance()->ShowNote_Error(QStringLiteral("host port: refused by HostTcp.ini: ") + sender);
-    else if (!m_RefusalsLeftOut.isActive())
+    else
         m_RefusalsLeftOut.start(std::chrono::ceil<std::chrono::milliseconds>(m_RefusedLimit.windowEnd() - now));
 }
 
