@@ -50,6 +50,11 @@ std::size_t MarkQueue::Count() const {
     return m_Docs.size();
 }
 
+bool MarkQueue::HasWork() const {
+    const std::lock_guard<std::mutex> lock(m_Lock);
+    return m_bRunning && (m_Current.view || !m_Docs.empty());
+}
+
 bool MarkQueue::BeginUnlessStopped(std::function<void()> const& setRun) {
     const std::lock_guard<std::mutex> lock(m_Lock);
     if (!m_bRunning || m_bStopped)

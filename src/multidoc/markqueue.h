@@ -36,6 +36,8 @@ public:
     QRulerView* Take(std::chrono::milliseconds longest);
     void Clear();
     std::size_t Count() const;
+    /// The run is on and has a document in hand or waiting.
+    bool HasWork() const;
 
     /// Worker: calls `setRun` unless the document in hand was stopped or the run has ended; a stop that comes meanwhile
     /// waits, so that what it sets stands. Tells whether it was called.

@@ -61,6 +61,10 @@ public:
     /// Ends the document that is marked and drops those that wait; the run stays on.
     void StopMark();
     MultiMarkStatus GetMarkStatus() const;
+    /// A run is on, whether or not a document is being marked. Any thread.
+    bool IsRunOn() const { return m_Thread.GetRunning(); }
+    /// A document is being marked or waits for it. Any thread.
+    bool HasWork() const { return m_Thread.HasWork(); }
     /// The view is about to be deleted; returns when the run does not use it any more.
     void ForgetView(QRulerView const* view) { m_Thread.ForgetView(view); }
     /// Visibility that other threads may ask for.

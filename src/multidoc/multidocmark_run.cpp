@@ -152,8 +152,10 @@ unsigned int MultiDocMark::settledInput() {
     return MarkCardInstance::Instance()->GetInput();
 }
 
+/// Asked of the worker itself: its status comes by a message, behind what the first poll of a run finds and before what
+/// the last one does.
 bool MultiDocMark::isIdle() {
-    return GetMarkStatus() == MultiMarkIdle;
+    return !IsRunOn();
 }
 
 bool MultiDocMark::isOpen(QString const& name) {

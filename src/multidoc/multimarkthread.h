@@ -33,6 +33,8 @@ public:
     /// Stops the document that is being marked; the run stays on.
     void StopMark();
     bool GetRunning() const { return m_Queue.IsRunning(); }
+    /// A document is being marked or waits for it, also in the moment between two of them.
+    bool HasWork() const { return m_Queue.HasWork(); }
     void SetMarkType(MarkType type) { m_MarkType = type; }
 
     /// Queues a document unless one of its name waits already or is seen being marked. Tells whether it did.

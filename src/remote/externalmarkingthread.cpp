@@ -68,7 +68,7 @@ void ExternalMarkingThread::StopTrigger() {
     card->SetMarkStaus(MarkStatusStop);
     IOOutputSet::Instance()->SetYellow(card);
     if (MainWindow* window = MainWindow::Instance())
-        window->SetMarkStatus(false);
+        window->SetMarkStatus(window->IsLocalRunOn());
     run->Wait();
 }
 

@@ -60,6 +60,8 @@ public:
     void StopAndWait();
     /// The worker has a run.
     bool IsRunning() const { return m_Thread.IsActive(); }
+    /// As long as the end of a run has not been taken in here, too. Main thread.
+    bool IsRunOn() const { return IsRunning() || !m_bCanExit; }
     /// The last pass had something to mark and was not stopped by an order to this dialog. Any thread.
     bool LastPassMarked() const { return m_Thread.LastPassMarked(); }
     /// A pass works with this document.

@@ -79,12 +79,15 @@ void Form_Marking::OnMarkFinish(bool, QDateTime time) {
 void Form_Marking::OnMarkFinishUI() {
     MainWindow::Instance()->SetRedVie(false);
     IMarkCardBase* card = MarkCardInstance::Instance();
-    // A run that was started before this message arrived must not be stopped by it.
-    if (!m_Thread.IsActive())
+    // A run that was started before this message arrived must not be stopped by it, nor lose its lock and its lamp.
+    const bool remote = MainWindow::Instance()->IsRemoteRunOn();
+    if (!m_Thread.IsActive() && !remote)
         card->SetMarkStaus(MarkStatusStop);
     SetIdleUI();
-    MainWindow::Instance()->SetMarkStatus(false);
-    IOOutputSet::Instance()->SetYellow(card);
+    if (!remote) {
+        MainWindow::Instance()->SetMarkStatus(false);
+        IOOutputSet::Instance()->SetYellow(card);
+    }
     m_StopWatcher.Look();
     ShowStopState();
 }
@@ -102,7 +105,7 @@ void Form_Marking::OnStopStateChanged(tessera::StopState state) {
 void Form_Marking::OnMarkRunSpecial() {
     tessera::ShowTrace(QTime::currentTime().toString(QStringLiteral("hh:mm:ss.zzz")) +
                        QStringLiteral(":红光循环时触发运行完成"));
-    if (!m_Thread.TakeReturn()) {
+    if (!m_Thread.TakeReturn() || MainWindow::Instance()->IsRemoteRunOn()) {
         if (!m_Thread.IsActive())
             OnMarkFinishUI();
         return;

@@ -103,6 +103,10 @@ public:
     int MarkWindowIsVisible();
     /// A run or preview of the run dialog, shown or not, or of a remote order goes on. Any thread.
     bool IsJobUnderWay() const;
+    /// A run of the run dialog or of a project is on, for which the window is locked.
+    bool IsLocalRunOn() const;
+    /// A host's or station's run is on.
+    bool IsRemoteRunOn() const;
     void ShowNormalMarkWindow();
     void ShowMultDocMarkWindow();
     /// Asks for the visible run dialog to be centred. Any thread.

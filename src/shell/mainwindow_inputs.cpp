@@ -63,7 +63,17 @@ void MainWindow::IOStopRun() {
 
 bool MainWindow::IsJobUnderWay() const {
     Form_Marking const* dialog = Form_Marking::Instance();
-    return (dialog && dialog->IsRunning()) || ExternalResponse::Instance()->IsRunning();
+    return (dialog && dialog->IsRunOn()) || IsRemoteRunOn();
+}
+
+bool MainWindow::IsLocalRunOn() const {
+    Form_Marking const* dialog = Form_Marking::Instance();
+    MultiDocMark const* project = MultiDocMark::Instance();
+    return (dialog && dialog->IsRunOn()) || (project && project->IsRunOn());
+}
+
+bool MainWindow::IsRemoteRunOn() const {
+    return ExternalResponse::Instance()->IsRunning();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -97,7 +97,10 @@ tessera::InputEdge MainWindow::IsAccess(QString const& name, unsigned int input)
 void MainWindow::CheckSafe(unsigned int input) {
     IMarkCardBase* card = MarkCardInstance::Instance();
     GlassParam const* param = GlassParam::Instance();
-    const tessera::SafetySettings settings{!param->IsCheckeSafeInRun() || card->GetMarkStatus() != MarkStatusStop,
+    // The card is stopped between two documents of a project, and an edge does not come again.
+    MultiDocMark const* project = MultiDocMark::Instance();
+    const bool runs = card->GetMarkStatus() != MarkStatusStop || (project && project->HasWork());
+    const tessera::SafetySettings settings{!param->IsCheckeSafeInRun() || runs,
                                            param->GetSafeTrigerType() != SafeTrigerStop};
     const tessera::SafetyPlan plan = tessera::CheckSafe(
         [=](char const* name) { return IsAccess(QString::fromUtf8(name), input); }, settings, m_Alarms.Mask());

@@ -142,6 +142,25 @@ TEST(MarkQueue, who_deletes_the_view_in_hand_waits_until_it_is_done) {
 
 /// A worker, two that trigger, one that stops and one that deletes: everything accepted is taken once, in order, unless
 /// it was taken out; no view is in hand after it was forgotten.
+TEST(MarkQueue, there_is_work_while_one_waits_or_is_in_hand_and_the_run_is_on) {
+    MarkQueue queue;
+    queue.SetRunning(true);
+    EXPECT_FALSE(queue.HasWork());
+    queue.Add(view(1), "a");
+    queue.Add(view(2), "b");
+    EXPECT_TRUE(queue.HasWork());
+    queue.Take(kLong);
+    queue.Done();
+    EXPECT_TRUE(queue.HasWork());
+    queue.Take(kLong);
+    EXPECT_TRUE(queue.HasWork());
+    queue.Done();
+    EXPECT_FALSE(queue.HasWork());
+    queue.Add(view(1), "a");
+    queue.SetRunning(false);
+    EXPECT_FALSE(queue.HasWork());
+}
+
 TEST(MarkQueue, many_threads_lose_and_invent_nothing) {
     MarkQueue queue;
     queue.SetRunning(true);

@@ -1,5 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "engine/glassparam.h"
+#include "engine/iocheckedsys.h"
+#include "run/form_marking.h"
+#include "shell/alarmmask.h"
 #include "tests/multidoc/multidocrunfixture.h"
+#include "tests/support/timeoutscale.h"
+
+#include <QSemaphore>
+#include <atomic>
 
 using namespace tests;
 
@@ -18,6 +26,8 @@ private slots:
     void a_pause_does_not_hold_a_document();
     void a_stop_before_a_document_has_begun_holds_for_it();
     void a_stop_between_two_documents_drops_the_second();
+    void a_door_between_two_documents_drops_the_second();
+    void a_run_whose_end_is_on_its_way_holds_the_project_back();
     void a_stop_at_any_moment_is_not_lost();
     void an_end_at_any_moment_is_not_lost();
     void a_second_start_leaves_the_run_alone();
@@ -132,6 +142,71 @@ void MultiDocStopsTest::a_stop_between_two_documents_drops_the_second() {
     take(1);
     take(3);
     QTRY_COMPARE(begun(), (QStringList{"A", "B"}));
+    endRun();
+}
+
+/// The card is stopped for that moment, and "check in run only" is on.
+void MultiDocStopsTest::a_door_between_two_documents_drops_the_second() {
+    IOFuncList door;
+    door.Name = QStringLiteral("机台安全门1");
+    door.InputEnable = true;
+    door.InputMask = door.InputValue = 1U << 12;
+    IOCheckedSys::Instance()->SetIOFunctions({door});
+    GlassParam::Instance()->SetCheckSafeInRun(true);
+    GlassParam::Instance()->SetSafeTrigerType(SafeTrigerStop);
+    SystemParam::Instance()->m_nResponseIO = 1;
+    run();
+    machine().setSpeed(kSlowRun);
+    machine().setInput(0, true);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    machine().setInput(1, true);
+    waitForPolls();
+    QSemaphore between;
+    QSemaphore goOn;
+    std::atomic<bool> first{true};
+    QObject context;
+    QObject::connect(
+        worker(), &MultiMarkThread::markstatusChange, &context,
+        [&](int status, QString const&) {
+            if (status != MultiMarkWaiting || !first.exchange(false))
+                return;
+            between.release();
+            goOn.acquire();
+        },
+        Qt::DirectConnection);
+    machine().setSpeed(0.0);
+    QTRY_COMPARE(between.available(), 1);
+    QCOMPARE(card()->GetMarkStatus(), MarkStatusStop);
+    machine().setInput(12, true);
+    waitForPolls();
+    goOn.release();
+    QTRY_VERIFY(statusIs(MultiMarkWaiting));
+    QVERIFY(window().GetSafeAlarm() & tessera::AlarmDoor1);
+    QVERIFY(!dialog().HasWork());
+    endRun();
+    QCOMPARE(begun(), QStringList{"A"});
+    GlassParam::Instance()->SetCheckSafeInRun(false);
+    IOCheckedSys::Instance()->SetIOFunctions({});
+}
+
+/// Its end would unlock the window and stop the card for the project's documents.
+void MultiDocStopsTest::a_run_whose_end_is_on_its_way_holds_the_project_back() {
+    m_Window->newDocument();
+    machine().setSpeed(kSlowRun);
+    Form_Marking* form = Form_Marking::Instance();
+    form->StartMarkPreview(false, false, 0, MarkTypeRedPreview);
+    QTRY_COMPARE(machine().state().activity, sim::SimActivity::Running);
+    QTRY_VERIFY(!windowIsFree());
+    machine().setSpeed(0.0);
+    QElapsedTimer time;
+    time.start();
+    while (form->IsRunning() && time.elapsed() < scaled(10000))
+        QThread::msleep(1);
+    QVERIFY(!form->IsRunning() && form->IsRunOn());
+    dialog().StartMark();
+    QVERIFY(!dialog().IsRunOn());
+    QTRY_VERIFY(!form->IsRunOn());
+    run();
     endRun();
 }
 

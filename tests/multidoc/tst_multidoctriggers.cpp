@@ -25,6 +25,8 @@ private slots:
     void a_document_makes_its_calls_in_order_data();
     void a_document_makes_its_calls_in_order();
     void an_input_that_is_held_at_the_start_does_not_fire();
+    void a_change_in_the_first_moment_of_a_run_counts();
+    void a_change_behind_the_end_of_a_run_is_not_told_as_a_trigger();
     void of_two_equal_entries_the_earlier_runs();
     void a_document_that_runs_is_not_queued_and_another_once();
     void a_change_that_does_not_last_is_dropped();
@@ -90,6 +92,25 @@ void MultiDocTriggersTest::an_input_that_is_held_at_the_start_does_not_fire() {
     take(5);
     QTRY_COMPARE(begun(), QStringList{"A"});
     endRun();
+}
+
+/// The worker's first message waits in the main thread until the start is over, and so may a poll.
+void MultiDocTriggersTest::a_change_in_the_first_moment_of_a_run_counts() {
+    press("pushButtonRun");
+    take(1);
+    QTRY_COMPARE(begun(), QStringList{"A"});
+    QTRY_VERIFY(statusIs(MultiMarkWaiting));
+    endRun();
+}
+
+void MultiDocTriggersTest::a_change_behind_the_end_of_a_run_is_not_told_as_a_trigger() {
+    run();
+    press("pushButtonStop");
+    take(1);
+    QVERIFY(!statusIs(MultiMarkIdle)); // its message is still to come
+    QVERIFY(!worker()->GetMarkFile());
+    QTRY_VERIFY(statusIs(MultiMarkIdle));
+    QVERIFY(begun().isEmpty());
 }
 
 void MultiDocTriggersTest::of_two_equal_entries_the_earlier_runs() {

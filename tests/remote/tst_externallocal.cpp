@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include "multidoc/multidocmark.h"
 #include "tests/remote/remotefixture.h"
 
 #include <QPushButton>
+#include <QSignalSpy>
 
 using namespace tests;
 
@@ -26,6 +28,7 @@ private slots:
     void the_server_is_not_started_in_other_modes();
     void a_host_runs_and_stops_documents();
     void a_stop_of_a_local_run_makes_no_calls_for_the_remote_run_before_it();
+    void a_remote_run_leaves_the_window_locked_for_a_project();
 };
 
 void ExternalLocalTest::the_server_is_not_started_in_other_modes_data() {
@@ -77,6 +80,22 @@ void ExternalLocalTest::a_stop_of_a_local_run_makes_no_calls_for_the_remote_run_
     COMPARE_JOURNAL(only(machineJournal(), {"StopMark", "SetMarkStaus", "SetMarkType", "StartMark"}),
                     {call("StopMark"), call("SetMarkStaus", 2), call("StopMark"), call("SetMarkStaus", 2),
                      call("SetMarkStaus", 2)});
+}
+
+void ExternalLocalTest::a_remote_run_leaves_the_window_locked_for_a_project() {
+    m_Window = std::make_unique<RunningWindow>();
+    m_Window->newDocument();
+    MultiDocMark* project = MultiDocMark::Instance();
+    window().ShowMultDocMarkWindow();
+    project->StartMark();
+    QVERIFY(project->IsRunOn() && !windowIsFree());
+    QSignalSpy ended(&response(), &ExternalResponse::EnableMarkAction);
+    QCOMPARE(hostOrder(0), std::make_pair(true, QStringLiteral("文档执行成功")));
+    QTRY_VERIFY(!ended.isEmpty() && ended.last().first().toBool());
+    QCoreApplication::processEvents();
+    QVERIFY(!windowIsFree());
+    project->findChild<QPushButton*>(QStringLiteral("pushButtonStop"))->click();
+    QVERIFY(windowIsFree());
 }
 
 QTEST_MAIN(ExternalLocalTest)
