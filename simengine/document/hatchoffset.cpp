@@ -63,6 +63,49 @@ std::vector<HatchContour> toContours(ClipperLib::Paths const& paths) {
 /// Rows that a surface is guessed from.
 constexpr int kSampleRows = 32;
 
+/// Crossings that are held at a time: an outline of many millions of points may cross every row with each edge.
+constexpr std::int64_t kMostCrossings = 1 << 20;
+
+using RowCounts = std::array<std::int64_t, kSampleRows>;
+using RowCrossings = std::array<std::vector<double>, kSampleRows>;
+
+RowCounts countCrossings(std::vector<HatchContour> const& contours, RowGrid const& grid) {
+    RowCounts counts{};
+    for (HatchContour const& contour : contours) {
+        for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++) {
+            const auto [low, high] = std::minmax({grid.rowAt(contour[i].y()), grid.rowAt(contour[last].y())});
+            for (std::int64_t row = low; row < high; ++row)
+                ++counts[std::size_t(row)];
+        }
+    }
+    return counts;
+}
+
+/// Takes the crossings of a row and gives how much of it lies inside, mm.
+double insideOf(std::vector<double>& row) {
+    std::sort(row.begin(), row.end());
+    double width = 0.0;
+    for (std::size_t i = 0; i + 1 < row.size(); i += 2)
+        width += row[i + 1] - row[i];
+    std::vector<double>().swap(row);
+    return width;
+}
+
+/// Where the contours cross the rows from `first` to before `end`.
+void collectCrossings(std::vector<HatchContour> const& contours, RowGrid const& grid, std::int64_t first,
+                      std::int64_t end, RowCrossings& crossings) {
+    for (HatchContour const& contour : contours) {
+        for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++) {
+            QPointF const& low = contour[contour[i].y() < contour[last].y() ? i : last];
+            QPointF const& high = contour[contour[i].y() < contour[last].y() ? last : i];
+            const std::int64_t stop = std::min(grid.rowAt(high.y()), end);
+            for (std::int64_t row = std::max(grid.rowAt(low.y()), first); row < stop; ++row)
+                crossings[std::size_t(row)].push_back(low.x() + (grid.y(row) - low.y()) * (high.x() - low.x()) /
+                                                                    (high.y() - low.y()));
+        }
+    }
+}
+
 } // namespace
 
 HatchArea::HatchArea(std::vector<HatchContour> const& contours) {
@@ -103,22 +146,16 @@ double sampledSurface(std::vector<HatchContour> const& contours) {
     if (!box.isValid() || !(box.height() > 0.0))
         return 0.0;
     const RowGrid grid{box.minY + box.height() / (2 * kSampleRows), box.height() / kSampleRows, kSampleRows};
-    std::array<std::vector<double>, kSampleRows> crossings;
-    for (HatchContour const& contour : contours) {
-        for (std::size_t i = 0, last = contour.size() - 1; i < contour.size(); last = i++) {
-            QPointF const& low = contour[contour[i].y() < contour[last].y() ? i : last];
-            QPointF const& high = contour[contour[i].y() < contour[last].y() ? last : i];
-            const std::int64_t end = grid.rowAt(high.y());
-            for (std::int64_t row = grid.rowAt(low.y()); row < end; ++row)
-                crossings[std::size_t(row)].push_back(low.x() + (grid.y(row) - low.y()) * (high.x() - low.x()) /
-                                                                    (high.y() - low.y()));
-        }
-    }
+    const RowCounts counts = countCrossings(contours, grid);
+    RowCrossings crossings;
     double widths = 0.0;
-    for (std::vector<double>& row : crossings) {
-        std::sort(row.begin(), row.end());
-        for (std::size_t i = 0; i + 1 < row.size(); i += 2)
-            widths += row[i + 1] - row[i];
+    for (std::int64_t first = 0, end = 0; first < kSampleRows; first = end) {
+        std::int64_t held = counts[std::size_t(end++)];
+        while (end < kSampleRows && held + counts[std::size_t(end)] <= kMostCrossings)
+            held += counts[std::size_t(end++)];
+        collectCrossings(contours, grid, first, end, crossings);
+        for (std::int64_t i = first; i < end; ++i)
+            widths += insideOf(crossings[std::size_t(i)]);
     }
     return widths * grid.pitch;
 }

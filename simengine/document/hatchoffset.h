@@ -30,7 +30,8 @@ private:
 double circumference(HatchContour const& contour);
 
 /// Surface of the area within closed contours, mm², from the widths of at most 32 rows: a guess, exact where the widths
-/// of the area grow and shrink evenly. No more than 32 crossings for each point are looked at.
+/// of the area grow and shrink evenly. No more than 32 crossings for each point are looked at, and few rows of them
+/// are held at a time where there are many.
 double sampledSurface(std::vector<HatchContour> const& contours);
 
 } // namespace sim

@@ -3,12 +3,16 @@
 #include "samples.h"
 #include "simengine/document/edits.h"
 #include "simengine/document/hatch.h"
+#include "simengine/document/hatchoffset.h"
 #include "simengine/document/hatchpaths.h"
 #include "simengine/document/jobbuilder.h"
 
+#include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 #include <cmath>
 #include <ctime>
+#include <malloc.h>
 #include <random>
 
 using namespace sim;
@@ -70,6 +74,20 @@ bool inside(std::vector<FlatLine> const& outline, QPointF const& place, double m
         }
     }
     return false;
+}
+
+/// The most memory that the program had at once, MiB; 0 when the system does not tell. From here on when `anew`.
+double mostMebibytes(bool anew) {
+    if (anew)
+        malloc_trim(0); // what other tests have freed could be taken without more memory
+    QFile reset(QStringLiteral("/proc/self/clear_refs"));
+    if (anew && (!reset.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || reset.write("5") != 1))
+        return 0.0;
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0.0;
+    const QRegularExpression most(QStringLiteral("VmHWM:\\s*(\\d+) kB"));
+    return most.match(QString::fromLatin1(status.readAll())).captured(1).toDouble() / 1024.0;
 }
 
 /// A plate with two holes that overlap each other.
@@ -349,6 +367,22 @@ private slots:
             const double ratio = double(hatchSegments(outline, {fill}, 0.0)) / double(made);
             QVERIFY2(ratio > 0.3 && ratio < 3.0, qPrintable(QString::number(ratio)));
         }
+    }
+
+    void the_guess_for_loops_holds_the_crossings_of_few_rows() {
+        // teeth 1 mm high and 0.2 µm wide: every edge crosses every row
+        constexpr int kTeeth = 200'000;
+        constexpr double kHalf = 1.0e-4;
+        HatchContour contour;
+        for (int i = 0; i <= 2 * kTeeth; ++i)
+            contour.emplace_back(i * kHalf, i % 2);
+        const std::vector<HatchContour> contours{contour};
+        const double before = mostMebibytes(true);
+        QVERIFY(before > 0.0);
+        const double surface = sampledSurface(contours);
+        const double grown = mostMebibytes(false) - before;
+        QVERIFY2(std::abs(surface - kTeeth * kHalf) < 1e-6, qPrintable(QString::number(surface, 'g', 12)));
+        QVERIFY2(grown < 40.0, qPrintable(QString::number(grown)));
     }
 
     // A file tells of any number of such objects before it is known to be sound.
