@@ -161,8 +161,12 @@ void DxfReader::finishPolyline() {
     vertices.swap(m_vertices);
     m_budget.memory(-m_verticesHeld);
     m_verticesHeld = 0;
-    if (!m_polylineTaken || vertices.empty())
+    if (!m_polylineTaken)
         return;
+    if (vertices.empty()) {
+        skip(m_polylineItem.kind, Note::Nothing);
+        return;
+    }
     const QTransform& place = m_polylinePlane.toDrawing;
     if (vertices.size() == 1) {
         m_polylineItem.shape = place.map(vertices.front().place);
@@ -301,8 +305,12 @@ void DxfReader::addHatch(const DL_HatchData&) {
         return;
     if (m_hatchFaults > 0)
         m_result.skip(QStringLiteral("HATCH"), noteText(Note::BadNumber), m_hatchFaults);
-    if (m_hatch.verbs.isEmpty())
+    if (m_hatch.verbs.isEmpty()) {
+        // one of which all edges are wrong has been told
+        if (m_hatchFaults == 0)
+            skip("HATCH", Note::Nothing);
         return;
+    }
     convert("HATCH", Note::HatchOutline);
     const Plane own = plane(0.0);
     if (own.tilted)

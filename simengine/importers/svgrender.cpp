@@ -193,17 +193,36 @@ void SvgRender::drawElement(int node, const Context& context) {
 
 void SvgRender::drawSvg(int node, const Context& context) {
     const QSizeF& port = context.viewport;
-    // what refers to it may give it another size
-    const QSizeF size(context.givenWidth.value_or(length(node, SvgWidth, port, port.width())),
-                      context.givenHeight.value_or(length(node, SvgHeight, port, port.height())));
-    drawInner(node, context, size, {length(node, SvgX, port, 0.0), length(node, SvgY, port, 0.0)});
+    drawInner(node, context, innerSize(node, context), {length(node, SvgX, port, 0.0), length(node, SvgY, port, 0.0)});
+}
+
+/// The size of a drawing within the drawing, or of a symbol: what refers to it may give it another one.
+QSizeF SvgRender::innerSize(int node, const Context& context) const {
+    const QSizeF& port = context.viewport;
+    return {context.givenWidth.value_or(length(node, SvgWidth, port, port.width())),
+            context.givenHeight.value_or(length(node, SvgHeight, port, port.height()))};
+}
+
+bool SvgRender::hasSize(int node, const QSizeF& size) const {
+    const SvgDetail* detail = m_tree.nodes[size_t(node)].detail.get();
+    return size.width() > 0.0 && size.height() > 0.0 && !(detail && detail->badViewBox);
+}
+
+/// From where a drawing within the drawing lies to the units of what is in it.
+void SvgRender::enterUnits(int node, const QSizeF& size, Context& context) const {
+    const SvgDetail* detail = m_tree.nodes[size_t(node)].detail.get();
+    context.givenWidth = context.givenHeight = std::nullopt;
+    context.viewport = size;
+    if (detail && detail->viewBox) {
+        context.toPage = viewBoxTransform(*detail->viewBox, size, detail->preserve) * context.toPage;
+        context.viewport = detail->viewBox->size();
+    }
 }
 
 /// A drawing within the drawing, or a symbol: a place of its own, units of its own, cut at its edge.
 void SvgRender::drawInner(int node, Context context, const QSizeF& size, const QPointF& place) {
     const SvgNode& self = m_tree.nodes[size_t(node)];
-    const SvgDetail* detail = self.detail.get();
-    if (!(size.width() > 0.0) || !(size.height() > 0.0) || (detail && detail->badViewBox)) {
+    if (!hasSize(node, size)) {
         skip(self.name, Note::NoSize);
         return;
     }
@@ -212,12 +231,7 @@ void SvgRender::drawInner(int node, Context context, const QSizeF& size, const Q
         skip(self.name, Note::OutOfRange);
         return;
     }
-    context.givenWidth = context.givenHeight = std::nullopt;
-    context.viewport = size;
-    if (detail && detail->viewBox) {
-        context.toPage = viewBoxTransform(*detail->viewBox, size, detail->preserve) * context.toPage;
-        context.viewport = detail->viewBox->size();
-    }
+    enterUnits(node, size, context);
     drawChildren(node, context);
 }
 
@@ -236,48 +250,55 @@ void SvgRender::drawUse(int node, const Context& context) {
     inner.toPage = QTransform::fromTranslate(length(node, SvgX, context.viewport, 0.0),
                                              length(node, SvgY, context.viewport, 0.0)) *
                    context.toPage;
-    const SvgElement element = m_tree.nodes[size_t(target)].element;
-    if (element == SvgElement::Symbol) {
-        drawSymbol(target, node, inner);
+    giveSize(node, target, inner);
+    if (m_tree.nodes[size_t(target)].element == SvgElement::Symbol) {
+        drawSymbol(target, inner);
     } else if (m_tree.nodes[size_t(target)].active) {
         m_budget.fail(Note::RefersToItself);
     } else {
-        const bool sized = element == SvgElement::Svg && self.detail;
-        if (sized && self.detail->lengths[SvgWidth])
-            inner.givenWidth = length(node, SvgWidth, context.viewport, 0.0);
-        if (sized && self.detail->lengths[SvgHeight])
-            inner.givenHeight = length(node, SvgHeight, context.viewport, 0.0);
         draw(target, inner);
     }
     m_tree.nodes[size_t(node)].active = false;
 }
 
-/// What the reference does not give, the symbol does.
-void SvgRender::drawSymbol(int node, int use, const Context& context) {
+/// The size that a reference gives the drawing or symbol that it refers to.
+void SvgRender::giveSize(int use, int target, Context& context) const {
+    const SvgDetail* detail = m_tree.nodes[size_t(use)].detail.get();
+    const SvgElement element = m_tree.nodes[size_t(target)].element;
+    const bool sized = element == SvgElement::Svg || element == SvgElement::Symbol;
+    if (sized && detail && detail->lengths[SvgWidth])
+        context.givenWidth = length(use, SvgWidth, context.viewport, 0.0);
+    if (sized && detail && detail->lengths[SvgHeight])
+        context.givenHeight = length(use, SvgHeight, context.viewport, 0.0);
+}
+
+void SvgRender::drawSymbol(int node, const Context& context) {
     Context inner;
     if (!begin(node, context, inner))
         return;
-    const QSizeF& port = context.viewport;
     const bool boxed = m_tree.nodes[size_t(node)].detail && m_tree.nodes[size_t(node)].detail->viewBox;
-    const QSizeF own(length(node, SvgWidth, port, port.width()), length(node, SvgHeight, port, port.height()));
-    const QSizeF size(length(use, SvgWidth, port, own.width()), length(use, SvgHeight, port, own.height()));
+    const QSizeF size = innerSize(node, inner);
     // a symbol without a box of its own is as large as what is in it
-    inner.style.overflow = inner.style.overflow || (!boxed && size == port);
+    inner.style.overflow = inner.style.overflow || (!boxed && size == context.viewport);
     drawInner(node, inner, size, QPointF());
 }
 
-/// The first child that asks for nothing unknown.
-void SvgRender::drawSwitch(int node, const Context& context) {
+/// The first child that asks for nothing unknown; -1 for none.
+int SvgRender::choiceOf(int node) const {
     for (int child = m_tree.nodes[size_t(node)].firstChild; child >= 0; child = m_tree.nodes[size_t(child)].next) {
         const SvgDetail* detail = m_tree.nodes[size_t(child)].detail.get();
-        if (!detail || !detail->refused) {
-            if (enter(node)) {
-                draw(child, context);
-                m_tree.nodes[size_t(node)].active = false;
-            }
-            return;
-        }
+        if (!detail || !detail->refused)
+            return child;
     }
+    return -1;
+}
+
+void SvgRender::drawSwitch(int node, const Context& context) {
+    const int child = choiceOf(node);
+    if (child < 0 || !enter(node))
+        return;
+    draw(child, context);
+    m_tree.nodes[size_t(node)].active = false;
 }
 
 PathShape SvgRender::mappedPath(const Outline& outline, const QTransform& toPage) {

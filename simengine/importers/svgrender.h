@@ -38,11 +38,16 @@ private:
     void draw(int node, const Context& around);
     void drawElement(int node, const Context& context);
     void drawSvg(int node, const Context& context);
-    void drawSymbol(int node, int use, const Context& context);
+    void drawSymbol(int node, const Context& context);
     bool begin(int node, const Context& around, Context& context);
     std::optional<QTransform> transformOf(int node, const SvgStyle& style) const;
     void drawChildren(int node, const Context& context);
     void drawInner(int node, Context context, const QSizeF& size, const QPointF& place);
+    bool hasSize(int node, const QSizeF& size) const;
+    QSizeF innerSize(int node, const Context& context) const;
+    void enterUnits(int node, const QSizeF& size, Context& context) const;
+    void giveSize(int use, int target, Context& context) const;
+    int choiceOf(int node) const;
     void drawUse(int node, const Context& context);
     void drawSwitch(int node, const Context& context);
     void drawText(int node, const Context& context);
@@ -60,6 +65,9 @@ private:
     bool cutAtEdge(const QSizeF& size, Context& context) const;
     void collect(int node, const Context& around, std::vector<ClipArea>& areas);
     void collectChildren(int node, const Context& context, std::vector<ClipArea>& areas);
+    void collectChild(int child, const Context& context, std::vector<ClipArea>& areas);
+    void collectInner(int node, const Context& context, std::vector<ClipArea>& areas);
+    void collectSwitch(int node, const Context& context, std::vector<ClipArea>& areas);
     void collectUse(int node, const Context& context, std::vector<ClipArea>& areas);
     void collectShape(int node, const Context& context, std::vector<ClipArea>& areas);
     ClipArea clipArea(int clip, const Context& context, const QTransform& toPage);

@@ -134,7 +134,7 @@ ClipArea SvgRender::clipArea(int clip, const Context& context, const QTransform&
     return area;
 }
 
-/// The outlines of an element and all in it, in mm.
+/// The outlines of an element and all in it, in mm. What no clip can hold counts where the extent is measured.
 void SvgRender::collect(int node, const Context& around, std::vector<ClipArea>& areas) {
     if (around.depth > ImportBudget::kMostDepth) {
         m_budget.fail(Note::TooDeep);
@@ -168,10 +168,17 @@ void SvgRender::collect(int node, const Context& around, std::vector<ClipArea>& 
     case SvgElement::Ellipse:
         collectShape(node, context, areas);
         return;
-    case SvgElement::Text:
     case SvgElement::Svg:
     case SvgElement::Symbol:
     case SvgElement::Switch:
+        if (context.measuring && self.element == SvgElement::Switch)
+            collectSwitch(node, context, areas);
+        else if (context.measuring)
+            collectInner(node, context, areas);
+        else
+            skip(self.name, Note::NotInClip);
+        return;
+    case SvgElement::Text:
         skip(self.name, Note::NotInClip);
         return;
     default:
@@ -184,7 +191,40 @@ void SvgRender::collectChildren(int node, const Context& context, std::vector<Cl
         return;
     for (int child = m_tree.nodes[size_t(node)].firstChild; child >= 0 && m_budget.ok();
          child = m_tree.nodes[size_t(child)].next)
+        collectChild(child, context, areas);
+    m_tree.nodes[size_t(node)].active = false;
+}
+
+/// Symbols are drawn only where something refers to them.
+void SvgRender::collectChild(int child, const Context& context, std::vector<ClipArea>& areas) {
+    if (!context.measuring || m_tree.nodes[size_t(child)].element != SvgElement::Symbol)
         collect(child, context, areas);
+}
+
+/// A drawing within the drawing, or a symbol. Its edge cuts what is drawn, not what is measured.
+void SvgRender::collectInner(int node, const Context& context, std::vector<ClipArea>& areas) {
+    // the root lies in its own units already
+    if (node == 0) {
+        collectChildren(node, context, areas);
+        return;
+    }
+    const QSizeF size = innerSize(node, context);
+    if (!hasSize(node, size))
+        return;
+    Context inner = context;
+    if (m_tree.nodes[size_t(node)].element == SvgElement::Svg)
+        inner.toPage = QTransform::fromTranslate(length(node, SvgX, context.viewport, 0.0),
+                                                 length(node, SvgY, context.viewport, 0.0)) *
+                       context.toPage;
+    enterUnits(node, size, inner);
+    collectChildren(node, inner, areas);
+}
+
+void SvgRender::collectSwitch(int node, const Context& context, std::vector<ClipArea>& areas) {
+    const int child = choiceOf(node);
+    if (child < 0 || !enter(node))
+        return;
+    collectChild(child, context, areas);
     m_tree.nodes[size_t(node)].active = false;
 }
 
@@ -201,6 +241,7 @@ void SvgRender::collectUse(int node, const Context& context, std::vector<ClipAre
     inner.toPage = QTransform::fromTranslate(length(node, SvgX, context.viewport, 0.0),
                                              length(node, SvgY, context.viewport, 0.0)) *
                    context.toPage;
+    giveSize(node, *found, inner);
     collect(*found, inner, areas);
     m_tree.nodes[size_t(node)].active = false;
 }

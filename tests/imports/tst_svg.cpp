@@ -112,6 +112,31 @@ void SvgTest::clips_cut_what_they_cover_data() {
         "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='0.5' height='1'/></clipPath><rect "
         "width='40' height='20' fill='red' clip-path='url(#c)' transform='translate(10 10)'/>",
         "10 -30 30 -10", 80);
+    const auto half = [](const char* name, const QByteArray& body) {
+        QTest::newRow(name) << "<clipPath id='c' clipPathUnits='objectBoundingBox'><rect width='0.5' height='1'/>"
+                               "</clipPath>" +
+                                   body
+                            << QString("10 -30 30 -10") << 80.0;
+    };
+    const QByteArray inner = "x='10' y='10' width='40' height='20' viewBox='0 0 20 10'><rect width='20' height='10' "
+                             "fill='red'/></svg>";
+    half("parts of the box of an inner drawing", "<svg clip-path='url(#c)' " + inner);
+    half("parts of the box of what holds an inner drawing", "<g clip-path='url(#c)'><svg " + inner + "</g>");
+    half("parts of the box of a sized inner drawing in use",
+         "<defs><svg id='s' width='2' height='1' viewBox='0 0 20 10'><rect width='20' height='10' fill='red'/></svg>"
+         "</defs><use href='#s' x='10' y='10' width='40' height='20' clip-path='url(#c)'/>");
+    half("parts of the box of a symbol in use",
+         "<symbol id='s' viewBox='0 0 20 10'><rect width='20' height='10' fill='red'/></symbol><use href='#s' x='10' "
+         "y='10' width='40' height='20' clip-path='url(#c)'/>");
+    half("parts of the box of a symbol's own",
+         "<symbol id='s' clip-path='url(#c)' viewBox='0 0 20 10'><rect width='20' height='10' fill='red'/></symbol>"
+         "<use href='#s' x='10' y='10' width='40' height='20'/>");
+    half("parts of the box of a choice",
+         "<switch clip-path='url(#c)'><rect requiredExtensions='x' width='90' height='70'/><rect x='10' y='10' "
+         "width='40' height='20' fill='red'/></switch>");
+    half("parts of a box beside a symbol that is not in use",
+         "<g clip-path='url(#c)'><symbol><rect width='90' height='70'/></symbol><rect x='10' y='10' width='40' "
+         "height='20' fill='red'/></g>");
 }
 
 void SvgTest::clips_cut_what_they_cover() {
@@ -499,6 +524,12 @@ void SvgTest::the_roots_own_style_counts() {
     const ImportResult cut = with("clip-path='url(#c)'", pixels);
     QCOMPARE(count(cut.converted, "path", Note::Clipped), 1);
     QVERIFY(std::abs(lengthOfAll(cut) - 5 * 25.4 / 96) < 1e-3);
+    const ImportResult half = importSvgData(
+        "<svg xmlns='http://www.w3.org/2000/svg' x='7' width='96' height='96' clip-path='url(#h)'><clipPath id='h' "
+        "clipPathUnits='objectBoundingBox'><rect width='0.5' height='1'/></clipPath><rect width='20' height='10' "
+        "fill='red'/></svg>");
+    QCOMPARE(half.objects.size(), size_t(1));
+    QVERIFY(std::abs(boundsOf(half).width() - 10 * 25.4 / 96) < 1e-6);
     const ImportResult scaled = with("clip-path='url(#c)'", "width='100mm' height='100mm' viewBox='0 0 10 10'");
     QCOMPARE(count(scaled.converted, "clip-path", Note::StyleRule), 1);
 }
