@@ -292,11 +292,15 @@ bool VariableStore::save(const VariableSet& wanted, const VariableSet& opened, D
     return true;
 }
 
-bool VariableStore::beginPass() {
+bool VariableStore::beginPass(VariableProblem* problem) {
     const Lock lock(m_mutex);
-    VariableProblem problem;
-    const VariableSet now = read(problem);
-    m_passOpen = problem.ok() && write(now, true);
+    VariableProblem found;
+    const VariableSet now = read(found);
+    if (found.ok() && !write(now, true))
+        found = {VariableFault::NotWritten, QString()};
+    m_passOpen = found.ok();
+    if (problem)
+        *problem = found;
     return m_passOpen;
 }
 

@@ -29,9 +29,9 @@ public:
     bool save(const VariableSet& wanted, const VariableSet& opened, Damaged damaged = Damaged::Stays,
               VariableProblem* problem = nullptr);
 
-    /// A pass with these counters is about to be marked; false when that cannot be written. A damaged file is never
-    /// written by a pass.
-    bool beginPass();
+    /// A pass is about to be marked. False, and why in `problem`, when that cannot be written and when the file is
+    /// damaged: that is never written by a pass.
+    bool beginPass(VariableProblem* problem = nullptr);
     /// The pass has ended. `marked`: to its end, then the counters move on, but for those that the operator has changed
     /// meanwhile.
     bool endPass(const UsedVariables& used, bool marked);

@@ -86,9 +86,7 @@ bool VariablePass::begin() {
         MarkLog::Instance()->ShowNote_Error(text);
         showCardMessage(text, 0);
     }
-    m_begun = store.beginPass();
-    if (!m_begun)
-        m_problem = {VariableFault::NotWritten, QString()};
+    m_begun = store.beginPass(&m_problem);
     return m_begun;
 }
 

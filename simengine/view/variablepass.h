@@ -24,7 +24,8 @@ public:
     /// The document has variables that count, of which the card cannot mark the next ones by itself.
     bool counts() const { return !m_values.used().isEmpty(); }
 
-    /// The laser is about to mark. False, and problem() tells it, when that cannot be written down.
+    /// The laser is about to mark. False, and problem() tells it, when that cannot be written down or the variables are
+    /// damaged by now.
     bool begin();
     /// The laser has marked.
     void end(bool toItsEnd);

@@ -429,7 +429,9 @@ private slots:
         VariableProblem problem;
         QVERIFY(!store.save(set, {}, VariableStore::Damaged::Stays, &problem));
         QCOMPARE(int(problem.fault), int(VariableFault::BadDefinitions));
-        QVERIFY(!store.beginPass());
+        problem = {};
+        QVERIFY(!store.beginPass(&problem));
+        QCOMPARE(int(problem.fault), int(VariableFault::BadDefinitions));
         QVERIFY(!store.endPass({}, true));
         QCOMPARE(m_root->read(QStringLiteral("/ini/Variables.ini")), damaged);
         const QDir folder(m_root->path(QStringLiteral("/ini")));

@@ -12,6 +12,7 @@
 #include "simengine/document/mkfcodec.h"
 #include "simengine/document/textmaker.h"
 #include "simengine/document/variablestore.h"
+#include "simengine/view/variablepass.h"
 #include "support/logtexts.h"
 #include "viewfixture.h"
 
@@ -472,6 +473,18 @@ private slots:
         QVERIFY(f.root.write("/ini/Variables.ini", "[Serials]\nCount=1\n"));
         QVERIFY(!run(f));
         QCOMPARE(takeTold(), QStringList{QStringLiteral("变量定义文件损坏: ") + f.root.path("/ini/Variables.ini")});
+    }
+
+    void a_file_that_is_damaged_while_the_job_is_built_is_told_as_such() {
+        ViewFixture f;
+        define(3);
+        f.session().addText(variableText("{serial:A}"), {0, 0});
+        VariablePass pass(f.state(), false, true);
+        QVERIFY(pass.problem().ok() && pass.counts());
+        QVERIFY(f.root.write("/ini/Variables.ini", "[Serials]\nCount=1\n"));
+        QVERIFY(!pass.begin());
+        QCOMPARE(variableMessage(pass.problem()),
+                 QStringLiteral("变量定义文件损坏: ") + f.root.path("/ini/Variables.ini"));
     }
 };
 
