@@ -63,7 +63,7 @@ bool MachineControl::writeTrace(QString const& file, QString& error) const {
         return false;
     }
     std::string reason;
-    bool const written = m_sim->writeTrace(file.toStdString(), reason);
+    bool const written = m_sim->writeTrace(file.toStdString(), reason) == sim::SimOutcome::Done;
     error = QString::fromStdString(reason);
     return written;
 }

@@ -90,12 +90,13 @@ public:
     void clearJournal() override { m_card.journal().clear(); }
     void setJournalEnabled(bool on) override { m_card.journal().setEnabled(on); }
 
-    bool writeTrace(const std::string& file, std::string& error, bool commanded) const override {
+    SimOutcome writeTrace(const std::string& file, std::string& error, bool commanded) const override {
         QString reason;
         const TraceSnapshot rows = m_card.trace().snapshot();
-        const bool ok = sim::writeTrace(commanded ? rows.commanded() : rows, QString::fromStdString(file), reason);
+        const SimOutcome outcome =
+            sim::writeTrace(commanded ? rows.commanded() : rows, QString::fromStdString(file), reason);
         error = reason.toStdString();
-        return ok;
+        return outcome;
     }
 
     std::size_t followTrace(std::uint64_t& pass, std::size_t& from, std::vector<SimTraceRow>& rows,

@@ -16,8 +16,8 @@
 ///         control = nullptr;
 namespace sim {
 
-/// Raised with every change of this file that is not an addition at the end of SimControl.
-constexpr unsigned kSimControlVersion = 3;
+/// Raised with every change of this file that is not an addition at the end of SimControl, be it of a meaning only.
+constexpr unsigned kSimControlVersion = 4;
 constexpr char kSimControlSymbol[] = "tessera_sim_control";
 constexpr char kSimFinishRecordsSymbol[] = "tessera_sim_finish_records";
 
@@ -113,13 +113,14 @@ struct SimHeadDistortion {
     double seed = 0.0;  ///< of the noise, a whole number of 32 bits
 };
 
-/// How an order to the head ended.
+/// How an order to the machine ended.
 enum class SimOutcome {
     Done,
     NotThere,  ///< the machine has no such part
     BadValue,  ///< a value is out of its limits
     NoFigures, ///< there is nothing to be measured: no job yet, one on the card, or nothing of the kind in the last one
     FileError, ///< a file could not be written
+    TooLarge,  ///< there is more to be written than the form has room for
 };
 
 /// Estimate and time of one laser run.
@@ -166,9 +167,9 @@ public:
 
     /// Writes the trace of the last job; the ending .csv, .svg or .png decides the form. The places are those that were
     /// marked, with `commanded` those that were told. A drawing has room for 10 million points, a table for every
-    /// trace. False with a reason in `error` when that is too few, the ending is another one or the file cannot be
-    /// written.
-    virtual bool writeTrace(const std::string& file, std::string& error, bool commanded = false) const = 0;
+    /// trace. TooLarge when that is too few, BadValue for another ending, FileError when the file cannot be written,
+    /// with a reason in `error`.
+    virtual SimOutcome writeTrace(const std::string& file, std::string& error, bool commanded = false) const = 0;
     /// Rows marked since the last call, for a display that follows: keep `pass` and `from` between calls, both 0 at
     /// first; `from` counts vertices. A changed pass means that the rows before are to be forgotten. Ends with the
     /// vertex with which `limit` rows are reached; the head may bend the way to it by 999 rows more. Returns the number

@@ -1383,6 +1383,9 @@
     <message><source>状态</source><translation>State</translation></message>
     <message><source>导出</source><translation>Export</translation></message>
     <message><source>导出失败</source><translation>Export failed</translation></message>
+    <message><source>数据量过大</source><translation>There is too much data</translation></message>
+    <message><source>轨迹文件的扩展名须为.svg、.png或.csv</source><translation>The name of a trace file must end in .svg, .png or .csv</translation></message>
+    <message><source>轨迹点数过多,无法导出为图形,请导出为.csv</source><translation>The trace has too many points for a drawing. Please export it as .csv.</translation></message>
     <message><source>停止中</source><translation>Stopping</translation></message>
     <message><source>停止未确认</source><translation>Stop unconfirmed</translation></message>
     <message><source>停止已确认</source><translation>Stop confirmed</translation></message>

@@ -103,6 +103,7 @@ RunResult JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ti
         return {};
     if (m_stops != ticket.stops)
         return {Outcome::Stopped, {}, m_stopOrders};
+    Trace::Blocks old = m_trace.takeAll();
     m_job = &job;
     m_setup = &setup;
     RunResult result;
@@ -111,8 +112,8 @@ RunResult JobRunner::run(const Job& job, const JobSetup& setup, const Ticket& ti
     m_unheard = false;
     m_hold = false;
     m_orderedAt.reset();
+    m_ordersBefore = m_stopOrders;
     const std::uint64_t number = ++m_jobs;
-    Trace::Blocks old = m_trace.takeAll();
     alert();
     lock.unlock();
     old.clear(); // beside the worker, which has the job now
@@ -135,7 +136,17 @@ void JobRunner::servePens(Lock& lock, const JobSetup& setup, std::uint64_t job) 
         const int pen = *m_duePen;
         m_serving = true;
         lock.unlock();
-        setup.penService(pen, setup.pens[static_cast<std::size_t>(pen)]);
+        try {
+            setup.penService(pen, setup.pens[static_cast<std::size_t>(pen)]);
+        } catch (...) {
+            lock.lock();
+            m_serving = false;
+            m_changed.notify_all();
+            // The worker has the job, which is the caller's, and must not mark with a pen that is not ready.
+            if (!hasEnded())
+                endJob(lock);
+            throw;
+        }
         lock.lock();
         m_serving = false;
         m_duePen.reset();
@@ -191,9 +202,14 @@ void JobRunner::requestStop(Lock& lock) {
         m_unheard = true;
         return;
     }
+    endJob(lock);
+}
+
+/// Ends the job on the card and waits until the worker has done with it.
+void JobRunner::endJob(Lock& lock) {
     if (!m_stop) {
         m_stop = true;
-        m_reaction.asked = m_lastStop;
+        m_reaction.asked = Clock::now();
     }
     alert();
     awaitEnd(lock, m_jobs);

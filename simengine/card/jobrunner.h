@@ -33,8 +33,10 @@ enum class Outcome {
 /// What became of one job, as its caller gets it: by the time it looks, the card may have another job or none.
 struct RunResult {
     Outcome outcome = Outcome::Refused;
-    JobTime time;                 ///< as JobRunner::lastTime(); none of a job that was stopped before it began
-    std::uint64_t stopOrders = 0; ///< JobRunner::stopOrders() at its end
+    JobTime time; ///< as JobRunner::lastTime(); none of a job that was stopped before it began
+    /// JobRunner::stopOrders() at its end; of a job that ended by itself at its beginning, since what was ordered after
+    /// that did not end it.
+    std::uint64_t stopOrders = 0;
 
     /// Something was run, or would have been but for a stop.
     explicit operator bool() const { return outcome != Outcome::Refused; }
@@ -114,7 +116,8 @@ public:
     /// Runs a job to its end on the worker and waits for it. With run state Pause the job waits before its first
     /// vector. A stop since the ticket was taken ends it before it began: Stopped. While the pen service works the job
     /// stands as in a pause, its clock too, and obeys stop and pause as ever; the call returns only when the service
-    /// has returned, and a job that comes after the stop waits for that.
+    /// has returned, and a job that comes after the stop waits for that. What the service throws ends the job, whatever
+    /// holds it or keeps it from hearing a stop, and is thrown on.
     RunResult run(const Job& job, const JobSetup& setup, const Ticket& ticket);
 
     /// Sets the run state; returns when a running job obeys it.
@@ -191,6 +194,7 @@ private:
     void awaitEnd(Lock& lock, std::uint64_t job);
     void awaitHold(Lock& lock);
     void requestStop(Lock& lock);
+    void endJob(Lock& lock);
     void countOrder();
     bool onWorker() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
@@ -220,7 +224,8 @@ private:
     Clock::time_point m_lastStop{};
     bool m_lastStopByState = false; ///< the last stop was the state's, so StopMark is still to follow
     std::uint64_t m_stopOrders = 0;
-    std::optional<Clock::time_point> m_orderedAt; ///< the last of them, since the last job has begun
+    std::uint64_t m_ordersBefore = 0;             ///< m_stopOrders when the job on the card began
+    std::optional<Clock::time_point> m_orderedAt; ///< the last order, since the last job has begun
     double m_factor = 1.0;
 
     const Job* m_job = nullptr; ///< the job on the card

@@ -75,7 +75,7 @@ void JobRunner::finish(Executor& executor) {
     publish(executor);
     m_lastTime = executor.time();
     m_lastTime.passes = executor.passes();
-    *m_result = {m_lastOutcome, m_lastTime, m_stopOrders};
+    *m_result = {m_lastOutcome, m_lastTime, m_stop ? m_stopOrders : m_ordersBefore};
     const Point end = executor.commanded();
     m_idle = {end, end, Clock::now(), 0.0, m_factor};
     m_activity = Activity::Idle;

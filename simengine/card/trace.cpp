@@ -63,8 +63,9 @@ void Trace::append(TraceRow row) {
 Trace::Blocks Trace::takeAll() {
     Blocks all;
     const std::lock_guard<PriorityMutex> lock(m_mutex);
+    // First what may find no memory: the rows stay as they are then.
+    m_blocks.insert(m_blocks.end(), m_old.begin(), m_old.end());
     all.swap(m_blocks);
-    all.insert(all.end(), m_old.begin(), m_old.end());
     m_old.clear();
     m_size = 0;
     return all;

@@ -260,18 +260,18 @@ std::size_t drawnPoints(const TraceSnapshot& rows) {
 
 namespace {
 
-bool writeBytes(const QString& path, const QByteArray& bytes, QString& error) {
+SimOutcome writeBytes(const QString& path, const QByteArray& bytes, QString& error) {
     const tessera::DurableResult result = tessera::writeFileDurably(QFileInfo(path).absoluteFilePath(), bytes);
     if (!result.ok())
         error = result.message();
-    return result.ok();
+    return result.ok() ? SimOutcome::Done : SimOutcome::FileError;
 }
 
-bool writeDrawing(const TraceSnapshot& rows, const QString& path, bool svg, QString& error) {
+SimOutcome writeDrawing(const TraceSnapshot& rows, const QString& path, bool svg, QString& error) {
     if (drawnPoints(rows) > kMostDrawnPoints) {
         error = path + QStringLiteral(": the drawing would have more than %1 points; a .csv has a row for each vertex")
                            .arg(kMostDrawnPoints);
-        return false;
+        return SimOutcome::TooLarge;
     }
     if (svg)
         return writeBytes(path, traceSvg(rows), error);
@@ -279,12 +279,12 @@ bool writeDrawing(const TraceSnapshot& rows, const QString& path, bool svg, QStr
     if (buffer.open(QIODevice::WriteOnly) && tracePicture(rows).save(&buffer, "PNG"))
         return writeBytes(path, buffer.data(), error);
     error = path + QStringLiteral(": the picture could not be made");
-    return false;
+    return SimOutcome::FileError;
 }
 
 } // namespace
 
-bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) {
+SimOutcome writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) {
     const QString form = QFileInfo(path).suffix().toLower();
     if (form == QLatin1String("csv")) {
         const std::string text = traceCsv(rows);
@@ -293,7 +293,7 @@ bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error) 
     if (form == QLatin1String("svg") || form == QLatin1String("png"))
         return writeDrawing(rows, path, form == QLatin1String("svg"), error);
     error = path + QStringLiteral(": a trace is written as .csv, .svg or .png");
-    return false;
+    return SimOutcome::BadValue;
 }
 
 } // namespace sim

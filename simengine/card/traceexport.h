@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simengine/card/trace.h"
+#include "simengine/simcontrol.h"
 
 #include <QByteArray>
 #include <QImage>
@@ -22,7 +23,8 @@ constexpr std::size_t kMostDrawnPoints = 10'000'000;
 std::size_t drawnPoints(const TraceSnapshot& rows);
 
 /// Writes the trace to a file; the ending .csv, .svg or .png, in any case, decides the form. Relative paths are taken
-/// from the current directory. False with a reason in error, also for a drawing of too many points. Any thread.
-bool writeTrace(const TraceSnapshot& rows, const QString& path, QString& error);
+/// from the current directory. Else BadValue for another ending, TooLarge for a drawing of too many points, FileError,
+/// each with a reason in error. Any thread.
+SimOutcome writeTrace(const TraceSnapshot& rows, const QString& path, QString& error);
 
 } // namespace sim

@@ -103,7 +103,8 @@ bool EndSignal::wait(double ms, bool wallClock, std::uint64_t stopOrders, Done d
     Clock::time_point last = Clock::now();
     while (!done()) {
         const double factor = wallClock && m_card.speed() <= 0.0 ? 1.0 : m_card.speed();
-        // A stop's other calls come after the job that it ended; the next order is for the signal.
+        // A stop's other calls come after the job that it ended; the next order is for the signal, and so is one that
+        // came when the job was just over.
         const bool stopped = m_card.runner().stopOrders() != stopOrders;
         if (factor <= 0.0 || passed >= ms || stopped || !m_card.isOpen())
             return false;

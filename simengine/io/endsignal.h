@@ -49,7 +49,8 @@ public:
 
     /// Takes back what the last job left with EndSignalClear::NextRun.
     void runBegins();
-    /// Blocks as the settings say, if need be until a stop that was ordered after the end of the job.
+    /// Blocks as the settings say, if need be until a stop. The one that ended the job is none, one that came too late
+    /// for the job is.
     EndSignalResult runEnded(EndSignalSettings const& settings, RunResult const& result);
 
 private:

@@ -157,12 +157,25 @@ QString outcomeText(SimOutcome outcome, const char* nothing) {
         return LanguageManager::GetLanText(nothing);
     case SimOutcome::FileError:
         return LanguageManager::GetLanText("文件写入失败,请检查磁盘空间");
+    case SimOutcome::TooLarge:
+        return LanguageManager::GetLanText("数据量过大");
     case SimOutcome::NotThere:
         return LanguageManager::GetLanText("模拟机台没有此部件");
     case SimOutcome::Done:
         break;
     }
     return QString();
+}
+
+QString exportText(SimOutcome outcome) {
+    switch (outcome) {
+    case SimOutcome::BadValue:
+        return LanguageManager::GetLanText("轨迹文件的扩展名须为.svg、.png或.csv");
+    case SimOutcome::TooLarge:
+        return LanguageManager::GetLanText("轨迹点数过多,无法导出为图形,请导出为.csv");
+    default:
+        return outcomeText(outcome, "");
+    }
 }
 
 QString timeText(double ms) {

@@ -26,6 +26,8 @@ int faultMotor(const std::string& name);
 QString deviceText(const std::string& name);
 /// Why an order to the machine was not done, for a person; `nothing` is the key for NoFigures.
 QString outcomeText(SimOutcome outcome, const char* nothing);
+/// The same for an export of the trace.
+QString exportText(SimOutcome outcome);
 /// Milliseconds as "12.345 s", below a second as "123.4 ms".
 QString timeText(double ms);
 

@@ -6,6 +6,7 @@
 #include "engine/languagemanager.h"
 #include "engine/msgbox.h"
 #include "engine/systemparam.h"
+#include "simengine/document/contained.h"
 #include "simengine/panel/borderbar.h"
 #include "simengine/panel/devicepage.h"
 #include "simengine/panel/faultpanel.h"
@@ -14,6 +15,7 @@
 #include "simengine/panel/lamps.h"
 #include "simengine/panel/panelparts.h"
 #include "simengine/panel/panelstyle.h"
+#include "simengine/panel/paneltexts.h"
 #include "simengine/panel/traceview.h"
 
 #include <QApplication>
@@ -321,10 +323,17 @@ void PanelWindow::showLight(const SimCardState& state) {
 void PanelWindow::exportTrace(const QString& file) {
     m_export->setEnabled(false);
     m_pool.start([this, file] {
-        std::string reason;
-        const bool done = m_machine.writeTrace(file.toStdString(), reason);
+        QString reason;
+        bool done = false;
+        contained(reason, [&] {
+            std::string english;
+            const SimOutcome outcome = m_machine.writeTrace(file.toStdString(), english);
+            done = outcome == SimOutcome::Done;
+            if (!done)
+                reason = file + QStringLiteral("\n") + exportText(outcome);
+        });
         QMetaObject::invokeMethod(
-            this, [this, done, reason] { showExported(done, QString::fromStdString(reason)); }, Qt::QueuedConnection);
+            this, [this, done, reason] { showExported(done, reason); }, Qt::QueuedConnection);
     });
 }
 

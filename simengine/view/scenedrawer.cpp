@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "simengine/view/scenedrawer.h"
 
+#include "engine/marklog.h"
+#include "simengine/document/contained.h"
 #include "simengine/view/gridpainter.h"
 
 #include <QPainter>
 #include <QRunnable>
 #include <functional>
+#include <limits>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <time.h>
@@ -40,15 +43,23 @@ private:
     std::function<void()> m_work;
 };
 
+QImage gridImage(const SceneOrder& order) {
+    QImage image(order.pixels, QImage::Format_RGB32);
+    image.setDevicePixelRatio(order.ratio);
+    if (image.isNull())
+        return image;
+    QPainter painter(&image);
+    paintGrid(painter, order.transform, order.fieldMm);
+    return image;
+}
+
 } // namespace
 
 ScenePicture drawScene(SceneCache& cache, const SceneOrder& order) {
     const double begin = threadMs();
-    ScenePicture picture{order, QImage(order.pixels, QImage::Format_RGB32), 0.0};
-    picture.image.setDevicePixelRatio(order.ratio);
+    ScenePicture picture{order, gridImage(order), 0.0};
     cache.setState(order.state);
     QPainter painter(&picture.image);
-    paintGrid(painter, order.transform, order.fieldMm);
     ScenePainter(cache, order.transform, order.colors)
         .paint(painter, order.withSelection ? ScenePainter::Part::All : ScenePainter::Part::Unselected);
     picture.workMs = threadMs() - begin;
@@ -72,15 +83,33 @@ void SceneDrawer::draw(const SceneOrder& order) {
     m_busy = true;
     m_pool.start(new Task([this, order] {
         giveWay();
-        const ScenePicture picture = drawScene(m_cache, order);
+        QString fault;
+        const ScenePicture picture = drawContained(order, fault);
         QMetaObject::invokeMethod(
-            this,
-            [this, picture] {
-                m_busy = false;
-                emit drawn(picture);
-            },
-            Qt::QueuedConnection);
+            this, [this, picture, fault] { take(picture, fault); }, Qt::QueuedConnection);
     }));
+}
+
+/// On the drawing thread.
+ScenePicture SceneDrawer::drawContained(const SceneOrder& order, QString& fault) {
+    ScenePicture picture{order, QImage(), std::numeric_limits<double>::infinity()};
+    if (contained(fault, [&] { picture = drawScene(m_cache, order); }))
+        return picture;
+    // What was being made is not whole, and what was made before takes memory.
+    m_cache = SceneCache();
+    m_cache.setCancellation(m_work.get());
+    contained(fault, [&] { picture.image = gridImage(order); });
+    return picture;
+}
+
+void SceneDrawer::take(const ScenePicture& picture, const QString& fault) {
+    m_busy = false;
+    const bool failed = !fault.isEmpty();
+    // Each change of the view is drawn anew; the log is told once.
+    if (failed && !m_failed)
+        MarkLog::Instance()->ShowNote_Error(QStringLiteral("drawing: ") + fault);
+    m_failed = failed;
+    emit drawn(picture);
 }
 
 } // namespace sim

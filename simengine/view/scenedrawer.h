@@ -24,7 +24,8 @@ struct SceneOrder {
 struct ScenePicture {
     SceneOrder order;
     QImage image;
-    double workMs = 0.0; ///< of the drawing thread itself
+    /// Of the drawing thread itself; without end when there was no memory for the objects, which it does not show then.
+    double workMs = 0.0;
 };
 
 /// Grid and objects as an order says. Any thread; the cache belongs to the caller.
@@ -46,13 +47,18 @@ public:
     void draw(const SceneOrder& order);
 
 signals:
+    /// For each draw() that was begun, with the objects or without.
     void drawn(const sim::ScenePicture& picture);
 
 private:
+    ScenePicture drawContained(const SceneOrder& order, QString& fault);
+    void take(const ScenePicture& picture, const QString& fault);
+
     const std::shared_ptr<Cancellation> m_work = std::make_shared<Cancellation>();
     QThreadPool m_pool;
     SceneCache m_cache; ///< of the drawing thread while it is busy
     bool m_busy = false;
+    bool m_failed = false; ///< the last picture
 };
 
 } // namespace sim

@@ -114,6 +114,18 @@ TEST_F(CardStop, calls_of_one_stop_are_one_order) {
     EXPECT_TRUE(next.get());
 }
 
+TEST_F(CardStop, order_that_came_too_late_for_a_job_is_not_the_one_that_ended_it) {
+    const std::uint64_t before = card.runner().stopOrders();
+    auto job = startLongLine();
+    ASSERT_TRUE(card.setFault("stop_hangs", true));
+    card.stop();
+    card.setSpeed(0);
+    const RunResult result = job.get();
+    EXPECT_EQ(result.outcome, Outcome::Done);
+    EXPECT_EQ(result.stopOrders, before);
+    EXPECT_EQ(card.runner().stopOrders(), before + 1);
+}
+
 TEST_F(CardStop, pause_state_and_resume_continue_at_the_exact_point) {
     auto job = startLongLine();
     card.setState(RunState::Pause);

@@ -225,9 +225,9 @@ void tst_CardDevices::trace_is_written_by_ending() {
     SimControl* control = tessera_sim_control();
     std::string error;
     QDir const root(m_root.path());
-    QVERIFY2(control->writeTrace(root.filePath("a.csv").toStdString(), error), error.c_str());
-    QVERIFY2(control->writeTrace(root.filePath("a.SVG").toStdString(), error), error.c_str());
-    QVERIFY2(control->writeTrace(root.filePath("a.png").toStdString(), error), error.c_str());
+    QVERIFY2(control->writeTrace(root.filePath("a.csv").toStdString(), error) == SimOutcome::Done, error.c_str());
+    QVERIFY2(control->writeTrace(root.filePath("a.SVG").toStdString(), error) == SimOutcome::Done, error.c_str());
+    QVERIFY2(control->writeTrace(root.filePath("a.png").toStdString(), error) == SimOutcome::Done, error.c_str());
     QFile csv(root.filePath("a.csv"));
     QVERIFY(csv.open(QIODevice::ReadOnly));
     QCOMPARE(csv.readLine(), QByteArray("time,x,y,laser,pen\n"));
@@ -248,9 +248,9 @@ void tst_CardDevices::trace_is_written_by_ending() {
     // The square's lower edge, 1 mm above the picture's, is drawn and the middle of the square's left half is not.
     QVERIFY(picture.pixelColor(1000, 2000 - 2000 / 12) != QColor(Qt::white));
     QCOMPARE(picture.pixelColor(400, 1200), QColor(Qt::white));
-    QVERIFY(!control->writeTrace(root.filePath("a.txt").toStdString(), error));
+    QCOMPARE(control->writeTrace(root.filePath("a.txt").toStdString(), error), SimOutcome::BadValue);
     QVERIFY(error.find("a.txt") != std::string::npos);
-    QVERIFY(!control->writeTrace("/proc/none/a.csv", error));
+    QCOMPARE(control->writeTrace("/proc/none/a.csv", error), SimOutcome::FileError);
     QVERIFY(!error.empty());
 }
 

@@ -39,6 +39,8 @@ private slots:
     void clear_type_2_ends_with_a_stop();
     void the_signal_of_a_stopped_job_ends_with_the_next_stop_data();
     void the_signal_of_a_stopped_job_ends_with_the_next_stop();
+    void a_stop_that_comes_too_late_for_the_job_ends_its_signal_data();
+    void a_stop_that_comes_too_late_for_the_job_ends_its_signal();
     void the_closing_of_the_card_takes_it_back_data();
     void the_closing_of_the_card_takes_it_back();
     void clear_type_1_stays_over_a_closing_of_the_card();
@@ -217,6 +219,28 @@ void EndSignalTest::the_signal_of_a_stopped_job_ends_with_the_next_stop() {
     stop();
     QVERIFY(job.wait_for(std::chrono::seconds(5)) == std::future_status::ready);
     QVERIFY(!isOn());
+}
+
+void EndSignalTest::a_stop_that_comes_too_late_for_the_job_ends_its_signal_data() {
+    the_signal_of_a_stopped_job_ends_with_the_next_stop_data();
+}
+
+/// A card that hangs marks its job to the end, as one does that is stopped in the job's last instant.
+void EndSignalTest::a_stop_that_comes_too_late_for_the_job_ends_its_signal() {
+    QFETCH(int, way);
+    set(way, 600000, 600000);
+    for (LayerData& pen : m_view->GetLayerParams()->GetLayerData()) {
+        pen.UseDefault = false;
+        pen.MarkSpeed = 20.0;
+    }
+    std::future<bool> job = runAside();
+    QTRY_VERIFY(OpenCard::control().state().laser);
+    QVERIFY(OpenCard::control().setFault("stop_hangs", true));
+    MarkCardInstance::Instance()->StopMark();
+    QVERIFY(job.wait_for(std::chrono::seconds(10)) == std::future_status::ready);
+    QVERIFY(job.get());
+    QVERIFY(!isOn());
+    COMPARE_JOURNAL(signalCalls(), {call("SetOutputBit", kOutput, 1), call("SetOutputBit", kOutput, 0)});
 }
 
 void EndSignalTest::the_closing_of_the_card_takes_it_back_data() {

@@ -40,6 +40,13 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    if (size < g_least)
+        return std::malloc(size > 0 ? size : 1);
+    ++g_refused;
+    return nullptr;
+}
+
 void operator delete(void* block) noexcept {
     std::free(block);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Pictures of large documents that another thread draws.
 #include "simengine/view/scenedrawer.h"
+#include "support/scarcememory.h"
 #include "support/timeoutscale.h"
 #include "support/waitfor.h"
 #include "viewfixture.h"
@@ -8,6 +9,7 @@
 #include <QBackingStore>
 #include <QElapsedTimer>
 #include <QSignalSpy>
+#include <QThread>
 #include <cmath>
 
 using namespace sim;
@@ -105,6 +107,38 @@ private slots:
         QCOMPARE(pictures, 1);
         drawer.draw(orderOf(f));
         QTRY_COMPARE(pictures, 2);
+    }
+
+    void without_memory_for_the_objects_the_field_is_shown_and_the_next_picture_is_whole() {
+        ViewFixture f;
+        addLargeDrawing(f);
+        const SceneOrder order = orderOf(f);
+        SceneOrder bare = order;
+        bare.state = std::make_shared<const DocumentState>();
+        SceneCache cache;
+        const QImage field = drawScene(cache, bare).image;
+        const QImage whole = drawScene(cache, order).image;
+        SceneDrawer drawer(nullptr);
+        QVector<ScenePicture> pictures;
+        connect(&drawer, &SceneDrawer::drawn, this, [&](const ScenePicture& picture) { pictures << picture; });
+        {
+            // No event is handled meanwhile: the canvas draws the document too.
+            const tests::ScarceMemory scarce(100'000);
+            QElapsedTimer time;
+            time.start();
+            drawer.draw(order);
+            while (scarce.refused() == 0 && !time.hasExpired(tests::scaled(5000)))
+                QThread::msleep(1);
+            QVERIFY(scarce.refused() > 0);
+        }
+        QTRY_COMPARE(pictures.size(), 1);
+        QVERIFY(!drawer.isBusy());
+        QCOMPARE(pictures[0].image, field);
+        QVERIFY(std::isinf(pictures[0].workMs));
+        drawer.draw(order);
+        QTRY_COMPARE(pictures.size(), 2);
+        QCOMPARE(pictures[1].image, whole);
+        QVERIFY(std::isfinite(pictures[1].workMs));
     }
 
     void a_drawer_that_goes_meanwhile_delivers_nothing() {
