@@ -90,7 +90,7 @@ void ExternalResponse::AnswerStop(CCSCmd const& cmd, int tag) {
     tessera::AnswerStation(m_Log, tessera::StationSender(), cmd, tag, true, QStringLiteral("终止运行成功"));
 }
 
-/// The window shows its busy state meanwhile, and after it what a run that goes on needs.
+/// The window shows its busy state meanwhile, and after it what a local run needs that goes on.
 void ExternalResponse::AnswerOperation(Operation operation, CCSCmd const& cmd, int tag) {
     MainWindow* window = MainWindow::Instance();
     if (window)
@@ -99,7 +99,7 @@ void ExternalResponse::AnswerOperation(Operation operation, CCSCmd const& cmd, i
     const bool ok = (this->*operation)(cmd.Args, message);
     tessera::AnswerStation(m_Log, tessera::StationSender(), cmd, tag, ok, message);
     if (window)
-        window->SetMarkStatus(window->IsLocalRunOn() || window->IsRemoteRunOn());
+        window->SetMarkStatus(window->IsLocalRunOn());
 }
 
 /// A run that is ordered and has not set the card to run yet counts too, so that of two orders at the same moment one
